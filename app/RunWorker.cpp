@@ -41,7 +41,7 @@ void AuditUser() {
   constexpr std::size_t kMaxWideBytes = 512;
   std::string userName;
   // A library that does not know its user gives no name, and the report shows that.
-  if (!GetUserName(userName).ok()) userName.clear();
+  if (!GetCurrentUserName(userName).ok()) userName.clear();
   Audit(L"Set user to: %s\n", NotesToWide(userName, kMaxWideBytes).c_str());
 }
 

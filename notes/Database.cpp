@@ -53,7 +53,7 @@ Status OpenDatabase(const std::string& path, Database& database) {
 Status OpenDatabaseFullAccess(const std::string& path, Database& database) {
   constexpr notes_api::WORD kOptions = 0;
   std::string userName;
-  if (const Status status = GetUserName(userName); !status.ok()) return status;
+  if (const Status status = GetCurrentUserName(userName); !status.ok()) return status;
   MemoryObject namesList;
   if (const Status status = MakeNamesList(userName, namesList); !status.ok()) return status;
   notes_api::TIMEDATE dataModified{};

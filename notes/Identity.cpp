@@ -28,7 +28,7 @@ Status SwitchId() {
                                                 kUserNameSize, kFlags, nullptr));
 }
 
-Status GetUserName(std::string& name) {
+Status GetCurrentUserName(std::string& name) {
   UserNameBuffer buffer{};
   const Status status(notes_api::SECKFMGetUserName(buffer.data()));
   name = buffer.data();

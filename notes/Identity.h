@@ -13,7 +13,7 @@ namespace larkspan {
 Status SwitchId();
 
 // The current user's name in the Notes character set, at most 255 bytes.
-Status GetUserName(std::string& name);
+Status GetCurrentUserName(std::string& name);
 
 // Decrypts an open note, in memory, with an ID file and its password, both in UTF-16.
 Status DecryptNote(const Note& note, const std::wstring& idFile, const std::wstring& password);
