@@ -1,7 +1,8 @@
 // The entry point: settings from the command line, one role, an exit code. 0 for every role that
 // ran, whatever happened inside it; 1 when the command line asks for nothing that can be done.
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h>
 
 #include <string>
 #include <vector>
