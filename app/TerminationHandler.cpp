@@ -1,6 +1,8 @@
-// A crashed process can be damaged in any way, so nothing that the crash path needs is made there:
-// the thread that ends a hanging closing waits from the beginning, and the main thread keeps stack
-// in reserve for the closing after a stack overflow.
+// A crashed process can be damaged in any way, so nothing that the crash path needs is made there.
+// From the beginning a second thread waits for a crash. After a crash one of the two threads, the
+// crashed one or the waiting one, runs the closing while the other counts the time; whichever is
+// ready first ends the process. The crashed thread runs the closing, since the library may ask for
+// the thread that it knows; only when its stack is used up does the waiting thread do it.
 #include "app/TerminationHandler.h"
 
 #include <windows.h>
@@ -14,7 +16,7 @@ namespace larkspan {
 namespace {
 
 constexpr DWORD kClosingLimitMilliseconds = 10000;
-constexpr ULONG kReservedStackBytes = 128 * 1024;
+constexpr ULONG kReservedStackBytes = 64 * 1024;
 constexpr UINT kAbortExitCode = 3;
 
 void (*crashClosing)() = nullptr;
@@ -27,10 +29,20 @@ std::atomic<DWORD> crashCode{0};
   std::abort();  // Never reached; tells the compiler so.
 }
 
-DWORD WINAPI EndHangingClosing(void*) {
-  WaitForSingleObject(crashHappened, INFINITE);
-  Sleep(kClosingLimitMilliseconds);
+bool StackIsUsedUp() { return crashCode == EXCEPTION_STACK_OVERFLOW; }
+
+[[noreturn]] void CloseOrCountTime(bool close) {
+  if (close) {
+    crashClosing();
+  } else {
+    Sleep(kClosingLimitMilliseconds);
+  }
   EndProcessAtOnce(crashCode);
+}
+
+DWORD WINAPI WaitForCrash(void*) {
+  WaitForSingleObject(crashHappened, INFINITE);
+  CloseOrCountTime(StackIsUsedUp());
 }
 
 LONG WINAPI CloseAfterCrash(EXCEPTION_POINTERS* fault) {
@@ -38,8 +50,7 @@ LONG WINAPI CloseAfterCrash(EXCEPTION_POINTERS* fault) {
   if (crashed.exchange(true)) EndProcessAtOnce(code);
   crashCode = code;
   SetEvent(crashHappened);
-  crashClosing();
-  EndProcessAtOnce(code);
+  CloseOrCountTime(!StackIsUsedUp());
 }
 
 // Without this the C runtime would show its own dialog before it ends a windowless program.
@@ -49,7 +60,7 @@ void InstallCrashHandlers() {
   ULONG stackBytes = kReservedStackBytes;
   SetThreadStackGuarantee(&stackBytes);
   crashHappened = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  const HANDLE thread = CreateThread(nullptr, 0, EndHangingClosing, nullptr, 0, nullptr);
+  const HANDLE thread = CreateThread(nullptr, 0, WaitForCrash, nullptr, 0, nullptr);
   if (thread != nullptr) CloseHandle(thread);
   SetUnhandledExceptionFilter(CloseAfterCrash);
   std::signal(SIGABRT, EndAfterAbort);
