@@ -85,6 +85,7 @@ class WorkerRun {
   void DoOncePerDatabaseWork() {
     AuditDatabase(database_);
     AuditSizeBefore(databasePath_);
+    Progress(L"Exporting database properties");
     // Here is the place of the properties document, db.dxl, whose failure ends the run.
     ExportAcl();
     CreateOutputSubfolders();
