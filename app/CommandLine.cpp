@@ -1,5 +1,9 @@
 #include "app/CommandLine.h"
 
+#include <windows.h>
+
+#include <shellapi.h>
+
 #include <array>
 #include <cstddef>
 #include <cwchar>
@@ -90,6 +94,15 @@ void KeepProgramAndRuntimeArguments(const std::vector<std::wstring>& arguments,
 }
 
 }  // namespace
+
+std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine) {
+  int count = 0;
+  wchar_t** texts = CommandLineToArgvW(commandLine.c_str(), &count);
+  if (texts == nullptr) return {};
+  std::vector<std::wstring> arguments(texts, texts + count);
+  LocalFree(texts);
+  return arguments;
+}
 
 ParsedCommandLine ParseCommandLine(const std::vector<std::wstring>& arguments) {
   ParsedCommandLine line;

@@ -2,10 +2,8 @@
 // ran, whatever happened inside it; 1 when the command line asks for nothing that can be done.
 #include <windows.h>
 
-#include <shellapi.h>
-
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "app/CommandLine.h"
 #include "app/Role.h"
@@ -25,18 +23,12 @@ namespace {
 constexpr int kRoleRan = 0;
 constexpr int kRefused = 1;
 
-std::vector<std::wstring> CommandLineArguments() {
-  int count = 0;
-  wchar_t** texts = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (texts == nullptr) return {};
-  std::vector<std::wstring> arguments(texts, texts + count);
-  LocalFree(texts);
-  return arguments;
-}
-
-void SuperviseWorkers() {
+int SuperviseWorkers() {
+  const std::wstring commandLine = GetCommandLineW();
+  if (!MakesWorkers(commandLine)) return kRefused;
   ProcessLauncher launcher;
-  RunSupervisor(launcher, GetCommandLineW());
+  RunSupervisor(launcher, commandLine);
+  return kRoleRan;
 }
 
 void CloseWorker() {
@@ -54,8 +46,7 @@ int PlayRole(Role role) {
       ShowVersionBox();
       return kRoleRan;
     case Role::kSupervisor:
-      SuperviseWorkers();
-      return kRoleRan;
+      return SuperviseWorkers();
     case Role::kWorker:
       Work();
       return kRoleRan;
@@ -70,7 +61,7 @@ int PlayRole(Role role) {
 }  // namespace
 
 int RunProgram() {
-  ParsedCommandLine line = ParseCommandLine(CommandLineArguments());
+  ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
   const Role role = ChooseRole(line);
   SetProcessSettings(std::move(line.settings));
   return PlayRole(role);

@@ -21,7 +21,7 @@ namespace {
 constexpr int kWriteAttempts = 30;
 constexpr std::chrono::milliseconds kWritePause{1000};
 
-std::wstring MarkerPath() { return output::Join(ProcessSettings().outputFolder, output::kMarker); }
+std::wstring MarkerPath() { return InOutputFolder(output::kMarker); }
 
 // A marker that did not reach the disk in full would make the supervisor take a crash for the end
 // of the export, so it counts as a failed attempt like a file that does not open.
@@ -46,6 +46,7 @@ bool WriteMarkerFile(std::uint32_t noteId) {
   };
   if (RetryWithPause(kWriteAttempts, kWritePause, attempt, onRetry)) return true;
   LogError(L"WriteMarkerFile failed (%s)", _wcserror(error));
+  DeleteMarkerFile();
   return false;
 }
 

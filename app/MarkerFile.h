@@ -8,7 +8,8 @@
 namespace larkspan {
 
 // Replaces the file's content with the note ID. A failed attempt is repeated 29 times, a second
-// apart; false, with an ERROR line in the run log, when the last one failed too.
+// apart; false, with an ERROR line in the run log and no marker file left, when the last one failed
+// too.
 bool WriteMarkerFile(std::uint32_t noteId);
 
 // The note ID in the file, or kNoNoteId when there is no file or it does not begin with a

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace larkspan {
@@ -35,5 +36,8 @@ struct Settings {
 // thread runs.
 const Settings& ProcessSettings();
 void SetProcessSettings(Settings settings);
+
+// The path of an entry of the output folder, from its name, which begins with a backslash.
+std::wstring InOutputFolder(std::wstring_view name);
 
 }  // namespace larkspan

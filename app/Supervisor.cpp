@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <ctime>
 
+#include "app/CommandLine.h"
 #include "app/MarkerFile.h"
 #include "app/Settings.h"
 #include "base/LocalTime.h"
@@ -26,6 +27,10 @@ namespace {
 
 constexpr std::uint32_t kMaxRetries = 3;
 constexpr std::chrono::milliseconds kRetryPause{5000};
+
+std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t noteId) {
+  return FormatWide(L"%s -l %08X", commandLine.c_str(), noteId);
+}
 
 void LogEnding(const WorkerEnding& ending) {
   switch (ending.kind) {
@@ -50,7 +55,7 @@ std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& command
   LogDebug(L"Top of Archive Main Loop with nid %08X", noteId);
   if (noteId != 0) LogWarning(L"Major: Incomplete run detected for note id %08X", noteId);
   LogDebug(L"Invoking child process");
-  LogEnding(launcher.RunToEnd(FormatWide(L"%s -l %08X", commandLine.c_str(), noteId)));
+  LogEnding(launcher.RunToEnd(WorkerCommandLine(commandLine, noteId)));
   LogDebug(L"Child process complete");
   LogDebug(L"Checking for marker file");
   const std::uint32_t markedNoteId = ReadMarkerFile();
@@ -76,6 +81,12 @@ void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine) {
 }
 
 }  // namespace
+
+bool MakesWorkers(const std::wstring& commandLine) {
+  const ParsedCommandLine worker =
+      ParseCommandLine(SplitCommandLine(WorkerCommandLine(commandLine, 0)));
+  return worker.accepted && worker.settings.resumeNoteId == 0;
+}
 
 void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine) {
   const std::time_t startTime = std::time(nullptr);

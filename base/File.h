@@ -23,8 +23,10 @@ UniqueFile OpenFile(const std::wstring& path, const wchar_t* mode);
 // Closes the stream and says whether all that was written to it has reached the file.
 bool CloseFile(UniqueFile file);
 
-// Opens the file for appending in text mode, writes the text and closes it. Returns false when the
-// file cannot be opened or the text cannot be written in full; what was written by then stays.
+// Opens the file for appending, writes the text with each line feed as carriage return and line
+// feed, and closes it. The text is appended in one piece, whatever other threads and processes
+// append to the file. Returns false when the file cannot be opened or the text cannot be written in
+// full; what was written by then stays.
 bool AppendToTextFile(const std::wstring& path, std::string_view text);
 
 }  // namespace larkspan

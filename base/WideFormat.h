@@ -21,7 +21,7 @@ std::wstring FormatWide(const wchar_t* format, ...);
 std::string FormatNarrow(const char* format, ...);
 
 // Formats into at most kMessageCapacity - 1 characters. A longer result is cut; a line end at the
-// end of the format survives the cut, so that a cut line never runs into the next one.
+// end of the text survives the cut, so that a cut line never runs into the next one.
 std::wstring FormatMessageV(const wchar_t* format, std::va_list arguments);
 std::wstring FormatMessageText(const wchar_t* format, ...);
 

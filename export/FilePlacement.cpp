@@ -33,10 +33,6 @@ constexpr std::chrono::milliseconds kPause{1000};
 
 bool writeFailed = false;
 
-std::wstring InOutputFolder(std::wstring_view name) {
-  return output::Join(ProcessSettings().outputFolder, name);
-}
-
 std::wstring BareNamePath(const wchar_t* name) {
   return InOutputFolder(std::wstring(L"\\") + name);
 }
@@ -79,12 +75,16 @@ void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
 extern "C" void LARKSPAN_NOTES_CALL WriteOutput(const notes_api::BYTE* buffer,
                                                 notes_api::DWORD length, void* context) noexcept {
   if (writeFailed) return;
-  WriteChunk(reinterpret_cast<const char*>(buffer), length, static_cast<const wchar_t*>(context));
+  try {
+    WriteChunk(reinterpret_cast<const char*>(buffer), length, static_cast<const wchar_t*>(context));
+  } catch (...) {
+    writeFailed = true;
+  }
 }
 
 // The status of the export, or that of its output.
 template <typename Export>
-Status RunExport(Export runExport) {
+Status ExportToTemporaryFile(Export runExport) {
   writeFailed = false;
   std::wstring name = output::kTemporaryName;
   const Status status = runExport(WriteOutput, name.data());
@@ -97,7 +97,7 @@ Status ExportToFile(std::wstring_view relativeName, Export runExport) {
     LogWarning(L"Unable to delete DXL temporary file (tried retry)");
     return kTemporaryFileNotDeleted;
   }
-  if (const Status status = RunExport(runExport); !status.ok()) {
+  if (const Status status = ExportToTemporaryFile(runExport); !status.ok()) {
     DeleteTemporaryFile();
     return status;
   }

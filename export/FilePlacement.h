@@ -16,7 +16,8 @@ inline constexpr Status kOutputNotWritten{270};
 
 // Exports a note, or the access control list, to a file of the output folder. The relative name
 // begins with a backslash. Success, a status of the library's export, or one of the codes above;
-// on failure neither a temporary nor a final file is left behind, as far as it can be deleted.
+// on failure nothing of this export is left behind, as far as it can be deleted; a file that stood
+// under the final name before is still there.
 Status ExportNoteToFile(const Exporter& exporter, const Note& note, std::wstring_view relativeName);
 Status ExportAclToFile(const Exporter& exporter, const Database& database);
 

@@ -17,9 +17,7 @@ namespace larkspan {
 
 namespace {
 
-std::wstring IdTablePath() {
-  return output::Join(ProcessSettings().outputFolder, output::kIdTable);
-}
+std::wstring IdTablePath() { return InOutputFolder(output::kIdTable); }
 
 }  // namespace
 

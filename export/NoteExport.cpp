@@ -46,7 +46,7 @@ std::wstring_view ChooseSubfolder(const Note& note) {
   return IsProfile(note) ? output::kProfileFolder : output::kDataFolder;
 }
 
-bool IsRepairableType(std::uint16_t type) {
+bool IsDamagingFieldType(std::uint16_t type) {
   return type != notes_api::kTypeText && type != notes_api::kTypeFormula;
 }
 
@@ -57,7 +57,7 @@ void DeleteDamagedFieldItems(const Note& note) {
   for (std::uint16_t i = 0; i < count; ++i) {
     const std::string name = "$$" + GetTextListEntry(note, kFields, i, kMaxEntryBytes);
     std::uint16_t type = 0;
-    if (GetItemType(note, name, type) && IsRepairableType(type)) DeleteItem(note, name);
+    if (GetItemType(note, name, type) && IsDamagingFieldType(type)) DeleteItem(note, name);
   }
 }
 

@@ -8,10 +8,9 @@
 namespace larkspan {
 
 void CreateOutputSubfolders() {
-  const Settings& settings = ProcessSettings();
-  if (!settings.archive) return;
+  if (!ProcessSettings().archive) return;
   for (const wchar_t* subfolder : output::kSubfolders) {
-    CreateDirectoryW(output::Join(settings.outputFolder, subfolder).c_str(), nullptr);
+    CreateDirectoryW(InOutputFolder(subfolder).c_str(), nullptr);
   }
 }
 

@@ -14,9 +14,7 @@ namespace larkspan {
 
 namespace {
 
-std::wstring UnidIndexPath() {
-  return output::Join(ProcessSettings().outputFolder, output::kUnidIndex);
-}
+std::wstring UnidIndexPath() { return InOutputFolder(output::kUnidIndex); }
 
 }  // namespace
 

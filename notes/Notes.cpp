@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 
 #include "notes/AcquireHandle.h"
 
@@ -54,15 +55,21 @@ bool ItemHasRecord(const ItemInfo& info, std::int16_t recordType) {
 struct TypeSearch {
   std::uint16_t wanted;
   std::vector<std::string> names;
+  std::exception_ptr exception;
 };
 
+// The library's code stands between this function and its caller, so an exception is handed over.
 extern "C" STATUS LARKSPAN_NOTES_CALL LookAtItem(WORD, WORD, char* name, WORD nameLength,
                                                  void* value, DWORD valueLength, void* context) {
   auto& search = *static_cast<TypeSearch*>(context);
   WORD type = 0;
   if (value == nullptr || valueLength < sizeof type) return 0;
   std::memcpy(&type, value, sizeof type);
-  if (type == search.wanted) search.names.emplace_back(name, nameLength);
+  try {
+    if (type == search.wanted) search.names.emplace_back(name, nameLength);
+  } catch (...) {
+    search.exception = std::current_exception();
+  }
   return 0;
 }
 
@@ -143,8 +150,9 @@ std::string GetTextListEntry(const Note& note, const char* name, std::uint16_t i
 }
 
 std::vector<std::string> FindItemsOfType(const Note& note, std::uint16_t type) {
-  TypeSearch search{type, {}};
+  TypeSearch search{type, {}, nullptr};
   notes_api::NSFItemScan(note.get(), LookAtItem, &search);
+  if (search.exception) std::rethrow_exception(search.exception);
   return std::move(search.names);
 }
 

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -17,7 +18,8 @@ namespace {
 constexpr std::size_t kArgumentCapacity = 260;
 using Argument = std::array<char, kArgumentCapacity>;
 
-bool runtimeStarted = false;
+// Atomic, since after a crash another thread may end the runtime.
+std::atomic<bool> runtimeStarted{false};
 
 // The text in the ANSI code page, cut to the argument's size and ended with a NUL.
 Argument ToAnsiArgument(const std::wstring& text) {
@@ -55,12 +57,11 @@ Status StartNotesRuntime() {
 }
 
 void EndNotesRuntime() {
-  if (runtimeStarted) {
-    LogDebug(L"Trying to NotesTerm");
-    notes_api::NotesTerm();
-    LogDebug(L"NotesTermed");
-  }
-  runtimeStarted = false;
+  // Cleared first, so that a crash in here does not lead here again.
+  if (!runtimeStarted.exchange(false)) return;
+  LogDebug(L"Trying to NotesTerm");
+  notes_api::NotesTerm();
+  LogDebug(L"NotesTermed");
 }
 
 }  // namespace larkspan

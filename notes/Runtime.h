@@ -9,8 +9,8 @@ namespace larkspan {
 // "=", each cut to 259 bytes of the system's ANSI code page; a success sets the started flag.
 Status StartNotesRuntime();
 
-// Ends the runtime when the started flag is set, with a DEBUG line before and after, and clears
-// the flag.
+// Clears the started flag and, when it was set, ends the runtime, with a DEBUG line before and
+// after.
 void EndNotesRuntime();
 
 }  // namespace larkspan

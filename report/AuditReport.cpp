@@ -33,10 +33,6 @@ struct ExportedCounts {
   int Total() const { return data + design + profile; }
 };
 
-std::wstring InOutputFolder(std::wstring_view name) {
-  return output::Join(ProcessSettings().outputFolder, name);
-}
-
 int CountInputDocuments() {
   int count = 0;
   const auto countOne = [&](std::uint32_t) {

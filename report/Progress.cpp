@@ -18,6 +18,8 @@ namespace larkspan {
 
 namespace {
 
+constexpr wchar_t kAbnormalTermination[] = L"MonitorPipe: Abnormal termination";
+
 std::atomic<bool> stopRequested{false};
 
 void WriteToStandardOutput(std::wstring_view piece) {
@@ -55,7 +57,11 @@ bool Progress(const wchar_t* format, ...) {
 
 void StartPipeMonitor() {
   const HANDLE thread = CreateThread(nullptr, 0, MonitorPipeThread, nullptr, 0, nullptr);
-  if (thread != nullptr) CloseHandle(thread);
+  if (thread == nullptr) {
+    LogWarning(kAbnormalTermination);
+  } else {
+    CloseHandle(thread);
+  }
 }
 
 void MonitorPipe(const PipeRead& read) {
@@ -64,7 +70,7 @@ void MonitorPipe(const PipeRead& read) {
   try {
     read(pipe);
   } catch (...) {
-    LogWarning(L"MonitorPipe: Abnormal termination");
+    LogWarning(kAbnormalTermination);
     return;
   }
   LogDebug(L"MonitorPipe: Read completed cleanly");

@@ -33,7 +33,7 @@ void Log(LogLevel level, std::wstring_view message) {
   if (static_cast<std::int32_t>(level) < settings.minimumLogLevel) return;
   const std::wstring text(message);
   const std::wstring line = FormatMessageText(L"#%s# - %s\n", LevelWord(level), text.c_str());
-  AppendToTextFile(output::Join(settings.outputFolder, output::kLog), WideLineToUtf8(line));
+  AppendToTextFile(InOutputFolder(output::kLog), WideLineToUtf8(line));
 }
 
 void LogDebug(const wchar_t* format, ...) {

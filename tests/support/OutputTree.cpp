@@ -3,8 +3,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <regex>
+
+#include "tests/support/FileBytes.h"
 
 namespace larkspan::testing {
 
@@ -15,11 +16,6 @@ namespace {
 std::string ToUtf8(const fs::path& path) {
   const std::u8string text = path.generic_u8string();
   return std::string(text.begin(), text.end());
-}
-
-std::string ReadBytes(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 
 void WriteTree(const fs::path& root, const OutputTree& tree) {
@@ -60,7 +56,7 @@ OutputTree ReadOutputTree(const std::wstring& folder) {
     if (entry.is_directory()) {
       tree[name + "/"];
     } else {
-      tree[name] = ReadBytes(entry.path());
+      tree[name] = ReadBytes(entry.path().wstring());
     }
   }
   return tree;

@@ -24,11 +24,11 @@ void ExportRun::AddDatabase(const std::wstring& fileName, const std::string& jso
   dataFolder_ = folder_.path() + L"\\data";
   const std::filesystem::path file = std::filesystem::path(dataFolder_) / fileName;
   std::filesystem::create_directories(file.parent_path());
-  WriteFileBytes(file.wstring(), json);
+  WriteBytes(file.wstring(), json);
 }
 
 void ExportRun::SetFaults(const std::string& json) {
-  WriteFileBytes(folder_.path() + L"\\faults.json", json);
+  WriteBytes(folder_.path() + L"\\faults.json", json);
   AddConfiguration("StandinFaults=faults.json");
 }
 
@@ -58,7 +58,7 @@ ProgramResult ExportRun::RunArguments(const std::vector<std::wstring>& arguments
 }
 
 std::string ExportRun::OutputFile(const std::wstring& relativeName) const {
-  return ReadFileBytes(output_ + L"\\" + relativeName);
+  return ReadBytes(output_ + L"\\" + relativeName);
 }
 
 bool ExportRun::HasOutputFile(const std::wstring& relativeName) const {
@@ -66,7 +66,7 @@ bool ExportRun::HasOutputFile(const std::wstring& relativeName) const {
 }
 
 std::vector<std::string> ExportRun::LedgerLines() const {
-  std::istringstream ledger(ReadFileBytes(folder_.path() + L"\\ledger.txt"));
+  std::istringstream ledger(ReadBytes(folder_.path() + L"\\ledger.txt"));
   std::vector<std::string> lines;
   for (std::string line; std::getline(ledger, line);) lines.push_back(line);
   return lines;
@@ -75,7 +75,7 @@ std::vector<std::string> ExportRun::LedgerLines() const {
 std::string ExportRun::LedgerFault(std::size_t runtimes) const {
   std::string fault;
   const std::wstring misuse = folder_.path() + L"\\misuse.txt";
-  if (std::filesystem::exists(misuse)) fault += "misuse: " + ReadFileBytes(misuse) + "\n";
+  if (std::filesystem::exists(misuse)) fault += "misuse: " + ReadBytes(misuse) + "\n";
   const std::vector<std::string> lines = LedgerLines();
   if (lines.size() != runtimes) {
     fault += std::to_string(lines.size()) + " runtimes ended instead of " +
@@ -93,7 +93,7 @@ void ExportRun::WriteConfiguration() const {
   std::string text = "Directory=" + WideToUtf8(dataFolder_) +
                      "\nStandinLedger=ledger.txt\nStandinStrictLog=misuse.txt\n";
   for (const std::string& line : configuration_) text += line + "\n";
-  WriteFileBytes(folder_.path() + L"\\notes.ini", text);
+  WriteBytes(folder_.path() + L"\\notes.ini", text);
 }
 
 }  // namespace larkspan::testing
