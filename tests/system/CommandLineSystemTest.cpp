@@ -55,9 +55,18 @@ TEST_F(CommandLineSystemTest, AnOutputPathThatNamesAFileEndsWithOne) {
   EXPECT_EQ(ReadBytes(file), "kept");
 }
 
+TEST_F(CommandLineSystemTest, ALineThatEndsInsideAQuoteEndsWithOneInsteadOfMakingSupervisors) {
+  const std::wstring line = run_.Executable() + L" -p sample.nsf -o \"" + run_.output() +
+                            L"\" -id x.id -password \"secret\\\"";
+  const ProgramResult result = Program(run_.Executable(), line).WaitForEnd();
+  EXPECT_EQ(result.exitCode, 1u);
+  EXPECT_TRUE(run_.Tree().empty());
+}
+
 TEST_F(CommandLineSystemTest, AMissingConfigurationIsAnErrorInTheLogAndEndsTheRun) {
-  const ProgramResult result = run_.RunArguments({L"=" + run_.folder() + L"\\none.ini", L"-p",
-                                                  L"sample.nsf", L"-o", run_.output(), L"-archive"});
+  const ProgramResult result =
+      run_.RunArguments({L"=" + run_.folder() + L"\\none.ini", L"-p", L"sample.nsf", L"-o",
+                         run_.output(), L"-archive"});
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_EQ(run_.Log(), "#ERROR# - Unable to locate notes.ini\r\n");
   EXPECT_FALSE(run_.HasOutputFile(L"marker.txt"));
@@ -71,9 +80,9 @@ TEST_F(CommandLineSystemTest, AResumeNoteIdOfAllOnesRunsASupervisor) {
 }
 
 TEST_F(CommandLineSystemTest, AResumeNoteIdOfZeroRunsAWorkerThatWritesNoAuditFrame) {
-  const ProgramResult result = run_.RunArguments(
-      {L"=" + run_.folder() + L"\\none.ini", L"-p", L"sample.nsf", L"-o", run_.output(), L"-l",
-       L"0"});
+  const ProgramResult result =
+      run_.RunArguments({L"=" + run_.folder() + L"\\none.ini", L"-p", L"sample.nsf", L"-o",
+                         run_.output(), L"-l", L"0"});
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_EQ(run_.Log(), "#ERROR# - Unable to locate notes.ini\r\n");
   EXPECT_FALSE(run_.HasOutputFile(L"audit.txt"));

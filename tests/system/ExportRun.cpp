@@ -16,7 +16,9 @@ constexpr wchar_t kSampleData[] = L"" LARKSPAN_SAMPLE_DATA_FOLDER;
 }  // namespace
 
 ExportRun::ExportRun()
-    : output_(folder_.path() + L"\\out"), programFolder_(ProgramFolder()), dataFolder_(kSampleData) {
+    : output_(folder_.path() + L"\\out"),
+      programFolder_(ProgramFolder()),
+      dataFolder_(kSampleData) {
   std::filesystem::create_directory(output_);
 }
 

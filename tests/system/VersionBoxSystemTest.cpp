@@ -51,7 +51,8 @@ class VersionBoxSystemTest : public ::testing::TestWithParam<const wchar_t*> {};
 TEST_P(VersionBoxSystemTest, ShowsTheVersionWithAnOkButtonAndNoOwner) {
   const std::wstring executable = ProgramFolder() + L"\\larkspan.exe";
   // An export is asked for as well: the version wins over it.
-  Program program(executable, BuildCommandLine({executable, L"-p", L"x.nsf", L"-scan", GetParam()}));
+  Program program(executable,
+                  BuildCommandLine({executable, L"-p", L"x.nsf", L"-scan", GetParam()}));
   const HWND box = FindBox(program.processId());
   ASSERT_NE(box, nullptr);
   EXPECT_EQ(StaticText(box), L"" LARKSPAN_VERSION);
