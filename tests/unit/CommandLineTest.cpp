@@ -143,10 +143,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 class RefusedCommandLine : public testing::TestWithParam<Refused> {};
 
-TEST_P(RefusedCommandLine, IsNotAccepted) { EXPECT_FALSE(Parse(GetParam().arguments).accepted); }
-
-TEST_P(RefusedCommandLine, NamesTheFault) {
-  EXPECT_EQ(Parse(GetParam().arguments).fault, GetParam().fault);
+TEST_P(RefusedCommandLine, IsNotAcceptedAndNamesTheFault) {
+  const ParsedCommandLine line = Parse(GetParam().arguments);
+  EXPECT_FALSE(line.accepted);
+  EXPECT_EQ(line.fault, GetParam().fault);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -40,15 +40,10 @@ class HexNumberFileTest : public testing::Test {
 class HexNumberFileContent : public HexNumberFileTest,
                              public testing::WithParamInterface<Content> {};
 
-TEST_P(HexNumberFileContent, GivesItsNumbers) {
-  WriteBytes(path_, GetParam().bytes);
-  Read();
-  EXPECT_EQ(numbers_, GetParam().numbers);
-}
-
-TEST_P(HexNumberFileContent, SaysHowTheReadingEnded) {
+TEST_P(HexNumberFileContent, GivesItsNumbersAndHowTheReadingEnded) {
   WriteBytes(path_, GetParam().bytes);
   EXPECT_EQ(Read(), GetParam().end);
+  EXPECT_EQ(numbers_, GetParam().numbers);
 }
 
 constexpr HexNumberFileEnd kWhole = HexNumberFileEnd::kEndOfFile;
