@@ -1,0 +1,65 @@
+// The names of all entry points, which fault plans and ledgers use.
+#pragma once
+
+#include <string_view>
+
+namespace larkspan::standin {
+
+inline constexpr std::string_view kEntryNames[] = {
+    "NotesInitExtended",
+    "NotesTerm",
+    "OSLoadString",
+    "OSTranslate",
+    "OSMemAlloc",
+    "OSMemFree",
+    "OSLockObject",
+    "OSUnlockObject",
+    "OSPathNetParse",
+    "SECKFMSwitchToIDFile",
+    "SECKFMGetUserName",
+    "SECKFMOpen",
+    "SECKFMClose",
+    "NSFNoteCipherDecrypt",
+    "NSFDbOpen",
+    "NSFDbOpenExtended",
+    "NSFDbClose",
+    "NSFDbPathGet",
+    "NSFDbQuotaGet",
+    "NSFSearchExtended3",
+    "IDCreateTable",
+    "IDDestroyTable",
+    "IDInsert",
+    "IDScan",
+    "IDEntries",
+    "NSFNoteOpen",
+    "NSFNoteClose",
+    "NSFNoteGetInfo",
+    "NSFNoteIsSignedOrSealed",
+    "NSFItemGetText",
+    "NSFItemInfo",
+    "NSFItemInfoNext",
+    "NSFItemScan",
+    "NSFItemDelete",
+    "NSFItemGetTextListEntries",
+    "NSFItemGetTextListEntry",
+    "EnumCompositeBuffer",
+    "IntlTextCompare",
+    "DXLCreateExporter",
+    "DXLDeleteExporter",
+    "DXLSetExporterProperty",
+    "DXLExportNote",
+    "DXLExportACL",
+    "NIFOpenCollection",
+    "NIFCloseCollection",
+    "NIFPurgeCollection",
+    "TimeLocalToGM",
+};
+
+constexpr bool IsEntryName(std::string_view name) {
+  for (const std::string_view entry : kEntryNames) {
+    if (entry == name) return true;
+  }
+  return false;
+}
+
+}  // namespace larkspan::standin

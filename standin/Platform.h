@@ -1,0 +1,42 @@
+// Everything in which the stand-in library differs between Windows and other systems: text of
+// program arguments, file paths, the end of the process, and the ways in which a library can be
+// made to misbehave. No other file of the stand-in library asks which system it is built for.
+// Any thread may call these functions; they keep no state.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace larkspan::standin {
+
+// The text of a program argument: ANSI code page on Windows, UTF-8 elsewhere.
+std::u16string ArgumentToUtf16(std::string_view argument);
+
+// Accepts unpaired surrogates. Backslashes separate folders on every system.
+std::filesystem::path PathFromUtf16(std::u16string_view text);
+std::string PathToUtf8(const std::filesystem::path& path);
+
+// The folder of the file that holds this library; empty when the system does not tell.
+std::filesystem::path LibraryFolder();
+
+void WriteToStandardError(std::string_view text);
+
+// Ends the process without running any handler or showing any window.
+[[noreturn]] void EndProcessNow(int code);
+
+// Ends the process the way a library does that calls the C runtime's exit or abort.
+[[noreturn]] void ExitProcessNormally(int code);
+[[noreturn]] void AbortProcess();
+
+[[noreturn]] void CauseAccessViolation();
+[[noreturn]] void CauseStackOverflow();
+
+// Raises a system exception with this code; systems without such exceptions abort.
+[[noreturn]] void RaiseSystemException(std::uint32_t code);
+
+[[noreturn]] void HangForever();
+void PauseMilliseconds(std::uint32_t milliseconds);
+
+}  // namespace larkspan::standin

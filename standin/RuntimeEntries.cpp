@@ -1,0 +1,48 @@
+// Entry points that start and end the runtime.
+#include <nlohmann/json.hpp>
+
+#include "notes/NotesApi.h"
+#include "standin/Call.h"
+#include "standin/CharacterSet.h"
+#include "standin/Platform.h"
+#include "standin/StatusCodes.h"
+
+namespace larkspan::notes_api {
+
+namespace {
+
+using namespace larkspan::standin;
+
+nlohmann::json RecordedArguments(int argc, char** argv) {
+  nlohmann::json arguments = nlohmann::json::array();
+  for (int i = 0; i < argc; ++i) {
+    const char* const argument = argv[i] == nullptr ? "" : argv[i];
+    arguments.push_back(Utf16ToUtf8(ArgumentToUtf16(argument)));
+  }
+  return {{"argc", argc}, {"argv", arguments}};
+}
+
+}  // namespace
+
+STATUS LARKSPAN_NOTES_CALL NotesInitExtended(int argc, char** argv) {
+  Call call("NotesInitExtended", {}, Allowed::kToStart);
+  Runtime& runtime = call.runtime();
+  Require(!runtime.isStarted, "the runtime is started already");
+  Require(argc >= 0 && (argc == 0 || argv != nullptr), "the arguments are missing");
+  runtime.ledger.RecordLast("NotesInitExtended", RecordedArguments(argc, argv));
+  const auto ini = NotesIni::Find(argc, argv);
+  if (!ini) return kNotesIniNotFound;
+  runtime.Configure(*ini);
+  call.StrikeNow({});
+  if (call.stops()) return call.status();
+  runtime.thread = std::this_thread::get_id();
+  runtime.isStarted = true;
+  return kSuccess;
+}
+
+void LARKSPAN_NOTES_CALL NotesTerm() {
+  const Call call("NotesTerm");
+  EndRuntime();
+}
+
+}  // namespace larkspan::notes_api

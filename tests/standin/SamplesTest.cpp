@@ -1,0 +1,102 @@
+// The databases of the sample folder do what they are there for.
+#include <set>
+
+#include "standin/StandinHooks.h"
+#include "tests/standin/StandinTest.h"
+
+namespace larkspan::standin_test {
+
+namespace {
+
+struct Found {
+  std::vector<NOTEID> live;
+  std::size_t stubs = 0;
+};
+
+STATUS LARKSPAN_NOTES_CALL Remember(void* context, SearchMatch* match, ItemTable*) {
+  auto* const found = static_cast<Found*>(context);
+  if ((match->noteClass & 0x8000) != 0) {
+    ++found->stubs;
+  } else {
+    found->live.push_back(match->noteId);
+  }
+  return 0;
+}
+
+Found Search(DHANDLE database, WORD classMask) {
+  Found found;
+  EXPECT_EQ(NSFSearchExtended3(database, 0, 0, 0, nullptr, 0x10, 0, 0, 0, 0, classMask, nullptr,
+                               Remember, &found, nullptr, 0),
+            0);
+  return found;
+}
+
+class Samples : public StandinTest {
+ protected:
+  Samples() { StartWithSamples(); }
+
+  static DHANDLE Open(const std::string& path) {
+    DHANDLE database = 0;
+    EXPECT_EQ(NSFDbOpen(ToNotes(std::string_view(path)).c_str(), &database), 0) << path;
+    return database;
+  }
+
+  static void ExportAll(DHANDLE database) {
+    for (const NOTEID id : Search(database, 0x7FFF).live) {
+      DHANDLE note = 0;
+      ASSERT_EQ(NSFNoteOpen(database, id, 0, &note), 0);
+      const Exported exported = Export(note);
+      EXPECT_EQ(exported.status, 0) << id;
+      EXPECT_NE(exported.dxl.find("<noteinfo"), std::string::npos);
+      EXPECT_EQ(NSFNoteClose(note), 0);
+    }
+  }
+};
+
+}  // namespace
+
+TEST_F(Samples, PlantRegisterHasDozensOfNotesAndSomeStubs) {
+  const Found all = Search(Open("sample.nsf"), 0x7FFF);
+  EXPECT_EQ(all.live.size(), 44U);
+  EXPECT_EQ(all.stubs, 4U);
+}
+
+TEST_F(Samples, PlantRegisterExportsWhole) {
+  const DHANDLE database = Open("sample.nsf");
+  ExportAll(database);
+  EXPECT_EQ(NSFDbClose(database), 0);
+  EXPECT_EQ(StandinOpenCount(), 0U);
+}
+
+TEST_F(Samples, DatabasesOnServersOpenByNetworkPath) {
+  Open("Garden!!bulbs.nsf");
+  Open("Glashäuser!!Österliche Beete.nsf");
+}
+
+TEST_F(Samples, EmptyDatabaseHasNothing) {
+  const Found all = Search(Open("empty.nsf"), 0x7FFF);
+  EXPECT_TRUE(all.live.empty());
+  EXPECT_EQ(all.stubs, 0U);
+}
+
+TEST_F(Samples, BigDatabaseHasAHundredThousandDocuments) {
+  const Found all = Search(Open("big.nsf"), 0x7FFF);
+  EXPECT_EQ(std::set<NOTEID>(all.live.begin(), all.live.end()).size(), 100000U);
+}
+
+TEST_F(Samples, LockedDatabaseOpensOnlyForFullAccess) {
+  DHANDLE database = 0;
+  EXPECT_EQ(NSFDbOpen("locked.nsf", &database), 582);
+  const DHANDLE names = MakeNamesList("CN=Larkspan Tester/O=Example", 7);
+  EXPECT_EQ(NSFDbOpenExtended("locked.nsf", 0, names, nullptr, &database, nullptr, nullptr), 0);
+}
+
+TEST_F(Samples, EveryOtherDatabaseOpens) {
+  for (const char* name : {"damaged.nsf", "designfail-6967.nsf", "designfail-6968.nsf",
+                           "sealed.nsf", "crash-first.nsf", "crash-middle.nsf", "crash-last.nsf",
+                           "crash-two.nsf", "crash-all.nsf"}) {
+    Open(name);
+  }
+}
+
+}  // namespace larkspan::standin_test
