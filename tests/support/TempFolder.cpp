@@ -21,9 +21,9 @@ std::wstring SystemTemporaryFolder() {
 
 // Processes that test at the same time differ in their ID, folders of one process in the number. A
 // folder that an earlier process with the same ID left behind is passed over.
-TempFolder::TempFolder() {
+TempFolder::TempFolder(std::wstring_view name) {
   static int made = 0;
-  const std::wstring start = SystemTemporaryFolder() + L"larkspan-\u00E9\u03A9\u65E5-" +
+  const std::wstring start = SystemTemporaryFolder() + std::wstring(name) + L"-" +
                              std::to_wstring(GetCurrentProcessId()) + L"-";
   do {
     path_ = start + std::to_wstring(++made);

@@ -6,11 +6,11 @@
 
 namespace larkspan {
 
-// Makes a new, empty folder in the temporary folder, with a name outside ASCII, and removes it with
-// all it holds at the end. Throws when it cannot be made.
+// Makes a new, empty folder in the temporary folder and removes it with all it holds at the end.
+// Its name is outside ASCII unless a test asks for another start. Throws when it cannot be made.
 class TempFolder {
  public:
-  TempFolder();
+  explicit TempFolder(std::wstring_view name = L"larkspan-\u00E9\u03A9\u65E5");
   ~TempFolder();
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;

@@ -1,51 +1,18 @@
-// The closing block of the audit report.
+// The closing block of the audit report: its form, its times, the documents listed and exported.
+#include "tests/support/AuditEndTest.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <ctime>
 #include <string>
-#include <vector>
 
 #include "base/LocalTime.h"
 #include "base/Utf8.h"
 #include "report/AuditReport.h"
-#include "tests/support/FileBytes.h"
-#include "tests/support/OutputFolderTest.h"
 
 namespace larkspan {
 namespace {
-
-class AuditEndTest : public OutputFolderTest {
- protected:
-  void MakeFiles(const std::wstring& folder, int count) {
-    MakeFolder(PathOf(folder));
-    for (int i = 0; i < count; ++i) {
-      WriteBytes(PathOf(folder + L"\\" + std::to_wstring(i) + L".dxl"), "");
-    }
-  }
-
-  void SetLog(const std::string& bytes) { WriteBytes(PathOf(L"log.txt"), bytes); }
-
-  void SetIdTable(const std::string& bytes) { WriteBytes(PathOf(L"idtable.txt"), bytes); }
-
-  // The text behind "label: " in the closing block, or "absent".
-  std::string EndedWith(const std::string& label) {
-    WriteAuditEnd(std::time(nullptr));
-    for (const std::string& line : ReadLines(PathOf(L"audit.txt"))) {
-      if (line.starts_with(label + ": ")) return line.substr(label.size() + 2);
-    }
-    return "absent";
-  }
-
-  std::string Listed() { return EndedWith("Database total documents "); }
-  std::string Failed() { return EndedWith("Failed total documents   "); }
-  std::string Warned() { return EndedWith("Documents exported with warnings "); }
-
-  std::string LastLine() {
-    WriteAuditEnd(std::time(nullptr));
-    return ReadLines(PathOf(L"audit.txt")).back();
-  }
-};
 
 // The closing block without its two lines about time.
 std::string BlockWithoutTimes(std::string block) {
@@ -193,121 +160,6 @@ TEST_F(AuditEndTest, ViewsAndFlatFilesAreNotCounted) {
   MakeFiles(L"views", 2);
   WriteBytes(PathOf(L"0000002A.dxl"), "");
   EXPECT_EQ(EndedWith("Exported total documents "), "       0");
-}
-
-TEST_F(AuditEndTest, MissingLogCountsAsClean) {
-  LeaveOutDebugLines();
-  EXPECT_EQ(LastLine(), "Documents exported with warnings :        0");
-}
-
-TEST_F(AuditEndTest, MajorLinesCountAsFailed) {
-  SetLog("#WARNING# - Major: a\r\n#WARNING# - x\r\n#WARNING# - Major:\r\n");
-  EXPECT_EQ(Failed(), "       2");
-}
-
-TEST_F(AuditEndTest, MinorLinesCountAsWarnings) {
-  SetLog("#WARNING# - Minor: a\r\n#WARNING# - x\r\n#WARNING# - Minor:\r\n");
-  EXPECT_EQ(Warned(), "       2");
-}
-
-TEST_F(AuditEndTest, MinorLinesDoNotCountAsFailed) {
-  SetLog("#WARNING# - Minor: a\r\n");
-  EXPECT_EQ(Failed(), "       0");
-}
-
-TEST_F(AuditEndTest, MajorLinesDoNotCountAsWarnings) {
-  SetLog("#WARNING# - Major: a\r\n");
-  EXPECT_EQ(Warned(), "       0");
-}
-
-TEST_F(AuditEndTest, LinesOfOtherLevelsAndWordsAreNotCounted) {
-  SetLog(
-      "#DEBUG# - Major: a\r\n#ERROR# - Major: a\r\n#WARNING# - major: a\r\n"
-      "#WARNING# -  Major: a\r\n #WARNING# - Major: a\r\n#WARNING# - Major\r\n"
-      "#WARNING# - x #WARNING# - Major: a\r\n");
-  EXPECT_EQ(Failed(), "       0");
-}
-
-TEST_F(AuditEndTest, LastLineWithoutLineEndIsCounted) {
-  SetLog("#WARNING# - Major: a");
-  EXPECT_EQ(Failed(), "       1");
-}
-
-TEST_F(AuditEndTest, LongLineIsCountedOnce) {
-  SetLog("#WARNING# - Major: " + std::string(3000, 'a') + "\r\n");
-  EXPECT_EQ(Failed(), "       1");
-}
-
-TEST_F(AuditEndTest, LaterPieceOfALongLineIsComparedByItself) {
-  SetLog(std::string(1022, 'a') + "#WARNING# - Major: b\r\n");
-  EXPECT_EQ(Failed(), "       1");
-}
-
-TEST_F(AuditEndTest, ThirdPieceOfALongLineIsComparedByItself) {
-  SetLog(std::string(2044, 'a') + "#WARNING# - Minor: b\r\n");
-  EXPECT_EQ(Warned(), "       1");
-}
-
-TEST_F(AuditEndTest, WordsJustBesideThePieceAreNotCounted) {
-  SetLog(std::string(1021, 'a') + "#WARNING# - Major: b\r\n" + std::string(1023, 'a') +
-         "#WARNING# - Major: b\r\n");
-  EXPECT_EQ(Failed(), "       0");
-}
-
-TEST_F(AuditEndTest, LineBehindALongLineIsCounted) {
-  SetLog(std::string(1022, 'a') + "\r\n#WARNING# - Major: b\r\n");
-  EXPECT_EQ(Failed(), "       1");
-}
-
-TEST_F(AuditEndTest, MismatchIsAWarningInTheLog) {
-  LeaveOutDebugLines();
-  MakeFiles(L"design", 1);
-  SetIdTable("00000001\r\n00000002\r\n00000003\r\n");
-  WriteAuditEnd(std::time(nullptr));
-  EXPECT_EQ(LogLines(), Lines{"#WARNING# - Document count mismatch: expected 3 but only found 1"});
-}
-
-TEST_F(AuditEndTest, MoreThanListedIsAMismatchToo) {
-  LeaveOutDebugLines();
-  MakeFiles(L"profile", 2);
-  WriteAuditEnd(std::time(nullptr));
-  EXPECT_EQ(LogLines(), Lines{"#WARNING# - Document count mismatch: expected 0 but only found 2"});
-}
-
-TEST_F(AuditEndTest, FailedDocumentsMakeUpForMissingFiles) {
-  LeaveOutDebugLines();
-  MakeFiles(L"data", 1);
-  SetIdTable("00000001\r\n00000002\r\n");
-  SetLog("#WARNING# - Major: a\r\n");
-  WriteAuditEnd(std::time(nullptr));
-  EXPECT_EQ(LogLines(), Lines{"#WARNING# - Major: a"});
-}
-
-TEST_F(AuditEndTest, WarningsAreNoProcessedDocuments) {
-  SetLog("#WARNING# - Minor: a\r\n");
-  EXPECT_EQ(EndedWith("Total documents processed"), "       0");
-}
-
-TEST_F(AuditEndTest, MismatchAloneDoesNotCallForTheLog) {
-  SetIdTable("00000001\r\n");
-  EXPECT_EQ(LastLine(), "Documents exported with warnings :        0");
-}
-
-TEST_F(AuditEndTest, FailureAloneCallsForTheLog) {
-  SetLog("#WARNING# - Major: a\r\n");
-  EXPECT_EQ(LastLine(), "Some documents were not exported successfully. See log.txt for details.");
-}
-
-TEST_F(AuditEndTest, WarningAloneCallsForTheLog) {
-  SetLog("#WARNING# - Minor: a\r\n");
-  EXPECT_EQ(LastLine(), "Some documents were not exported successfully. See log.txt for details.");
-}
-
-TEST_F(AuditEndTest, AuditFileThatCannotBeOpenedIsSilent) {
-  LeaveOutDebugLines();
-  MakeFolder(PathOf(L"audit.txt"));
-  WriteAuditEnd(std::time(nullptr));
-  EXPECT_EQ(LogLines(), Lines());
 }
 
 }  // namespace

@@ -125,6 +125,8 @@ INSTANTIATE_TEST_SUITE_P(
                  {L"-pipe", L"-9223372036854775808"},
                  {L"progressPipe=-9223372036854775808"}},
         Accepted{"DecimalOnly", {L"-pipe", L"10F"}, {L"progressPipe=10"}},
+        Accepted{"NoHexadecimalPrefix", {L"-pipe", L"0x10"}, {L"progressPipe=0"}},
+        Accepted{"NoOctalPrefix", {L"-pipe", L"010"}, {L"progressPipe=10"}},
         Accepted{"NoNumber", {L"-pipe", L"abc"}, {}},
         Accepted{"NoNumberAfterNumber", {L"-pipe", L"7", L"-pipe", L""}, {L"progressPipe=7"}}),
     kNameOf);

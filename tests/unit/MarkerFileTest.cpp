@@ -16,7 +16,11 @@ namespace {
 
 class MarkerFileTest : public OutputFolderTest {
  protected:
+  // Removes a folder that stands in the way of the file.
+  void ClearTheWay() { RemoveDirectoryW(marker_.c_str()); }
+
   const std::wstring marker_ = PathOf(L"marker.txt");
+  const PauseRecorder recorder_;
 };
 
 Lines RetryLines(int count) {
@@ -55,14 +59,12 @@ TEST_F(MarkerFileTest, WritingIsNotLogged) {
 
 TEST_F(MarkerFileTest, FolderInTheWayIsTriedThirtyTimesASecondApart) {
   MakeFolder(marker_);
-  PauseRecorder recorder;
   EXPECT_FALSE(WriteMarkerFile(0x12F6));
-  EXPECT_EQ(recorder.pauses(), std::vector<long long>(29, 1000));
+  EXPECT_EQ(recorder_.pauses(), std::vector<long long>(29, 1000));
 }
 
 TEST_F(MarkerFileTest, EveryRetryIsADebugLineAndTheLastFailureAnErrorLine) {
   MakeFolder(marker_);
-  PauseRecorder recorder;
   WriteMarkerFile(0x12F6);
   Lines expected = RetryLines(29);
   expected.push_back("#ERROR# - WriteMarkerFile failed (Permission denied)");
@@ -72,25 +74,23 @@ TEST_F(MarkerFileTest, EveryRetryIsADebugLineAndTheLastFailureAnErrorLine) {
 TEST_F(MarkerFileTest, OnlyTheLastFailureIsLoggedWithoutDebug) {
   LeaveOutDebugLines();
   MakeFolder(marker_);
-  PauseRecorder recorder;
   WriteMarkerFile(0x12F6);
   EXPECT_EQ(LogLines(), Lines{"#ERROR# - WriteMarkerFile failed (Permission denied)"});
 }
 
 TEST_F(MarkerFileTest, MissingOutputFolderIsTriedThirtyTimes) {
-  PauseRecorder recorder;
   Settings settings = ProcessSettings();
   settings.outputFolder = PathOf(L"missing");
   const ScopedSettings scoped(settings);
   EXPECT_FALSE(WriteMarkerFile(0x12F6));
-  EXPECT_EQ(recorder.pauses().size(), 29u);
+  EXPECT_EQ(recorder_.pauses().size(), 29u);
 }
 
 TEST_F(MarkerFileTest, WritingSucceedsAtALaterAttempt) {
   MakeFolder(marker_);
   int pauses = 0;
   PauseRecorder recorder([&] {
-    if (++pauses == 3) RemoveDirectoryW(marker_.c_str());
+    if (++pauses == 3) ClearTheWay();
   });
   EXPECT_TRUE(WriteMarkerFile(0x12F6));
   EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
@@ -100,7 +100,7 @@ TEST_F(MarkerFileTest, LaterSuccessLeavesOnlyTheRetryLines) {
   MakeFolder(marker_);
   int pauses = 0;
   PauseRecorder recorder([&] {
-    if (++pauses == 3) RemoveDirectoryW(marker_.c_str());
+    if (++pauses == 3) ClearTheWay();
   });
   WriteMarkerFile(0x12F6);
   EXPECT_EQ(LogLines(), RetryLines(3));
@@ -110,7 +110,7 @@ TEST_F(MarkerFileTest, WritingSucceedsAtTheLastAttempt) {
   MakeFolder(marker_);
   int pauses = 0;
   PauseRecorder recorder([&] {
-    if (++pauses == 29) RemoveDirectoryW(marker_.c_str());
+    if (++pauses == 29) ClearTheWay();
   });
   EXPECT_TRUE(WriteMarkerFile(0x12F6));
 }

@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include "base/WideFormat.h"
-#include "notes/NotesApi.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
 #include "tests/support/Utf8Check.h"
