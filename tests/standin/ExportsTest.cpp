@@ -3,42 +3,12 @@
 #include <string>
 
 #include "standin/EntryNames.h"
+#include "tests/standin/LoadedLibrary.h"
 #include "tests/standin/StandinTest.h"
-
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <dlfcn.h>
-#endif
 
 namespace larkspan::standin_test {
 
 namespace {
-
-// A library loaded for its names only; it stays loaded.
-class Library {
- public:
-#ifdef _WIN32
-  explicit Library(const std::filesystem::path& folder)
-      : handle_(LoadLibraryW((folder / "nnotes.dll").make_preferred().c_str())) {}
-  bool Has(const std::string& name) const {
-    return GetProcAddress(handle_, name.c_str()) != nullptr;
-  }
-
- private:
-  HMODULE handle_;
-#else
-  explicit Library(const std::filesystem::path& folder)
-      : handle_(dlopen((folder / "libnnotes.so").c_str(), RTLD_NOW | RTLD_LOCAL)) {}
-  bool Has(const std::string& name) const { return dlsym(handle_, name.c_str()) != nullptr; }
-
- private:
-  void* handle_;
-#endif
-
- public:
-  bool isLoaded() const { return handle_ != nullptr; }
-};
 
 // The names of the import library of programs.
 std::vector<std::string> ImportedNames() {
@@ -52,11 +22,11 @@ std::vector<std::string> ImportedNames() {
 }
 
 void ExpectEntries(const std::string& folder, const std::string& lacking) {
-  const Library library(std::filesystem::path(LARKSPAN_LIBRARIES) / folder);
+  const LoadedLibrary library(std::filesystem::path(LARKSPAN_LIBRARIES) / folder);
   ASSERT_TRUE(library.isLoaded());
   for (const std::string_view entry : standin::kEntryNames) {
     const std::string name(entry);
-    EXPECT_EQ(library.Has(name), name != lacking) << name;
+    EXPECT_EQ(library.Address(name) != nullptr, name != lacking) << name;
   }
 }
 

@@ -1,5 +1,6 @@
 // Start and end of the runtime, and which notes.ini it takes.
 #include "standin/StandinHooks.h"
+#include "tests/standin/LoadedLibrary.h"
 #include "tests/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
@@ -8,10 +9,13 @@ namespace {
 
 constexpr STATUS kNotFound = 0x1A5;
 
-STATUS StartWith(std::vector<std::string> arguments, int count) {
+using StartFunction = STATUS(LARKSPAN_NOTES_CALL*)(int argc, char** argv);
+
+STATUS StartWith(std::vector<std::string> arguments, int count,
+                 StartFunction start = NotesInitExtended) {
   std::vector<char*> pointers;
   for (std::string& argument : arguments) pointers.push_back(argument.data());
-  return NotesInitExtended(count, pointers.data());
+  return start(count, pointers.data());
 }
 
 class RuntimeStart : public StandinTest {
@@ -20,6 +24,16 @@ class RuntimeStart : public StandinTest {
     WriteFile(name, "Directory=.\nKeyFilename=" + name + ".id\n");
     WriteFile(name + ".id", R"({"name": ")" + name + R"(", "password": ""})");
     return "=" + (folder() / name).string();
+  }
+
+  // The start of a copy of the library that has the data folder to itself.
+  STATUS StartCopy(const std::vector<std::string>& arguments, int count) const {
+    const std::string name = LoadedLibrary::FileName();
+    const auto original = std::filesystem::path(LARKSPAN_LIBRARIES) / name;
+    std::filesystem::copy_file(original, folder() / name);
+    const LoadedLibrary copy(folder());
+    return StartWith(arguments, count,
+                     reinterpret_cast<StartFunction>(copy.Address("NotesInitExtended")));
   }
 
   static std::string UserName() {
@@ -43,16 +57,21 @@ TEST_F(RuntimeStart, TakesTheFirstOfSeveralThatIsNotEmpty) {
 }
 
 TEST_F(RuntimeStart, NeverLooksBehindTheLastArgument) {
-  EXPECT_EQ(StartWith({"program", "other", Ini("a.ini")}, 2), kNotFound);
+  EXPECT_EQ(StartCopy({"program", "other", Ini("a.ini")}, 2), kNotFound);
 }
 
 TEST_F(RuntimeStart, DoesNotTakeTheProgramForAnIniFile) {
-  EXPECT_EQ(StartWith({Ini("a.ini")}, 1), kNotFound);
+  EXPECT_EQ(StartCopy({Ini("a.ini")}, 1), kNotFound);
 }
 
 TEST_F(RuntimeStart, FailsWithoutAnIniFile) {
   EXPECT_EQ(StartWith({"program", "=" + (folder() / "missing.ini").string()}, 2), kNotFound);
-  EXPECT_EQ(StartWith({"program"}, 1), kNotFound);
+  EXPECT_EQ(StartCopy({"program", "="}, 2), kNotFound);
+}
+
+TEST_F(RuntimeStart, FindsTheIniFileBesideTheLibrary) {
+  WriteFile("notes.ini", "Directory=.\n");
+  EXPECT_EQ(StartCopy({"program"}, 1), 0);
 }
 
 TEST_F(RuntimeStart, CanFollowAnEnd) {
@@ -88,7 +107,7 @@ TEST_F(RuntimeStart, LetsAFaultPlanFailIt) {
 }
 
 TEST_F(RuntimeStart, StatusTextsCanBeReadAfterItFailed) {
-  ASSERT_EQ(StartWith({"program"}, 1), kNotFound);
+  ASSERT_EQ(StartWith({"program", "=missing.ini"}, 2), kNotFound);
   char text[255];
   const WORD length = OSLoadString(0, kNotFound, text, sizeof text);
   EXPECT_EQ(std::string(text, length), "Unable to find the file notes.ini");

@@ -1,4 +1,6 @@
 // Calls that the real library would not survive end the process with a message.
+#include <thread>
+
 #include "tests/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
@@ -76,6 +78,21 @@ TEST_F(StrictnessDeathTest, WritingPastTheEndOfMemory) {
 
 TEST_F(StrictnessDeathTest, ClosingADatabaseWithANoteOpen) {
   EXPECT_STRICT(NSFDbClose(database_), "still open");
+}
+
+TEST_F(StrictnessDeathTest, ClosingADatabaseWithACollectionOpen) {
+  WriteFile("b.nsf", R"({"notes": [{"id": "90A", "class": "view"}]})");
+  DHANDLE views = 0;
+  HCOLLECTION collection = 0;
+  ASSERT_EQ(NSFDbOpen("b.nsf", &views), 0);
+  ASSERT_EQ(
+      NIFOpenCollection(views, views, 0x90A, 0, 0, &collection, nullptr, nullptr, nullptr, nullptr),
+      0);
+  EXPECT_STRICT(NSFDbClose(views), "a collection of the database is still open");
+}
+
+TEST_F(StrictnessDeathTest, CallsFromAnotherThread) {
+  EXPECT_STRICT(std::thread([&] { NSFDbClose(database_); }).join(), "another thread");
 }
 
 TEST_F(StrictnessDeathTest, FreeingWhatBelongsToTheLibrary) {
