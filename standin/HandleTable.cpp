@@ -18,29 +18,29 @@ std::string Hexadecimal(notes_api::DHANDLE handle) {
 const char* HandleKindName(HandleKind kind) {
   switch (kind) {
     case HandleKind::kCollection:
-      return "collection";
+      return "a collection";
     case HandleKind::kDatabase:
-      return "database";
+      return "a database";
     case HandleKind::kNote:
-      return "note";
+      return "a note";
     case HandleKind::kIdTable:
-      return "ID table";
+      return "an ID table";
     case HandleKind::kMemory:
-      return "memory";
+      return "a memory";
     case HandleKind::kExporter:
-      return "exporter";
+      return "an exporter";
   }
-  return "unknown";
+  return "an unknown";
 }
 
 void FailOnHandle(notes_api::DHANDLE handle, HandleKind needed, bool wasGivenOut) {
-  const std::string name = HandleKindName(needed);
+  const std::string wanted = std::string(HandleKindName(needed)) + " handle";
   const std::string text = Hexadecimal(handle);
-  if (handle == 0) StrictFailure("a zero handle was given, a " + name + " handle is needed");
-  if (wasGivenOut) StrictFailure(name + " handle " + text + " was used after it was closed");
+  if (handle == 0) StrictFailure("a zero handle was given, " + wanted + " is needed");
+  if (wasGivenOut) StrictFailure(text + " is " + wanted + " that was closed already");
   const auto kind = static_cast<HandleKind>(handle & kHandleKindMask);
-  StrictFailure(text + " is a " + HandleKindName(kind) + " handle or none at all, a " + name +
-                " handle is needed");
+  StrictFailure(text + " is " + HandleKindName(kind) + " handle or none at all, " + wanted +
+                " is needed");
 }
 
 }  // namespace larkspan::standin

@@ -24,6 +24,7 @@ enum class HandleKind : notes_api::DWORD {
 
 inline constexpr notes_api::DHANDLE kHandleKindMask = 0xFF000000;
 
+// With its article.
 const char* HandleKindName(HandleKind kind);
 
 // Ends the process: says what the handle is and what was needed instead.

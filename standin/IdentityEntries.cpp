@@ -98,7 +98,7 @@ STATUS LARKSPAN_NOTES_CALL NSFNoteCipherDecrypt(DHANDLE note, HKFC keyFile, DWOR
   const std::string& name = OpenKeyFile(runtime, keyFile).id.name;
   const auto& readers = opened.note.sealedFor;
   if (readers.empty() || opened.isDecrypted) return kSuccess;
-  if (std::find(readers.begin(), readers.end(), name) == readers.end()) return kNoDecryptionKey;
+  if (std::find(readers.begin(), readers.end(), name) == readers.end()) return kNotAReader;
   DropGarbledPools(runtime, opened);
   opened.isDecrypted = true;
   return kSuccess;

@@ -23,6 +23,6 @@ inline constexpr notes_api::STATUS kIdFileNotFound = 6400;
 inline constexpr notes_api::STATUS kNoDecryptionKey = 6402;
 inline constexpr notes_api::STATUS kIdFileDamaged = 6403;
 inline constexpr notes_api::STATUS kWrongPassword = 6408;
-inline constexpr notes_api::STATUS kItemStillEncrypted = 6410;
+inline constexpr notes_api::STATUS kNotAReader = 6411;
 
 }  // namespace larkspan::standin

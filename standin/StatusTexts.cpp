@@ -36,7 +36,7 @@ constexpr Entry kTexts[] = {
     {kNoDecryptionKey, "Document cannot be decrypted: the key is missing from the ID file"},
     {kIdFileDamaged, "ID file is damaged"},
     {kWrongPassword, "Wrong password"},
-    {kItemStillEncrypted, "Item is encrypted"},
+    {kNotAReader, "Document is encrypted for other users"},
     {6967, "Design of the database cannot be exported"},
     {6968, "Design of the database is hidden"},
 };

@@ -62,8 +62,9 @@ std::string XmlAttribute(std::string_view value) { return "'" + Escaped(value, "
 std::string XmlComment(std::string_view text) {
   std::string out;
   for (const char character : text) {
-    if (character == '-' && !out.empty() && out.back() == '-') out += ' ';
-    out += character == '\n' || character == '\r' ? std::string(" ") : Escaped(character);
+    const bool isControl = static_cast<unsigned char>(character) < 0x20;
+    if (character == '-' && out.ends_with('-')) out += ' ';
+    out += isControl ? ' ' : character;
   }
   if (out.ends_with('-')) out += ' ';
   return out;

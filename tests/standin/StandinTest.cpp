@@ -77,10 +77,12 @@ void StandinTest::StartWithSamples() {
   ASSERT_EQ(StartWithIni(std::filesystem::path(LARKSPAN_SAMPLES) / "notes.ini"), 0);
 }
 
+// The library reads a file only once in a runtime, so a second database needs another name.
 DHANDLE StandinTest::OpenDatabase(std::string_view json) {
-  WriteFile("test.nsf", json);
+  const std::string name = database_ == 0 ? "test.nsf" : std::to_string(database_) + ".nsf";
+  WriteFile(name, json);
   if (!std::filesystem::exists(folder_ / "notes.ini")) Start();
-  EXPECT_EQ(NSFDbOpen("test.nsf", &database_), 0);
+  EXPECT_EQ(NSFDbOpen(name.c_str(), &database_), 0);
   return database_;
 }
 

@@ -46,7 +46,8 @@ class StandinTest : public testing::Test {
   STATUS TryStart(const std::string& iniLines = "") const;
   void Start(const std::string& iniLines = "") const;
 
-  // Writes "test.nsf" and opens it; starts the runtime when that was not done yet.
+  // Writes a database, the first one as "test.nsf", and opens it; starts the runtime when that was
+  // not done yet.
   DHANDLE OpenDatabase(std::string_view json);
 
   // Opens a note of the last database.

@@ -1,0 +1,76 @@
+// The indexes of views.
+#include <nlohmann/json.hpp>
+
+#include "standin/StandinHooks.h"
+#include "tests/standin/StandinTest.h"
+
+namespace larkspan::standin_test {
+
+namespace {
+
+constexpr NOTEID kView = 0x90A;
+constexpr NOTEID kForm = 0x90E;
+constexpr NOTEID kNothing = 0x912;
+
+class Collections : public StandinTest {
+ protected:
+  Collections()
+      : database_(OpenDatabase(R"({"notes": [{"id": "90A", "class": "view"},
+                                             {"id": "90E", "class": "form"}]})")) {}
+
+  STATUS Open(NOTEID view, HCOLLECTION* collection) const {
+    return NIFOpenCollection(database_, database_, view, 0, 0, collection, nullptr, nullptr,
+                             nullptr, nullptr);
+  }
+
+  HCOLLECTION Open() const {
+    HCOLLECTION collection = 0;
+    EXPECT_EQ(Open(kView, &collection), 0);
+    return collection;
+  }
+
+  // Purging tells the ledger whether there was an index to drop.
+  bool PurgedAnIndex() const {
+    EXPECT_EQ(NIFPurgeCollection(database_, database_, kView), 0);
+    const auto ledger = nlohmann::json::parse(StandinLedgerJson());
+    return ledger["arguments"]["NIFPurgeCollection"]["hadIndex"];
+  }
+
+  DHANDLE database_;
+};
+
+}  // namespace
+
+TEST_F(Collections, OpenOnViewsOnly) {
+  HCOLLECTION collection = 0;
+  EXPECT_EQ(Open(kForm, &collection), 556);
+  EXPECT_EQ(Open(kNothing, &collection), 551);
+  EXPECT_EQ(NIFPurgeCollection(database_, database_, kForm), 556);
+  EXPECT_EQ(NIFPurgeCollection(database_, database_, kNothing), 551);
+  EXPECT_EQ(Open(kView, &collection), 0);
+  EXPECT_NE(collection, 0);
+}
+
+TEST_F(Collections, BuildTheIndexThatPurgingDrops) {
+  EXPECT_FALSE(PurgedAnIndex());
+  EXPECT_EQ(NIFCloseCollection(Open()), 0);
+  EXPECT_TRUE(PurgedAnIndex());
+  EXPECT_FALSE(PurgedAnIndex());
+}
+
+TEST_F(Collections, ProtectTheIndexWhileOpen) {
+  const HCOLLECTION collection = Open();
+  EXPECT_EQ(NIFPurgeCollection(database_, database_, kView), 564);
+  EXPECT_EQ(NIFCloseCollection(collection), 0);
+  EXPECT_TRUE(PurgedAnIndex());
+}
+
+TEST_F(Collections, CountAsOpenHandles) {
+  const std::uint32_t before = StandinOpenCount();
+  const HCOLLECTION collection = Open();
+  EXPECT_EQ(StandinOpenCount(), before + 1);
+  EXPECT_EQ(NIFCloseCollection(collection), 0);
+  EXPECT_EQ(StandinOpenCount(), before);
+}
+
+}  // namespace larkspan::standin_test
