@@ -7,10 +7,15 @@
 namespace larkspan {
 
 // Makes a new, empty folder in the temporary folder and removes it with all it holds at the end.
-// Its name is outside ASCII unless a test asks for another start. Throws when it cannot be made.
+// Throws when it cannot be made.
 class TempFolder {
  public:
-  explicit TempFolder(std::wstring_view name = L"larkspan-\u00E9\u03A9\u65E5");
+  // With a name outside ASCII and outside every ANSI code page.
+  TempFolder();
+
+  // With a name that begins so.
+  explicit TempFolder(std::wstring_view nameStart);
+
   ~TempFolder();
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
