@@ -173,12 +173,9 @@ LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFNoteCipherDecrypt(DHANDLE not
 
 // Databases.
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbOpen(const char* path, DHANDLE* database);
-LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbOpenExtended(const char* path, WORD options,
-                                                                  DHANDLE namesList,
-                                                                  TIMEDATE* since,
-                                                                  DHANDLE* database,
-                                                                  TIMEDATE* dataModified,
-                                                                  TIMEDATE* otherModified);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL
+NSFDbOpenExtended(const char* path, WORD options, DHANDLE namesList, TIMEDATE* since,
+                  DHANDLE* database, TIMEDATE* dataModified, TIMEDATE* otherModified);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbClose(DHANDLE database);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbPathGet(DHANDLE database, char* canonicalPath,
                                                              char* expandedPath);
@@ -197,8 +194,7 @@ LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFNoteOpen(DHANDLE database, NO
                                                             WORD flags, DHANDLE* note);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFNoteClose(DHANDLE note);
 LARKSPAN_NOTES_ENTRY void LARKSPAN_NOTES_CALL NSFNoteGetInfo(DHANDLE note, WORD member, void* out);
-LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL NSFNoteIsSignedOrSealed(DHANDLE note,
-                                                                      BOOL* isSigned,
+LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL NSFNoteIsSignedOrSealed(DHANDLE note, BOOL* isSigned,
                                                                       BOOL* isSealed);
 LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL NSFItemGetText(DHANDLE note, const char* name,
                                                              char* out, WORD size);
@@ -209,8 +205,7 @@ LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFItemInfo(DHANDLE note, const 
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFItemInfoNext(DHANDLE note, BlockId previous,
                                                                 const char* name, WORD nameLength,
                                                                 BlockId* item, WORD* type,
-                                                                BlockId* value,
-                                                                DWORD* valueLength);
+                                                                BlockId* value, DWORD* valueLength);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFItemScan(DHANDLE note, ItemCallback callback,
                                                             void* context);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFItemDelete(DHANDLE note, const char* name,
@@ -240,21 +235,21 @@ LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL DXLExportACL(DHANDLE exporter,
                                                              DHANDLE database, void* context);
 
 // Collections.
-LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NIFOpenCollection(
-    DHANDLE viewDatabase, DHANDLE dataDatabase, NOTEID view, WORD flags, DHANDLE unreadList,
-    HCOLLECTION* collection, DHANDLE* viewNote, void* viewUnid, DHANDLE* collapsed,
-    DHANDLE* selected);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL
+NIFOpenCollection(DHANDLE viewDatabase, DHANDLE dataDatabase, NOTEID view, WORD flags,
+                  DHANDLE unreadList, HCOLLECTION* collection, DHANDLE* viewNote, void* viewUnid,
+                  DHANDLE* collapsed, DHANDLE* selected);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NIFCloseCollection(HCOLLECTION collection);
 
 // Time. TRUE is failure.
 LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL TimeLocalToGM(TIME* time);
 
 #ifdef LARKSPAN_NOTES_IMPLEMENTATION
-LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFSearchExtended3(
-    DHANDLE database, DHANDLE formula, DHANDLE filter, DWORD filterFlags, char* viewTitle,
-    DWORD searchFlags, DWORD searchFlags1, DWORD searchFlags2, DWORD searchFlags3,
-    DWORD searchFlags4, WORD classMask, TIMEDATE* since, SearchCallback callback, void* context,
-    TIMEDATE* until, DHANDLE namesList);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL
+NSFSearchExtended3(DHANDLE database, DHANDLE formula, DHANDLE filter, DWORD filterFlags,
+                   char* viewTitle, DWORD searchFlags, DWORD searchFlags1, DWORD searchFlags2,
+                   DWORD searchFlags3, DWORD searchFlags4, WORD classMask, TIMEDATE* since,
+                   SearchCallback callback, void* context, TIMEDATE* until, DHANDLE namesList);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NIFPurgeCollection(DHANDLE viewDatabase,
                                                                    DHANDLE dataDatabase,
                                                                    NOTEID view);

@@ -23,8 +23,10 @@ CallSubject SubjectOf(const Runtime& runtime, const About& about) {
 
 Call::Call(const char* entry, const About& about, Allowed allowed) : scope_(entry), entry_(entry) {
   Runtime& current = TheRuntime();
-  if (allowed == Allowed::kWhileStarted) {
+  if (allowed == Allowed::kWhileStarted || allowed == Allowed::kFromAnyThread) {
     Require(current.isStarted, "the runtime is not started");
+  }
+  if (allowed == Allowed::kWhileStarted) {
     Require(current.thread == std::this_thread::get_id(), "another thread started the runtime");
   }
   current.ledger.Count(entry);

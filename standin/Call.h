@@ -26,6 +26,7 @@ struct About {
 
 enum class Allowed {
   kWhileStarted,
+  kFromAnyThread,  // while started, also by another thread than the one that started the runtime
   kAnyTime,
   kToStart,  // faults strike only when the entry point says so, with StrikeNow
 };

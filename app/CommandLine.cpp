@@ -1,0 +1,125 @@
+#include "app/CommandLine.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <array>
+#include <cstddef>
+#include <cwchar>
+
+#include "base/WideFormat.h"
+
+namespace larkspan {
+
+namespace {
+
+using Apply = void (*)(ParsedCommandLine&, const std::wstring& value);
+
+struct Option {
+  const wchar_t* word;
+  bool takesValue;
+  Apply apply;
+};
+
+void Stop(ParsedCommandLine& line, const std::wstring&) { line.accepted = false; }
+
+void ShowVersion(ParsedCommandLine& line, const std::wstring&) { line.showVersion = true; }
+
+// A value that is no number leaves the setting as it was.
+void SetResumeNoteId(ParsedCommandLine& line, const std::wstring& value) {
+  unsigned int noteId = 0;
+  if (std::swscanf(value.c_str(), L"%X", &noteId) == 1) line.settings.resumeNoteId = noteId;
+}
+
+void SetProgressPipe(ParsedCommandLine& line, const std::wstring& value) {
+  long long handle = 0;
+  if (std::swscanf(value.c_str(), L"%lld", &handle) == 1) line.settings.progressPipe = handle;
+}
+
+template <auto Member>
+void SetText(ParsedCommandLine& line, const std::wstring& value) {
+  line.settings.*Member = value;
+}
+
+template <auto Member>
+void SetFlag(ParsedCommandLine& line, const std::wstring&) {
+  line.settings.*Member = true;
+}
+
+constexpr std::array kOptions = {
+    Option{L"-s", true, SetText<&Settings::server>},
+    Option{L"-p", true, SetText<&Settings::databasePath>},
+    Option{L"-o", true, SetText<&Settings::outputFolder>},
+    Option{L"-l", true, SetResumeNoteId},
+    Option{L"-h", false, Stop},
+    Option{L"-?", false, Stop},
+    Option{L"-pipe", true, SetProgressPipe},
+    Option{L"-archive", false, SetFlag<&Settings::archive>},
+    Option{L"-scan", false, SetFlag<&Settings::scan>},
+    Option{L"-fullaccess", false, SetFlag<&Settings::fullAccess>},
+    Option{L"-servers", false, SetFlag<&Settings::servers>},
+    Option{L"-id", true, SetText<&Settings::idFile>},
+    Option{L"-password", true, SetText<&Settings::idPassword>},
+    Option{L"-v", false, ShowVersion},
+    Option{L"-version", false, ShowVersion},
+    Option{L"-noview", false, SetFlag<&Settings::noViews>},
+    Option{L"-debug", false,
+           [](ParsedCommandLine& line, const std::wstring&) { line.settings.minimumLogLevel = 0; }},
+};
+
+const Option* FindOption(const std::wstring& argument) {
+  for (const Option& option : kOptions) {
+    if (_wcsicmp(option.word, argument.c_str()) == 0) return &option;
+  }
+  return nullptr;
+}
+
+bool IsRuntimeArgument(const std::wstring& argument) {
+  return !argument.empty() && argument.front() == L'=';
+}
+
+std::string InvalidParameterText(const std::wstring& argument) {
+  return FormatNarrow("Invalid parameter '%.20S'", argument.c_str());
+}
+
+// An argument that begins with "=" is meant for the runtime start wherever it stands, also as the
+// value of an option.
+void KeepProgramAndRuntimeArguments(const std::vector<std::wstring>& arguments,
+                                    Settings& settings) {
+  if (!arguments.empty()) settings.programPath = arguments.front();
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    if (IsRuntimeArgument(arguments[i])) settings.runtimeArguments.push_back(arguments[i]);
+  }
+}
+
+}  // namespace
+
+std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine) {
+  int count = 0;
+  wchar_t** texts = CommandLineToArgvW(commandLine.c_str(), &count);
+  if (texts == nullptr) return {};
+  std::vector<std::wstring> arguments(texts, texts + count);
+  LocalFree(texts);
+  return arguments;
+}
+
+ParsedCommandLine ParseCommandLine(const std::vector<std::wstring>& arguments) {
+  ParsedCommandLine line;
+  KeepProgramAndRuntimeArguments(arguments, line.settings);
+  for (std::size_t i = 1; i < arguments.size() && line.accepted; ++i) {
+    const std::wstring& argument = arguments[i];
+    if (IsRuntimeArgument(argument)) continue;
+    const Option* option = FindOption(argument);
+    const bool valueMissing = option != nullptr && option->takesValue && i + 1 == arguments.size();
+    if (option == nullptr || valueMissing) {
+      line.accepted = false;
+      line.fault = InvalidParameterText(argument);
+    } else {
+      option->apply(line, option->takesValue ? arguments[++i] : std::wstring());
+    }
+  }
+  return line;
+}
+
+}  // namespace larkspan

@@ -1,0 +1,26 @@
+// The command line: options into settings. Faults are silent by design, since the run log lives in
+// the output folder, which may not be known yet.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+
+namespace larkspan {
+
+struct ParsedCommandLine {
+  bool accepted = true;  // False after -h or -? and after an invalid parameter.
+  bool showVersion = false;
+  Settings settings;
+  std::string fault;  // What an invalid parameter would be called; shown and written nowhere.
+};
+
+// Splits a command line into its arguments by the system's own rules; the first is the program.
+std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine);
+
+// Parses the argument vector, whose first entry is the program itself. Options are compared as
+// whole words without regard to case.
+ParsedCommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
+
+}  // namespace larkspan

@@ -1,0 +1,72 @@
+// The entry point: settings from the command line, one role, an exit code. 0 for every role that
+// ran, whatever happened inside it; 1 when the command line asks for nothing that can be done.
+#include <windows.h>
+
+#include <string>
+#include <utility>
+
+#include "app/CommandLine.h"
+#include "app/Role.h"
+#include "app/RunWorker.h"
+#include "app/Settings.h"
+#include "app/Supervisor.h"
+#include "app/TerminationHandler.h"
+#include "app/VersionBox.h"
+#include "app/WorkerLauncher.h"
+#include "notes/Runtime.h"
+#include "report/RunLog.h"
+
+namespace larkspan {
+
+namespace {
+
+constexpr int kRoleRan = 0;
+constexpr int kRefused = 1;
+
+int SuperviseWorkers() {
+  const std::wstring commandLine = GetCommandLineW();
+  if (!MakesWorkers(commandLine)) return kRefused;
+  ProcessLauncher launcher;
+  RunSupervisor(launcher, commandLine);
+  return kRoleRan;
+}
+
+void CloseWorker() {
+  LogDebug(L"Exiting via SEH finally");
+  EndNotesRuntime();
+}
+
+void Work() {
+  RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); }, CloseWorker);
+}
+
+int PlayRole(Role role) {
+  switch (role) {
+    case Role::kVersion:
+      ShowVersionBox();
+      return kRoleRan;
+    case Role::kSupervisor:
+      return SuperviseWorkers();
+    case Role::kWorker:
+      Work();
+      return kRoleRan;
+    case Role::kScan:     // The listing modes are known words, but this version does not have
+    case Role::kServers:  // them yet.
+    case Role::kRefused:
+      return kRefused;
+  }
+  return kRefused;
+}
+
+}  // namespace
+
+int RunProgram() {
+  ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
+  const Role role = ChooseRole(line);
+  SetProcessSettings(std::move(line.settings));
+  return PlayRole(role);
+}
+
+}  // namespace larkspan
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) { return larkspan::RunProgram(); }

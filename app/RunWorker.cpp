@@ -1,0 +1,67 @@
+#include "app/RunWorker.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "app/MarkerFile.h"
+#include "export/WorkerRun.h"
+#include "notes/Identity.h"
+#include "notes/Runtime.h"
+#include "notes/Text.h"
+#include "report/AuditReport.h"
+#include "report/RunLog.h"
+
+namespace larkspan {
+
+namespace {
+
+constexpr notes_api::STATUS kConfigurationNotFound = 0x1A5;
+
+bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
+  const Status status = StartNotesRuntime();
+  if (status.ok()) return true;
+  if (status.ErrorNumber() == kConfigurationNotFound) {
+    LogError(L"Unable to locate notes.ini");
+    return false;
+  }
+  LogWarning(L"Notes initialization failed (%X)", static_cast<unsigned int>(status.code()));
+  WriteMarkerFile(resumeNoteId);
+  return false;
+}
+
+bool SwitchIdOrLog() {
+  const Status status = SwitchId();
+  if (!status.ok()) LogStatus(LogLevel::kError, L"Unable to switch ID (%s)", status);
+  return status.ok();
+}
+
+void AuditUser() {
+  constexpr std::size_t kMaxWideBytes = 512;
+  std::string userName;
+  // A library that does not know its user gives no name, and the report shows that.
+  if (!GetCurrentUserName(userName).ok()) userName.clear();
+  Audit(L"Set user to: %s\n", NotesToWide(userName, kMaxWideBytes).c_str());
+}
+
+void StartAndExport(std::uint32_t resumeNoteId) {
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  if (!StartRuntimeOrLog(resumeNoteId)) return;
+  if (!SwitchIdOrLog()) return;
+  if (resumeNoteId == 0) AuditUser();
+  RunExport(resumeNoteId);
+  EndNotesRuntime();
+}
+
+}  // namespace
+
+void RunWorker(std::uint32_t resumeNoteId) {
+  try {
+    StartAndExport(resumeNoteId);
+  } catch (...) {
+    LogDebug(L"Exiting via catch-all handler");
+    EndNotesRuntime();
+  }
+}
+
+}  // namespace larkspan

@@ -1,0 +1,42 @@
+#include "app/WorkerLauncher.h"
+
+#include <windows.h>
+
+#include <array>
+
+namespace larkspan {
+
+namespace {
+
+std::wstring OwnPath() {
+  constexpr DWORD kMaxPathLength = 261;
+  std::array<wchar_t, kMaxPathLength + 1> path{};
+  GetModuleFileNameW(nullptr, path.data(), kMaxPathLength);
+  return path.data();
+}
+
+WorkerEnding WaitForEnd(const PROCESS_INFORMATION& process) {
+  WaitForSingleObject(process.hProcess, INFINITE);
+  DWORD exitCode = 0;
+  const bool known = GetExitCodeProcess(process.hProcess, &exitCode) != 0;
+  CloseHandle(process.hProcess);
+  CloseHandle(process.hThread);
+  if (!known) return {WorkerEnding::Kind::kExitCodeUnknown, 0};
+  return {WorkerEnding::Kind::kExited, exitCode};
+}
+
+}  // namespace
+
+WorkerEnding ProcessLauncher::RunToEnd(const std::wstring& commandLine) {
+  constexpr BOOL kInheritHandles = TRUE;
+  std::wstring writableCommandLine = commandLine;
+  STARTUPINFOW startup{};
+  PROCESS_INFORMATION process{};
+  const BOOL created =
+      CreateProcessW(OwnPath().c_str(), writableCommandLine.data(), nullptr, nullptr,
+                     kInheritHandles, 0, nullptr, nullptr, &startup, &process);
+  if (!created) return {WorkerEnding::Kind::kNotCreated, GetLastError()};
+  return WaitForEnd(process);
+}
+
+}  // namespace larkspan

@@ -1,0 +1,33 @@
+// Starting an export worker and waiting for its end: the narrow door through which the supervisor
+// sees processes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace larkspan {
+
+// The ways in which a worker can end, as the supervisor sees them.
+struct WorkerEnding {
+  enum class Kind { kNotCreated, kExited, kExitCodeUnknown };
+
+  Kind kind = Kind::kExitCodeUnknown;
+  std::uint32_t code = 0;  // The system error of kNotCreated, the exit code of kExited.
+};
+
+class WorkerLauncher {
+ public:
+  virtual ~WorkerLauncher() = default;
+
+  // Starts this program again with the command line and waits, without a limit, until it ends.
+  virtual WorkerEnding RunToEnd(const std::wstring& commandLine) = 0;
+};
+
+// Starts real processes, which inherit this process's inheritable handles, its environment, its
+// current folder and its standard streams.
+class ProcessLauncher : public WorkerLauncher {
+ public:
+  WorkerEnding RunToEnd(const std::wstring& commandLine) override;
+};
+
+}  // namespace larkspan

@@ -1,0 +1,21 @@
+#include "base/HexNumberFile.h"
+
+#include <cstdio>
+
+#include "base/File.h"
+
+namespace larkspan {
+
+HexNumberFileEnd ReadHexNumberFile(const std::wstring& path,
+                                   const std::function<bool(std::uint32_t)>& visit) {
+  UniqueFile file = OpenFile(path, L"r");
+  if (!file) return HexNumberFileEnd::kNotOpened;
+  unsigned int number = 0;
+  while (std::fscanf(file.get(), "%X", &number) == 1) {
+    if (!visit(number)) return HexNumberFileEnd::kStoppedByVisitor;
+  }
+  return std::feof(file.get()) != 0 ? HexNumberFileEnd::kEndOfFile
+                                    : HexNumberFileEnd::kBeforeEndOfFile;
+}
+
+}  // namespace larkspan

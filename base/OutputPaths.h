@@ -1,0 +1,38 @@
+// The names of everything in the output folder, one builder each. Every name begins with a
+// backslash and is joined to the output folder by plain concatenation.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace larkspan::output {
+
+// The output folder and a relative name that begins with a backslash, concatenated as they stand.
+std::wstring Join(std::wstring_view outputFolder, std::wstring_view relativeName);
+
+inline constexpr wchar_t kLog[] = L"\\log.txt";
+inline constexpr wchar_t kAudit[] = L"\\audit.txt";
+inline constexpr wchar_t kMarker[] = L"\\marker.txt";
+inline constexpr wchar_t kIdTable[] = L"\\idtable.txt";
+inline constexpr wchar_t kUnidIndex[] = L"\\unidindex.txt";
+inline constexpr wchar_t kAcl[] = L"\\acl.dxl";
+
+// The DXL export in progress; a name of its own, since the exporter's callback receives it bare.
+inline constexpr wchar_t kTemporaryName[] = L"temp.tmp";
+
+// Subfolders of an archive, in the order of their creation.
+inline constexpr wchar_t kDataFolder[] = L"\\data";
+inline constexpr wchar_t kDesignFolder[] = L"\\design";
+inline constexpr wchar_t kRawDesignFolder[] = L"\\design2";
+inline constexpr wchar_t kProfileFolder[] = L"\\profile";
+inline constexpr wchar_t kViewsFolder[] = L"\\views";
+inline constexpr std::array kSubfolders = {kDataFolder, kDesignFolder, kRawDesignFolder,
+                                           kProfileFolder, kViewsFolder};
+
+// The relative name of a note's DXL file in a subfolder ("\data\000012F6.dxl"), or in the output
+// folder itself when the subfolder is empty.
+std::wstring NoteFile(std::wstring_view subfolder, std::uint32_t noteId);
+
+}  // namespace larkspan::output

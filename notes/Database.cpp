@@ -1,0 +1,89 @@
+#include "notes/Database.h"
+
+#include <array>
+#include <cstring>
+
+#include "notes/AcquireHandle.h"
+#include "notes/Identity.h"
+#include "notes/Memory.h"
+#include "notes/Text.h"
+
+namespace larkspan {
+
+namespace {
+
+// Layout of a list of names with one name: a count, eight zero bytes, two bytes without meaning,
+// the authentication word, the name and its NUL.
+constexpr std::size_t kCountOffset = 0;
+constexpr std::size_t kZeroOffset = 2;
+constexpr std::size_t kZeroBytes = 8;
+constexpr std::size_t kAuthenticationOffset = 12;
+constexpr std::size_t kNameOffset = 16;
+
+void FillNamesList(std::byte* list, const std::string& name) {
+  const notes_api::WORD count = 1;
+  const notes_api::DWORD authentication = 7;
+  std::memcpy(list + kCountOffset, &count, sizeof count);
+  std::memset(list + kZeroOffset, 0, kZeroBytes);
+  std::memcpy(list + kAuthenticationOffset, &authentication, sizeof authentication);
+  std::memcpy(list + kNameOffset, name.c_str(), name.size() + 1);
+}
+
+Status MakeNamesList(const std::string& name, MemoryObject& list) {
+  const Status status = AllocateMemory(kNameOffset + name.size() + 1, list);
+  if (status.ok()) FillNamesList(MemoryLock(list).address(), name);
+  return status;
+}
+
+using PathBuffer = std::array<char, kNotesPathCapacity>;
+using PathPartBuffer = std::array<char, 256>;
+
+std::string EndedText(const char* text, std::size_t capacity) {
+  return std::string(text, strnlen(text, capacity));
+}
+
+}  // namespace
+
+Status OpenDatabase(const std::string& path, Database& database) {
+  return AcquireHandle(database, [&](notes_api::DHANDLE* address) {
+    return notes_api::NSFDbOpen(path.c_str(), address);
+  });
+}
+
+Status OpenDatabaseFullAccess(const std::string& path, Database& database) {
+  constexpr notes_api::WORD kOptions = 0;
+  std::string userName;
+  if (const Status status = GetCurrentUserName(userName); !status.ok()) return status;
+  MemoryObject namesList;
+  if (const Status status = MakeNamesList(userName, namesList); !status.ok()) return status;
+  notes_api::TIMEDATE dataModified{};
+  notes_api::TIMEDATE otherModified{};
+  return AcquireHandle(database, [&](notes_api::DHANDLE* address) {
+    return notes_api::NSFDbOpenExtended(path.c_str(), kOptions, namesList.get(), nullptr, address,
+                                        &dataModified, &otherModified);
+  });
+}
+
+DatabaseLocation GetDatabaseLocation(const Database& database) {
+  PathBuffer path{};
+  const Status status(notes_api::NSFDbPathGet(database.get(), path.data(), nullptr));
+  path.back() = '\0';
+  if (!status.ok()) return {};
+  PathPartBuffer port{};
+  PathPartBuffer server{};
+  PathPartBuffer file{};
+  const Status parsed(
+      notes_api::OSPathNetParse(path.data(), port.data(), server.data(), file.data()));
+  if (!parsed.ok()) return {};
+  return {EndedText(server.data(), server.size()), EndedText(file.data(), file.size())};
+}
+
+Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes) {
+  constexpr std::uint64_t kBytesPerKilobyte = 1024;
+  notes_api::QuotaInfo quota{};
+  const Status status(notes_api::NSFDbQuotaGet(path.c_str(), &quota));
+  bytes = quota.currentSize * kBytesPerKilobyte;
+  return status;
+}
+
+}  // namespace larkspan

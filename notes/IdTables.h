@@ -1,0 +1,23 @@
+// Tables of note IDs.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "notes/Handles.h"
+#include "notes/Status.h"
+
+namespace larkspan {
+
+// Creates an empty table.
+Status CreateIdTable(IdTable& table);
+
+Status InsertId(const IdTable& table, std::uint32_t noteId);
+
+std::uint32_t CountIds(const IdTable& table);
+
+// Hands each note ID to the visitor, in ascending order, until it returns false. Returns whether
+// the scan reached the table's end.
+bool ScanIds(const IdTable& table, const std::function<bool(std::uint32_t)>& visit);
+
+}  // namespace larkspan

@@ -1,0 +1,21 @@
+// Who the Notes library works for, and the opening of sealed notes with an ID file.
+#pragma once
+
+#include <string>
+
+#include "notes/Handles.h"
+#include "notes/Status.h"
+
+namespace larkspan {
+
+// Switches to the ID file of the settings with its password. Does nothing, and succeeds, when
+// either of them is empty.
+Status SwitchId();
+
+// The current user's name in the Notes character set, at most 255 bytes.
+Status GetCurrentUserName(std::string& name);
+
+// Decrypts an open note, in memory, with an ID file and its password, both in UTF-16.
+Status DecryptNote(const Note& note, const std::wstring& idFile, const std::wstring& password);
+
+}  // namespace larkspan

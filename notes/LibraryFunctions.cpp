@@ -1,0 +1,28 @@
+#include "notes/LibraryFunctions.h"
+
+#include <windows.h>
+
+namespace larkspan {
+
+namespace {
+
+template <typename Function>
+Function FindFunction(HMODULE library, const char* name) {
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+}
+
+}  // namespace
+
+LibraryLookup FindLibraryFunctions(const wchar_t* libraryName, LibraryFunctions& functions) {
+  const HMODULE library = GetModuleHandleW(libraryName);
+  if (library == nullptr) return LibraryLookup::kNoLibrary;
+  functions.searchExtended3 =
+      FindFunction<notes_api::SearchExtended3Function>(library, "NSFSearchExtended3");
+  if (functions.searchExtended3 == nullptr) return LibraryLookup::kNoSearchExtended3;
+  functions.purgeCollection =
+      FindFunction<notes_api::PurgeCollectionFunction>(library, "NIFPurgeCollection");
+  if (functions.purgeCollection == nullptr) return LibraryLookup::kNoPurgeCollection;
+  return LibraryLookup::kFound;
+}
+
+}  // namespace larkspan

@@ -1,0 +1,14 @@
+#include "notes/Memory.h"
+
+#include "notes/AcquireHandle.h"
+
+namespace larkspan {
+
+Status AllocateMemory(std::size_t size, MemoryObject& memory) {
+  constexpr notes_api::WORD kType = 0;
+  return AcquireHandle(memory, [&](notes_api::DHANDLE* address) {
+    return notes_api::OSMemAlloc(kType, static_cast<notes_api::DWORD>(size), address);
+  });
+}
+
+}  // namespace larkspan

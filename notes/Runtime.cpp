@@ -1,0 +1,67 @@
+#include "notes/Runtime.h"
+
+#include <windows.h>
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+#include "report/RunLog.h"
+
+namespace larkspan {
+
+namespace {
+
+constexpr std::size_t kArgumentCapacity = 260;
+using Argument = std::array<char, kArgumentCapacity>;
+
+// Atomic, since after a crash another thread may end the runtime.
+std::atomic<bool> runtimeStarted{false};
+
+// The text in the ANSI code page, cut to the argument's size and ended with a NUL.
+Argument ToAnsiArgument(const std::wstring& text) {
+  const int units = static_cast<int>(text.size());
+  const int bytes =
+      WideCharToMultiByte(CP_ACP, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
+  std::string ansi(static_cast<std::size_t>(bytes), '\0');
+  WideCharToMultiByte(CP_ACP, 0, text.data(), units, ansi.data(), bytes, nullptr, nullptr);
+  Argument argument{};
+  ansi.copy(argument.data(), argument.size() - 1);
+  return argument;
+}
+
+}  // namespace
+
+Status StartNotesRuntime() {
+  const Settings& settings = ProcessSettings();
+  const std::vector<std::wstring>& runtimeArguments = settings.runtimeArguments;
+  Argument program = ToAnsiArgument(settings.programPath);
+  Argument configuration{};
+  if (!runtimeArguments.empty()) configuration = ToAnsiArgument(runtimeArguments.back());
+
+  // Only one "=" argument has a place. The count tells of each of them nevertheless, so the vector
+  // goes on with empty texts: the library finds a text behind every entry that the count promises.
+  Argument none{};
+  const std::size_t count = 1 + runtimeArguments.size();
+  std::vector<char*> vector(count + 1, none.data());
+  vector[0] = program.data();
+  if (count > 1) vector[1] = configuration.data();
+  vector[count] = nullptr;
+
+  const Status status(notes_api::NotesInitExtended(static_cast<int>(count), vector.data()));
+  if (status.ok()) runtimeStarted = true;
+  return status;
+}
+
+void EndNotesRuntime() {
+  // Cleared first, so that a crash in here does not lead here again.
+  if (!runtimeStarted.exchange(false)) return;
+  LogDebug(L"Trying to NotesTerm");
+  notes_api::NotesTerm();
+  LogDebug(L"NotesTermed");
+}
+
+}  // namespace larkspan

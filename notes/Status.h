@@ -1,0 +1,29 @@
+// The result of an operation on the Notes library.
+#pragma once
+
+#include "notes/NotesApi.h"
+
+namespace larkspan {
+
+// A status as the library returns it; code 0 is success. A type of its own, so that no count or
+// length slips in where a result is meant.
+class [[nodiscard]] Status {
+ public:
+  constexpr Status() = default;
+  constexpr explicit Status(notes_api::STATUS code) : code_(code) {}
+
+  constexpr bool ok() const { return code_ == 0; }
+
+  // All 16 bits, the two top bits included.
+  constexpr notes_api::STATUS code() const { return code_; }
+
+  // The error number alone, without the two top bits that say where it came from.
+  constexpr notes_api::STATUS ErrorNumber() const { return code_ & notes_api::kErrorMask; }
+
+  friend constexpr bool operator==(Status, Status) = default;
+
+ private:
+  notes_api::STATUS code_ = 0;
+};
+
+}  // namespace larkspan

@@ -1,0 +1,37 @@
+#include "notes/Text.h"
+
+#include <algorithm>
+
+#include "notes/NotesApi.h"
+
+namespace larkspan {
+
+namespace {
+
+// The longest input whose length in bytes fits the library's 16 bits, in whole characters.
+constexpr std::size_t kMaxInputBytes = 0xFFFE;
+
+}  // namespace
+
+std::string WideToNotes(std::wstring_view text) {
+  const std::size_t inputBytes = std::min(text.size() * sizeof(wchar_t), kMaxInputBytes);
+  std::string notes(kNotesPathCapacity - 1, '\0');
+  const std::size_t written = notes_api::OSTranslate(
+      notes_api::kTranslateUtf16ToNotes, reinterpret_cast<const char*>(text.data()),
+      static_cast<notes_api::WORD>(inputBytes), notes.data(),
+      static_cast<notes_api::WORD>(notes.size()));
+  notes.resize(std::min(written, notes.size()));
+  return notes;
+}
+
+std::wstring NotesToWide(std::string_view text, std::size_t maxBytes) {
+  const std::size_t inputBytes = std::min(text.size(), kMaxInputBytes);
+  std::wstring wide(maxBytes / sizeof(wchar_t), L'\0');
+  const std::size_t written = notes_api::OSTranslate(
+      notes_api::kTranslateNotesToUtf16, text.data(), static_cast<notes_api::WORD>(inputBytes),
+      reinterpret_cast<char*>(wide.data()), static_cast<notes_api::WORD>(maxBytes));
+  wide.resize(std::min(written / sizeof(wchar_t), wide.size()));
+  return wide;
+}
+
+}  // namespace larkspan

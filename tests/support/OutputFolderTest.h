@@ -1,0 +1,52 @@
+// The base of tests whose subject writes into the output folder.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/Settings.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/ScopedSettings.h"
+#include "tests/support/TempFolder.h"
+
+namespace larkspan {
+
+// Gives each test an empty output folder of its own, and settings that name it and let every line
+// into the run log.
+class OutputFolderTest : public testing::Test {
+ protected:
+  OutputFolderTest() : settings_(DebugSettings(folder_.path())) {}
+
+  // The path of an entry of the output folder, from a name without a backslash.
+  std::wstring PathOf(const std::wstring& name) const { return folder_ / (L"\\" + name); }
+
+  // The lines of the run log; none when there is no log.
+  std::vector<std::string> LogLines() const {
+    return Exists(PathOf(L"log.txt")) ? ReadLines(PathOf(L"log.txt")) : std::vector<std::string>();
+  }
+
+  // Drops lines below WARNING, as a run without -debug does.
+  void LeaveOutDebugLines() {
+    Settings settings = ProcessSettings();
+    settings.minimumLogLevel = 1;
+    SetProcessSettings(std::move(settings));
+  }
+
+ private:
+  static Settings DebugSettings(const std::wstring& outputFolder) {
+    Settings settings;
+    settings.outputFolder = outputFolder;
+    settings.minimumLogLevel = 0;
+    return settings;
+  }
+
+  TempFolder folder_;
+  ScopedSettings settings_;
+};
+
+using Lines = std::vector<std::string>;
+
+}  // namespace larkspan

@@ -1,0 +1,148 @@
+#include "tests/support/Program.h"
+
+#include <array>
+#include <stdexcept>
+#include <tuple>
+#include <utility>
+
+namespace larkspan::testing {
+
+namespace {
+
+constexpr DWORD kEndLimitMilliseconds = 120000;
+constexpr UINT kEndedByForce = 0xDEAD;
+
+std::pair<UniqueSystemHandle, UniqueSystemHandle> MakePipe() {
+  HANDLE readEnd = nullptr;
+  HANDLE writeEnd = nullptr;
+  if (!CreatePipe(&readEnd, &writeEnd, nullptr, 0)) throw std::runtime_error("no pipe");
+  return {UniqueSystemHandle(readEnd), UniqueSystemHandle(writeEnd)};
+}
+
+void MakeInheritable(const UniqueSystemHandle& handle) {
+  SetHandleInformation(handle.get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+}
+
+// One argument by the quoting rules of the system's own parser.
+std::wstring Quote(const std::wstring& argument) {
+  if (!argument.empty() && argument.find_first_of(L" \t\"") == std::wstring::npos) return argument;
+  std::wstring quoted = L"\"";
+  std::size_t backslashes = 0;
+  for (const wchar_t character : argument) {
+    if (character == L'"') quoted.append(backslashes + 1, L'\\');
+    backslashes = character == L'\\' ? backslashes + 1 : 0;
+    quoted.push_back(character);
+  }
+  return quoted.append(backslashes, L'\\') + L'"';
+}
+
+int CountOccurrences(const std::string& text, const std::string& part) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos;
+       at = text.find(part, at + part.size())) {
+    ++count;
+  }
+  return count;
+}
+
+}  // namespace
+
+std::wstring ProgramFolder() {
+  std::array<wchar_t, 1024> path{};
+  GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  const std::wstring file = path.data();
+  return file.substr(0, file.find_last_of(L"\\/"));
+}
+
+std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments) {
+  std::wstring line;
+  for (const std::wstring& argument : arguments) {
+    if (!line.empty()) line.push_back(L' ');
+    line += Quote(argument);
+  }
+  return line;
+}
+
+UniqueSystemHandle::UniqueSystemHandle(UniqueSystemHandle&& other) noexcept
+    : handle_(std::exchange(other.handle_, nullptr)) {}
+
+UniqueSystemHandle& UniqueSystemHandle::operator=(UniqueSystemHandle&& other) noexcept {
+  if (this != &other) {
+    reset();
+    handle_ = std::exchange(other.handle_, nullptr);
+  }
+  return *this;
+}
+
+void UniqueSystemHandle::reset() {
+  if (handle_ != nullptr) CloseHandle(std::exchange(handle_, nullptr));
+}
+
+StopPipe::StopPipe() {
+  std::tie(readEnd_, writeEnd_) = MakePipe();
+  MakeInheritable(readEnd_);
+}
+
+std::wstring StopPipe::HandleText() const {
+  return std::to_wstring(reinterpret_cast<std::intptr_t>(readEnd_.get()));
+}
+
+void StopPipe::Write(const std::string& bytes) {
+  DWORD written = 0;
+  WriteFile(writeEnd_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+Program::Program(const std::wstring& executable, const std::wstring& commandLine) {
+  UniqueSystemHandle outputWriteEnd;
+  std::tie(output_, outputWriteEnd) = MakePipe();
+  MakeInheritable(outputWriteEnd);
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = outputWriteEnd.get();
+  PROCESS_INFORMATION process{};
+  std::wstring writable = commandLine;
+  if (!CreateProcessW(executable.c_str(), writable.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                      nullptr, &startup, &process)) {
+    throw std::runtime_error("the program does not start");
+  }
+  CloseHandle(process.hThread);
+  process_ = UniqueSystemHandle(process.hProcess);
+  processId_ = process.dwProcessId;
+}
+
+Program::~Program() {
+  if (!ended_) TerminateProcess(process_.get(), kEndedByForce);
+}
+
+bool Program::ReadMore() {
+  std::array<char, 4096> buffer;
+  DWORD count = 0;
+  if (!ReadFile(output_.get(), buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr)) {
+    return false;
+  }
+  read_.append(buffer.data(), count);
+  return count > 0;
+}
+
+bool Program::ReadUntil(const std::string& text, int times) {
+  while (CountOccurrences(read_, text) < times) {
+    if (!ReadMore()) return false;
+  }
+  return true;
+}
+
+ProgramResult Program::WaitForEnd() {
+  while (ReadMore()) {
+  }
+  if (WaitForSingleObject(process_.get(), kEndLimitMilliseconds) != WAIT_OBJECT_0) {
+    TerminateProcess(process_.get(), kEndedByForce);
+    WaitForSingleObject(process_.get(), kEndLimitMilliseconds);
+  }
+  ended_ = true;
+  DWORD exitCode = 0;
+  GetExitCodeProcess(process_.get(), &exitCode);
+  return {exitCode, read_};
+}
+
+}  // namespace larkspan::testing

@@ -1,0 +1,34 @@
+// Workers that end as a test's script says, without any process.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/WorkerLauncher.h"
+
+namespace larkspan {
+
+struct ScriptedWorker {
+  WorkerEnding ending;
+  std::optional<std::string> marker;  // The bytes that it leaves in its marker file, if any.
+};
+
+// Plays the workers of the script one after another in the output folder of the settings. A worker
+// beyond the script ends cleanly without a marker, so that the run ends.
+class ScriptedLauncher : public WorkerLauncher {
+ public:
+  explicit ScriptedLauncher(std::vector<ScriptedWorker> script);
+
+  WorkerEnding RunToEnd(const std::wstring& commandLine) override;
+
+  // Those of the workers started so far.
+  const std::vector<std::wstring>& commandLines() const { return commandLines_; }
+
+ private:
+  std::vector<ScriptedWorker> script_;
+  std::vector<std::wstring> commandLines_;
+};
+
+}  // namespace larkspan

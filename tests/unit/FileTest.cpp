@@ -1,0 +1,132 @@
+#include "base/File.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <string>
+#include <utility>
+
+#include "base/CountFiles.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/TempFolder.h"
+
+namespace larkspan {
+namespace {
+
+class FileTest : public testing::Test {
+ protected:
+  TempFolder folder_;
+  const std::wstring path_ = folder_ / L"\\\u00E9\u65E5.txt";
+};
+
+TEST_F(FileTest, TextModeEndsLinesInCarriageReturnAndLineFeed) {
+  UniqueFile file = OpenFile(path_, L"w");
+  std::fputs("a\n", file.get());
+  EXPECT_TRUE(CloseFile(std::move(file)));
+  EXPECT_EQ(ReadBytes(path_), "a\r\n");
+}
+
+TEST_F(FileTest, BinaryModeLeavesLineEnds) {
+  UniqueFile file = OpenFile(path_, L"wb");
+  std::fputs("a\n", file.get());
+  EXPECT_TRUE(CloseFile(std::move(file)));
+  EXPECT_EQ(ReadBytes(path_), "a\n");
+}
+
+TEST_F(FileTest, MissingFileGivesNoStreamAndTheReason) {
+  errno = 0;
+  EXPECT_FALSE(OpenFile(path_, L"r"));
+  EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(FileTest, FolderGivesNoStreamAndTheReason) {
+  MakeFolder(path_);
+  errno = 0;
+  EXPECT_FALSE(OpenFile(path_, L"a"));
+  EXPECT_EQ(errno, EACCES);
+}
+
+TEST_F(FileTest, OwnerClosesTheStream) {
+  {
+    const UniqueFile file = OpenFile(path_, L"w");
+    std::fputs("a", file.get());
+  }
+  EXPECT_EQ(ReadBytes(path_), "a");
+  EXPECT_TRUE(DeleteFileW(path_.c_str()));
+}
+
+TEST_F(FileTest, ClosingToldOfAFailedWrite) {
+  WriteBytes(path_, "");
+  UniqueFile file = OpenFile(path_, L"r");
+  std::fputs("a", file.get());
+  EXPECT_FALSE(CloseFile(std::move(file)));
+}
+
+TEST_F(FileTest, AppendingMakesTheFile) {
+  EXPECT_TRUE(AppendToTextFile(path_, "a\n"));
+  EXPECT_EQ(ReadBytes(path_), "a\r\n");
+}
+
+TEST_F(FileTest, AppendingLeavesWhatIsThere) {
+  WriteBytes(path_, "a\r\n");
+  EXPECT_TRUE(AppendToTextFile(path_, "b\n"));
+  EXPECT_EQ(ReadBytes(path_), "a\r\nb\r\n");
+}
+
+TEST_F(FileTest, AppendingNothingMakesTheFile) {
+  EXPECT_TRUE(AppendToTextFile(path_, ""));
+  EXPECT_EQ(ReadBytes(path_), "");
+}
+
+TEST_F(FileTest, AppendingTakesEveryByte) {
+  const std::string bytes(
+      "a\0\xFF\x1A"
+      "b",
+      5);
+  EXPECT_TRUE(AppendToTextFile(path_, bytes));
+  EXPECT_EQ(ReadBytes(path_), bytes);
+}
+
+TEST_F(FileTest, AppendingToAFolderFails) {
+  MakeFolder(path_);
+  EXPECT_FALSE(AppendToTextFile(path_, "a"));
+}
+
+TEST_F(FileTest, AppendingInAMissingFolderFails) {
+  EXPECT_FALSE(AppendToTextFile(folder_ / L"\\missing\\a.txt", "a"));
+}
+
+using CountFilesTest = FileTest;
+
+TEST_F(CountFilesTest, EmptyFolderHoldsNone) { EXPECT_EQ(CountFiles(folder_.path()), 0); }
+
+TEST_F(CountFilesTest, MissingFolderHoldsNone) { EXPECT_EQ(CountFiles(folder_ / L"\\missing"), 0); }
+
+TEST_F(CountFilesTest, FileHoldsNone) {
+  WriteBytes(path_, "");
+  EXPECT_EQ(CountFiles(path_), 0);
+}
+
+TEST_F(CountFilesTest, FilesOfAnyNameAreCounted) {
+  for (const wchar_t* name : {L"\\a.dxl", L"\\no dot", L"\\.hidden", L"\\\u65E5.xml"}) {
+    WriteBytes(folder_ / name, "");
+  }
+  EXPECT_EQ(CountFiles(folder_.path()), 4);
+}
+
+TEST_F(CountFilesTest, HiddenAndReadOnlyFilesAreCounted) {
+  WriteBytes(path_, "");
+  SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(CountFiles(folder_.path()), 1);
+  SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(CountFilesTest, FoldersAndTheirFilesAreNotCounted) {
+  MakeFolder(folder_ / L"\\sub.dxl");
+  WriteBytes(folder_ / L"\\sub.dxl\\a.dxl", "");
+  EXPECT_EQ(CountFiles(folder_.path()), 0);
+}
+
+}  // namespace
+}  // namespace larkspan

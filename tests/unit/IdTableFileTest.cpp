@@ -1,0 +1,108 @@
+#include "export/IdTableFile.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "notes/IdTables.h"
+#include "tests/support/FileBytes.h"
+#include "tests/support/NotesTest.h"
+
+namespace larkspan {
+namespace {
+
+using NoteIds = std::vector<std::uint32_t>;
+
+IdTable TableOf(const NoteIds& noteIds) {
+  IdTable table;
+  EXPECT_TRUE(CreateIdTable(table).ok());
+  for (const std::uint32_t noteId : noteIds) EXPECT_TRUE(InsertId(table, noteId).ok());
+  return table;
+}
+
+NoteIds IdsOf(const IdTable& table) {
+  NoteIds noteIds;
+  ScanIds(table, [&](std::uint32_t noteId) {
+    noteIds.push_back(noteId);
+    return true;
+  });
+  return noteIds;
+}
+
+class IdTableFileTest : public NotesTest {
+ protected:
+  const std::wstring file_ = PathOf(L"idtable.txt");
+};
+
+TEST_F(IdTableFileTest, HoldsEightDigitsALine) {
+  EXPECT_TRUE(WriteIdTableFile(TableOf({0x2A, 0x12F6})));
+  EXPECT_EQ(ReadBytes(file_), "0000002A\r\n000012F6\r\n");
+}
+
+TEST_F(IdTableFileTest, LinesAreInAscendingOrder) {
+  EXPECT_TRUE(WriteIdTableFile(TableOf({0x300, 0x100, 0x200})));
+  EXPECT_EQ(ReadBytes(file_), "00000100\r\n00000200\r\n00000300\r\n");
+}
+
+TEST_F(IdTableFileTest, EmptyTableGivesAnEmptyFile) {
+  EXPECT_TRUE(WriteIdTableFile(TableOf({})));
+  EXPECT_EQ(ReadBytes(file_), "");
+}
+
+TEST_F(IdTableFileTest, WritingReplacesAnOldFile) {
+  WriteBytes(file_, "00000004\r\n00000008\r\n");
+  EXPECT_TRUE(WriteIdTableFile(TableOf({0x2A})));
+  EXPECT_EQ(ReadBytes(file_), "0000002A\r\n");
+}
+
+TEST_F(IdTableFileTest, WritingWhereAFolderIsFails) {
+  MakeFolder(file_);
+  EXPECT_FALSE(WriteIdTableFile(TableOf({0x2A})));
+}
+
+TEST_F(IdTableFileTest, WritingDoesNotChangeTheTable) {
+  const IdTable table = TableOf({0x2A, 0x2E});
+  WriteIdTableFile(table);
+  EXPECT_EQ(IdsOf(table), (NoteIds{0x2A, 0x2E}));
+}
+
+TEST_F(IdTableFileTest, WrittenTableIsReadBack) {
+  NoteIds noteIds;
+  for (std::uint32_t noteId = 4; noteId <= 4000; noteId += 4) noteIds.push_back(noteId);
+  ASSERT_TRUE(WriteIdTableFile(TableOf(noteIds)));
+  const IdTable table = TableOf({});
+  EXPECT_TRUE(ReadIdTableFile(table));
+  EXPECT_EQ(IdsOf(table), noteIds);
+}
+
+TEST_F(IdTableFileTest, FileWithoutFinalLineEndIsReadCompletely) {
+  WriteBytes(file_, "0000002A\r\n0000002E");
+  const IdTable table = TableOf({});
+  EXPECT_TRUE(ReadIdTableFile(table));
+  EXPECT_EQ(IdsOf(table), (NoteIds{0x2A, 0x2E}));
+}
+
+TEST_F(IdTableFileTest, EmptyFileIsRead) {
+  WriteBytes(file_, "");
+  const IdTable table = TableOf({});
+  EXPECT_TRUE(ReadIdTableFile(table));
+  EXPECT_EQ(IdsOf(table), NoteIds());
+}
+
+TEST_F(IdTableFileTest, LineThatIsNoNumberMakesReadingFail) {
+  WriteBytes(file_, "0000002A\r\nXYZ\r\n0000002E\r\n");
+  EXPECT_FALSE(ReadIdTableFile(TableOf({})));
+}
+
+TEST_F(IdTableFileTest, MissingFileMakesReadingFail) { EXPECT_FALSE(ReadIdTableFile(TableOf({}))); }
+
+TEST_F(IdTableFileTest, ReadingLeavesTheFile) {
+  WriteBytes(file_, "0000002A\r\n");
+  ReadIdTableFile(TableOf({}));
+  EXPECT_EQ(ReadBytes(file_), "0000002A\r\n");
+}
+
+}  // namespace
+}  // namespace larkspan

@@ -1,0 +1,206 @@
+#include "app/MarkerFile.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tests/support/FileBytes.h"
+#include "tests/support/OutputFolderTest.h"
+#include "tests/support/PauseRecorder.h"
+
+namespace larkspan {
+namespace {
+
+class MarkerFileTest : public OutputFolderTest {
+ protected:
+  // Removes a folder that stands in the way of the file.
+  void ClearTheWay() { RemoveDirectoryW(marker_.c_str()); }
+
+  const std::wstring marker_ = PathOf(L"marker.txt");
+  const PauseRecorder recorder_;
+};
+
+Lines RetryLines(int count) {
+  Lines lines;
+  for (int made = 1; made <= count; ++made) {
+    lines.push_back("#DEBUG# - Retry WriteMarkerFile (Permission denied): " + std::to_string(made));
+  }
+  return lines;
+}
+
+TEST_F(MarkerFileTest, HoldsEightDigitsAndALineEnd) {
+  EXPECT_TRUE(WriteMarkerFile(0x12F6));
+  EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
+}
+
+TEST_F(MarkerFileTest, HoldsUpperCaseDigits) {
+  EXPECT_TRUE(WriteMarkerFile(0xABCDEF01));
+  EXPECT_EQ(ReadBytes(marker_), "ABCDEF01\r\n");
+}
+
+TEST_F(MarkerFileTest, HoldsZeroInFull) {
+  EXPECT_TRUE(WriteMarkerFile(0));
+  EXPECT_EQ(ReadBytes(marker_), "00000000\r\n");
+}
+
+TEST_F(MarkerFileTest, WritingReplacesLongerContent) {
+  WriteBytes(marker_, "00000001\r\n00000002\r\n00000003\r\n");
+  EXPECT_TRUE(WriteMarkerFile(0x12F6));
+  EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
+}
+
+TEST_F(MarkerFileTest, WritingIsNotLogged) {
+  WriteMarkerFile(0x12F6);
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(MarkerFileTest, FolderInTheWayIsTriedThirtyTimesASecondApart) {
+  MakeFolder(marker_);
+  EXPECT_FALSE(WriteMarkerFile(0x12F6));
+  EXPECT_EQ(recorder_.pauses(), std::vector<long long>(29, 1000));
+}
+
+TEST_F(MarkerFileTest, EveryRetryIsADebugLineAndTheLastFailureAnErrorLine) {
+  MakeFolder(marker_);
+  WriteMarkerFile(0x12F6);
+  Lines expected = RetryLines(29);
+  expected.push_back("#ERROR# - WriteMarkerFile failed (Permission denied)");
+  EXPECT_EQ(LogLines(), expected);
+}
+
+TEST_F(MarkerFileTest, OnlyTheLastFailureIsLoggedWithoutDebug) {
+  LeaveOutDebugLines();
+  MakeFolder(marker_);
+  WriteMarkerFile(0x12F6);
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - WriteMarkerFile failed (Permission denied)"});
+}
+
+TEST_F(MarkerFileTest, MissingOutputFolderIsTriedThirtyTimes) {
+  Settings settings = ProcessSettings();
+  settings.outputFolder = PathOf(L"missing");
+  const ScopedSettings scoped(settings);
+  EXPECT_FALSE(WriteMarkerFile(0x12F6));
+  EXPECT_EQ(recorder_.pauses().size(), 29u);
+}
+
+TEST_F(MarkerFileTest, WritingSucceedsAtALaterAttempt) {
+  MakeFolder(marker_);
+  int pauses = 0;
+  PauseRecorder recorder([&] {
+    if (++pauses == 3) ClearTheWay();
+  });
+  EXPECT_TRUE(WriteMarkerFile(0x12F6));
+  EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
+}
+
+TEST_F(MarkerFileTest, LaterSuccessLeavesOnlyTheRetryLines) {
+  MakeFolder(marker_);
+  int pauses = 0;
+  PauseRecorder recorder([&] {
+    if (++pauses == 3) ClearTheWay();
+  });
+  WriteMarkerFile(0x12F6);
+  EXPECT_EQ(LogLines(), RetryLines(3));
+}
+
+TEST_F(MarkerFileTest, WritingSucceedsAtTheLastAttempt) {
+  MakeFolder(marker_);
+  int pauses = 0;
+  PauseRecorder recorder([&] {
+    if (++pauses == 29) ClearTheWay();
+  });
+  EXPECT_TRUE(WriteMarkerFile(0x12F6));
+}
+
+TEST_F(MarkerFileTest, FileThatAnotherProgramHoldsIsTriedAgain) {
+  HANDLE held = CreateFileW(marker_.c_str(), GENERIC_READ, 0, nullptr, CREATE_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  ASSERT_NE(held, INVALID_HANDLE_VALUE);
+  PauseRecorder recorder([&] { CloseHandle(held); });
+  EXPECT_TRUE(WriteMarkerFile(0x12F6));
+  EXPECT_EQ(LogLines(), RetryLines(1));
+}
+
+struct Content {
+  const char* name;
+  const char* bytes;
+  std::uint32_t value;
+};
+
+class MarkerFileContent : public MarkerFileTest, public testing::WithParamInterface<Content> {};
+
+TEST_P(MarkerFileContent, ReadsAs) {
+  WriteBytes(marker_, GetParam().bytes);
+  EXPECT_EQ(ReadMarkerFile(), GetParam().value);
+}
+
+const auto kNameOf = [](const auto& info) { return info.param.name; };
+
+INSTANTIATE_TEST_SUITE_P(Contents, MarkerFileContent,
+                         testing::Values(Content{"AsWritten", "000012F6\r\n", 0x12F6},
+                                         Content{"Zero", "00000000\r\n", 0},
+                                         Content{"LowerCase", "ffff", 0x0000FFFF},
+                                         Content{"WithoutLineEnd", "000012F6", 0x12F6},
+                                         Content{"WithLineFeedOnly", "000012F6\n", 0x12F6},
+                                         Content{"FirstLineOnly", "00000001\r\n00000002\r\n", 1},
+                                         Content{"TextBehindNumber", "12F6 note", 0x12F6},
+                                         Content{"TopBit", "80000004\r\n", 0x80000004},
+                                         Content{"Complete", "FFFFFFFF\r\n", 0xFFFFFFFF},
+                                         Content{"Empty", "", 0xFFFFFFFF},
+                                         Content{"LineEndOnly", "\r\n", 0xFFFFFFFF},
+                                         Content{"NoNumber", "note\r\n", 0xFFFFFFFF},
+                                         Content{"NoNumberBeforeNumber", "- 12F6\r\n", 0xFFFFFFFF}),
+                         kNameOf);
+
+TEST_F(MarkerFileTest, MissingFileMeansComplete) { EXPECT_EQ(ReadMarkerFile(), 0xFFFFFFFF); }
+
+TEST_F(MarkerFileTest, WrittenNoteIdIsReadBack) {
+  WriteMarkerFile(0xFFFFFFFE);
+  EXPECT_EQ(ReadMarkerFile(), 0xFFFFFFFE);
+}
+
+TEST_F(MarkerFileTest, ReadingIsLogged) {
+  WriteBytes(marker_, "ab\r\n");
+  ReadMarkerFile();
+  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - ReadMarkerFile returned 000000AB"});
+}
+
+TEST_F(MarkerFileTest, ReadingAnEmptyFileIsLogged) {
+  WriteBytes(marker_, "");
+  ReadMarkerFile();
+  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - ReadMarkerFile returned FFFFFFFF"});
+}
+
+TEST_F(MarkerFileTest, ReadingAMissingFileIsLogged) {
+  ReadMarkerFile();
+  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - No marker file found"});
+}
+
+TEST_F(MarkerFileTest, ReadingLeavesTheFile) {
+  WriteBytes(marker_, "000012F6\r\n");
+  ReadMarkerFile();
+  EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
+}
+
+TEST_F(MarkerFileTest, DeletingRemovesTheFile) {
+  WriteMarkerFile(0x12F6);
+  DeleteMarkerFile();
+  EXPECT_FALSE(Exists(marker_));
+}
+
+TEST_F(MarkerFileTest, DeletingIsNotLogged) {
+  WriteMarkerFile(0x12F6);
+  DeleteMarkerFile();
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(MarkerFileTest, DeletingAMissingFileIsSilent) {
+  DeleteMarkerFile();
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+}  // namespace
+}  // namespace larkspan

@@ -1,0 +1,146 @@
+// The workers that the supervisor starts, and what it says when one ends badly.
+#include "tests/support/SupervisorTest.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/FileBytes.h"
+
+namespace larkspan {
+namespace {
+
+TEST_F(SupervisorTest, FirstWorkerStartsAtZero) {
+  EXPECT_EQ(Run({kCompletes}), CommandLines{L"run -l 00000000"});
+}
+
+TEST_F(SupervisorTest, WorkerWithoutMarkerEndsTheRun) {
+  EXPECT_EQ(Run({kCompletes, kCompletes}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, WorkerThatFailsWithoutMarkerEndsTheRun) {
+  EXPECT_EQ(Run({{kAccessViolation, std::nullopt}}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, WorkerWithMarkerThatSaysCompleteEndsTheRun) {
+  EXPECT_EQ(Run({{kCleanExit, "FFFFFFFF\r\n"}}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, WorkerWithEmptyMarkerEndsTheRun) {
+  EXPECT_EQ(Run({{kAccessViolation, ""}}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, WorkerWithMarkerThatIsNoNumberEndsTheRun) {
+  EXPECT_EQ(Run({{kAccessViolation, "note"}}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, CompleteRunDoesNotPause) {
+  Run({kCompletes});
+  EXPECT_TRUE(pauses().empty());
+}
+
+TEST_F(SupervisorTest, CommandLineIsRepeatedAsItWasGiven) {
+  const std::wstring given =
+      L"\"C:\\p f\\larkspan.exe\"  =n.ini -P \"\u00E9 \u65E5.nsf\" -o x\\ -pipe 44 -archive %s %d";
+  EXPECT_EQ(Run({kCompletes}, given), CommandLines{given + L" -l 00000000"});
+}
+
+TEST_F(SupervisorTest, CommandLineOfGreatLengthIsRepeatedInFull) {
+  const std::wstring given(30000, L'x');
+  EXPECT_EQ(Run({kCompletes}, given), CommandLines{given + L" -l 00000000"});
+}
+
+TEST_F(SupervisorTest, EveryWorkerGetsOneResumeNoteIdOnly) {
+  EXPECT_EQ(Run({CrashesAt("00000100"), CrashesAt("abc"), kCompletes}),
+            (CommandLines{L"run -l 00000000", L"run -l 00000100", L"run -l 00000ABC"}));
+}
+
+TEST_F(SupervisorTest, WorkerAfterACrashStartsAtOnce) {
+  Run({CrashesAt("00000100"), CrashesAt("00000104"), kCompletes});
+  EXPECT_TRUE(pauses().empty());
+}
+
+TEST_F(SupervisorTest, CrashGivesOneMajorLine) {
+  Run({CrashesAt("00000100"), kCompletes});
+  EXPECT_EQ(Complaints(), (Lines{kMajor + "00000100", Mismatch(1)}));
+}
+
+TEST_F(SupervisorTest, MarkerNeedNotRise) {
+  EXPECT_EQ(Run({CrashesAt("00000100"), CrashesAt("00000040"), kCompletes}),
+            (CommandLines{L"run -l 00000000", L"run -l 00000100", L"run -l 00000040"}));
+}
+
+TEST_F(SupervisorTest, MarkerBackAtZeroStartsAtTheBeginningWithoutMajorLine) {
+  Run({CrashesAt("00000100"), CrashesAt("0"), kCompletes});
+  EXPECT_EQ(Complaints(), (Lines{kMajor + "00000100", Mismatch(1)}));
+}
+
+TEST_F(SupervisorTest, MarkerIsDeletedBetweenWorkers) {
+  EXPECT_EQ(Run({CrashesAt("00000100"), kCompletes, CrashesAt("00000200")}).size(), 2u);
+}
+
+TEST_F(SupervisorTest, NoMarkerIsLeft) {
+  Run({{kCleanExit, "FFFFFFFF\r\n"}});
+  EXPECT_FALSE(Exists(PathOf(L"marker.txt")));
+}
+
+TEST_F(SupervisorTest, NoMarkerIsLeftAfterGivingUp) {
+  Run(std::vector<ScriptedWorker>(3, CrashesAt("0")));
+  EXPECT_FALSE(Exists(PathOf(L"marker.txt")));
+}
+
+TEST_F(SupervisorTest, StartThatFailsIsTriedThreeTimes) {
+  EXPECT_EQ(Run(std::vector<ScriptedWorker>(5, CrashesAt("0"))),
+            CommandLines(3, L"run -l 00000000"));
+}
+
+TEST_F(SupervisorTest, StartThatFailsIsTriedFiveSecondsApart) {
+  Run(std::vector<ScriptedWorker>(5, CrashesAt("0")));
+  EXPECT_EQ(pauses(), std::vector<long long>(2, 5000));
+}
+
+TEST_F(SupervisorTest, StartThatFailsAtZeroGivesOneErrorLine) {
+  Run(std::vector<ScriptedWorker>(5, CrashesAt("0")));
+  EXPECT_EQ(Complaints(), Lines{kGaveUp});
+}
+
+TEST_F(SupervisorTest, StartThatFailsAtANoteGivesThreeMajorLines) {
+  Run(std::vector<ScriptedWorker>(5, CrashesAt("000012F6")));
+  const std::string major = kMajor + "000012F6";
+  EXPECT_EQ(Complaints(), (Lines{major, major, major, kGaveUp, Mismatch(3)}));
+}
+
+TEST_F(SupervisorTest, StartThatFailsAtANoteIsTriedThreeTimesThere) {
+  EXPECT_EQ(Run(std::vector<ScriptedWorker>(5, CrashesAt("000012F6"))),
+            (CommandLines{L"run -l 00000000", L"run -l 000012F6", L"run -l 000012F6",
+                          L"run -l 000012F6"}));
+}
+
+TEST_F(SupervisorTest, ProgressResetsTheRetries) {
+  EXPECT_EQ(Run({CrashesAt("0"), CrashesAt("0"), CrashesAt("100"), CrashesAt("100"),
+                 CrashesAt("100"), kCompletes})
+                .size(),
+            6u);
+}
+
+TEST_F(SupervisorTest, OnlyRepeatedNoteIdsArePausedFor) {
+  Run({CrashesAt("0"), CrashesAt("0"), CrashesAt("100"), CrashesAt("100"), kCompletes});
+  EXPECT_EQ(pauses(), std::vector<long long>(3, 5000));
+}
+
+TEST_F(SupervisorTest, CleanExitWithItsOwnNoteIdCountsAsARetry) {
+  EXPECT_EQ(Run(std::vector<ScriptedWorker>(5, {kCleanExit, "0"})).size(), 3u);
+}
+
+TEST_F(SupervisorTest, WorkerThatCannotBeCreatedEndsTheRun) {
+  EXPECT_EQ(Run({{{WorkerEnding::Kind::kNotCreated, 2}, std::nullopt}}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, WorkerThatCannotBeCreatedIsAnErrorLine) {
+  Run({{{WorkerEnding::Kind::kNotCreated, 2}, std::nullopt}});
+  EXPECT_EQ(Complaints(), Lines{"#ERROR# - CreateProcess failed (2)"});
+}
+
+}  // namespace
+}  // namespace larkspan
