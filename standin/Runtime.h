@@ -42,7 +42,7 @@ struct KeyFile {
 
 struct Runtime {
   bool isStarted = false;
-  std::thread::id thread;  // the one that started the runtime and has to make all calls
+  std::thread::id thread;  // the one that started the runtime
   NotesIni ini;
   std::filesystem::path dataFolder;
   std::string userName;

@@ -16,8 +16,8 @@ std::string XmlText(std::string_view text);
 // The value with its quotation marks.
 std::string XmlAttribute(std::string_view value);
 
-// The text as it is, but for control characters, which become blanks, and for hyphens in a row, which
-// are kept apart.
+// The text as it is, but for control characters, which become blanks, and for hyphens in a row,
+// which are kept apart.
 std::string XmlComment(std::string_view text);
 
 // In lines of 76 characters, each ended with a line feed.

@@ -1,5 +1,6 @@
 // Start and end of the runtime, and which notes.ini it takes.
-#include "standin/StandinHooks.h"
+#include <thread>
+
 #include "tests/standin/LoadedLibrary.h"
 #include "tests/standin/StandinTest.h"
 
@@ -79,6 +80,13 @@ TEST_F(RuntimeStart, CanFollowAnEnd) {
   NotesTerm();
   Start();
   NotesTerm();
+}
+
+TEST_F(RuntimeStart, CanBeEndedByAnotherThread) {
+  Start("StandinLedger=ledger.json\n");
+  std::thread(NotesTerm).join();
+  EXPECT_NE(ReadFile("ledger.json"), "");
+  Start();
 }
 
 TEST_F(RuntimeStart, ReadsKeysInAnyLetterCaseAndWithAByteOrderMark) {

@@ -7,9 +7,29 @@
 
 #include "standin/StandinHooks.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace larkspan::standin_test {
 
 namespace {
+
+#ifdef _WIN32
+
+LONG WINAPI EndAtOnce(EXCEPTION_POINTERS* pointers) {
+  TerminateProcess(GetCurrentProcess(), pointers->ExceptionRecord->ExceptionCode);
+  return EXCEPTION_EXECUTE_HANDLER;
+}
+
+// A crash that a test wants must not start a debugger.
+void CrashWithoutADebugger() { SetUnhandledExceptionFilter(EndAtOnce); }
+
+#else
+
+void CrashWithoutADebugger() {}
+
+#endif
 
 std::filesystem::path FreshFolder() {
   std::random_device random;
@@ -44,6 +64,7 @@ void LARKSPAN_NOTES_CALL Collect(const BYTE* buffer, DWORD length, void* context
 }  // namespace
 
 StandinTest::StandinTest() : folder_(FreshFolder()) {
+  CrashWithoutADebugger();
   StandinReset();
   std::filesystem::create_directories(folder_);
 }
