@@ -20,8 +20,11 @@ void MakeFolder(const std::wstring& path);
 // Whether there is a file or a folder of this name.
 bool Exists(const std::wstring& path);
 
-// The file's lines, each without its carriage return and line feed. Throws when a line, the last
+// The lines of a text, each without its carriage return and line feed. Throws when a line, the last
 // one included, does not end in both.
+std::vector<std::string> SplitLines(const std::string& bytes);
+
+// The lines of the file, likewise.
 std::vector<std::string> ReadLines(const std::wstring& path);
 
 }  // namespace larkspan

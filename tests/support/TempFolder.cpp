@@ -21,9 +21,9 @@ std::wstring SystemTemporaryFolder() {
 
 // Processes that test at the same time differ in their ID, folders of one process in the number. A
 // folder that an earlier process with the same ID left behind is passed over.
-TempFolder::TempFolder() {
+TempFolder::TempFolder(std::wstring_view nameStart) {
   static int made = 0;
-  const std::wstring start = SystemTemporaryFolder() + L"larkspan-\u00E9\u03A9\u65E5-" +
+  const std::wstring start = SystemTemporaryFolder() + std::wstring(nameStart) + L"-" +
                              std::to_wstring(GetCurrentProcessId()) + L"-";
   do {
     path_ = start + std::to_wstring(++made);
@@ -31,6 +31,8 @@ TempFolder::TempFolder() {
   } while (GetLastError() == ERROR_ALREADY_EXISTS);
   throw std::runtime_error("no temporary folder can be made");
 }
+
+TempFolder::TempFolder() : TempFolder(L"larkspan-\u00E9\u03A9\u65E5") {}
 
 TempFolder::~TempFolder() {
   std::error_code ignored;

@@ -6,11 +6,16 @@
 
 namespace larkspan {
 
-// Makes a new, empty folder in the temporary folder, with a name outside ASCII, and removes it with
-// all it holds at the end. Throws when it cannot be made.
+// Makes a new, empty folder in the temporary folder and removes it with all it holds at the end.
+// Throws when it cannot be made.
 class TempFolder {
  public:
+  // With a name outside ASCII and outside every ANSI code page.
   TempFolder();
+
+  // With a name that begins so.
+  explicit TempFolder(std::wstring_view nameStart);
+
   ~TempFolder();
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;

@@ -36,13 +36,25 @@ void ExportRun::SetFaults(const std::string& json) {
 
 void ExportRun::AddConfiguration(const std::string& line) { configuration_.push_back(line); }
 
+void ExportRun::UseProgramCopy(const std::wstring& folder, const std::wstring& libraryFolder) {
+  std::filesystem::create_directories(folder);
+  std::filesystem::copy(ProgramFolder() + L"\\larkspan.exe", folder + L"\\larkspan.exe");
+  std::filesystem::copy(libraryFolder + L"\\nnotes.dll", folder + L"\\nnotes.dll");
+  programFolder_ = folder;
+}
+
+std::wstring ExportRun::ConfigurationArgument() const {
+  const std::wstring file = folder_.path() + L"\\notes.ini";
+  WriteConfigurationTo(file);
+  return L"=" + file;
+}
+
 std::wstring ExportRun::CommandLine(const std::wstring& database,
                                     const std::vector<std::wstring>& arguments) const {
   std::vector<std::wstring> all = {Executable()};
-  if (passConfiguration_) all.push_back(L"=" + folder_.path() + L"\\notes.ini");
+  if (passConfiguration_) all.push_back(ConfigurationArgument());
   all.insert(all.end(), {L"-p", database, L"-o", output_});
   all.insert(all.end(), arguments.begin(), arguments.end());
-  WriteConfiguration();
   return BuildCommandLine(all);
 }
 
@@ -68,34 +80,44 @@ bool ExportRun::HasOutputFile(const std::wstring& relativeName) const {
 }
 
 std::vector<std::string> ExportRun::LedgerLines() const {
-  std::istringstream ledger(ReadBytes(folder_.path() + L"\\ledger.txt"));
   std::vector<std::string> lines;
+  const std::wstring file = folder_.path() + L"\\ledger.txt";
+  if (!std::filesystem::exists(file)) return lines;
+  std::istringstream ledger(ReadBytes(file));
   for (std::string line; std::getline(ledger, line);) lines.push_back(line);
   return lines;
+}
+
+std::vector<std::string> ExportRun::LeftOpen(std::size_t runtime) const {
+  std::vector<std::string> left;
+  const nlohmann::json ledger = nlohmann::json::parse(LedgerLines().at(runtime));
+  for (const auto& [kind, count] : ledger.at("open").items()) {
+    if (count != 0) left.push_back(kind + " " + count.dump());
+  }
+  return left;
 }
 
 std::string ExportRun::LedgerFault(std::size_t runtimes) const {
   std::string fault;
   const std::wstring misuse = folder_.path() + L"\\misuse.txt";
   if (std::filesystem::exists(misuse)) fault += "misuse: " + ReadBytes(misuse) + "\n";
-  const std::vector<std::string> lines = LedgerLines();
-  if (lines.size() != runtimes) {
-    fault += std::to_string(lines.size()) + " runtimes ended instead of " +
-             std::to_string(runtimes) + "\n";
+  const std::size_t ended = LedgerLines().size();
+  if (ended != runtimes) {
+    fault +=
+        std::to_string(ended) + " runtimes ended instead of " + std::to_string(runtimes) + "\n";
   }
-  for (const std::string& line : lines) {
-    for (const auto& [kind, count] : nlohmann::json::parse(line).at("open").items()) {
-      if (count.get<int>() != 0) fault += "left open: " + kind + " in " + line + "\n";
-    }
+  for (std::size_t i = 0; i < ended; ++i) {
+    for (const std::string& left : LeftOpen(i)) fault += "left open: " + left + "\n";
   }
   return fault;
 }
 
-void ExportRun::WriteConfiguration() const {
-  std::string text = "Directory=" + WideToUtf8(dataFolder_) +
-                     "\nStandinLedger=ledger.txt\nStandinStrictLog=misuse.txt\n";
+void ExportRun::WriteConfigurationTo(const std::wstring& file) const {
+  const std::string own = WideToUtf8(folder_.path());
+  std::string text = "Directory=" + WideToUtf8(dataFolder_) + "\nStandinLedger=" + own +
+                     "\\ledger.txt\nStandinStrictLog=" + own + "\\misuse.txt\n";
   for (const std::string& line : configuration_) text += line + "\n";
-  WriteBytes(folder_.path() + L"\\notes.ini", text);
+  WriteBytes(file, text);
 }
 
 }  // namespace larkspan::testing

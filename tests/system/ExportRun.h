@@ -37,6 +37,15 @@ class ExportRun {
   // Starts a copy of the program from this folder, beside the library that is there.
   void SetProgramFolder(const std::wstring& folder) { programFolder_ = folder; }
 
+  // Copies the program into that folder, beside a library from another one, and starts it there.
+  void UseProgramCopy(const std::wstring& folder, const std::wstring& libraryFolder);
+
+  // Writes the library's configuration file and gives the argument that names it.
+  std::wstring ConfigurationArgument() const;
+
+  // Writes the configuration under another name too, or in another folder.
+  void WriteConfigurationTo(const std::wstring& file) const;
+
   // "larkspan.exe =<configuration> -p <database> -o <output>" and the arguments.
   std::wstring CommandLine(const std::wstring& database,
                            const std::vector<std::wstring>& arguments) const;
@@ -57,14 +66,16 @@ class ExportRun {
   // One JSON object for each runtime that ended, in order.
   std::vector<std::string> LedgerLines() const;
 
+  // What a runtime that ended had still open, as "kind count" for each kind, in alphabetic order.
+  std::vector<std::string> LeftOpen(std::size_t runtime) const;
+
   // What the ledger, and the library's record of misuse, hold against the run; empty when every
   // handle, lock and allocation was given back. The number of runtimes that ended must match.
   std::string LedgerFault(std::size_t runtimes) const;
 
  private:
-  void WriteConfiguration() const;
-
-  TempFolder folder_;
+  // The library takes the configuration's path in the ANSI code page, whichever that is.
+  TempFolder folder_{L"larkspan-run"};
   std::wstring output_;
   std::wstring programFolder_;
   std::wstring dataFolder_;

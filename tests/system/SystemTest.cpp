@@ -1,0 +1,100 @@
+#include "tests/system/SystemTest.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "tests/support/FileBytes.h"
+
+namespace larkspan::testing {
+
+namespace {
+
+std::string Count(const char* label, int count) {
+  char text[80];
+  std::snprintf(text, sizeof text, "%s: %8d", label, count);
+  return text;
+}
+
+std::string NoteIdText(int index) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%08X", 0x902 + 4 * index);
+  return text;
+}
+
+}  // namespace
+
+Lines SystemTest::OutputLines(const std::wstring& relativeName) const {
+  return run_.HasOutputFile(relativeName) ? SplitLines(run_.OutputFile(relativeName)) : Lines();
+}
+
+Lines SystemTest::AuditLines() const {
+  return SplitLines(MaskAuditTimes(run_.OutputFile(L"audit.txt")));
+}
+
+nlohmann::json SystemTest::Ledger(std::size_t runtime) const {
+  return nlohmann::json::parse(run_.LedgerLines().at(runtime));
+}
+
+int SystemTest::Calls(std::size_t runtime, const std::string& entry) const {
+  return Ledger(runtime).at("calls").value(entry, 0);
+}
+
+Lines SystemTest::FilesIn(const std::string& subfolder) const {
+  Lines names;
+  for (const auto& [name, content] : run_.Tree()) {
+    if (name.starts_with(subfolder + "/") && !name.ends_with("/")) names.push_back(name);
+  }
+  return names;
+}
+
+bool Contains(const Lines& lines, const std::string& line) { return CountLines(lines, line) > 0; }
+
+int CountLines(const Lines& lines, const std::string& line) {
+  return static_cast<int>(std::count(lines.begin(), lines.end(), line));
+}
+
+Lines Tail(const Lines& lines, std::size_t count) {
+  const std::size_t skipped = lines.size() - std::min(count, lines.size());
+  return Lines(lines.begin() + static_cast<std::ptrdiff_t>(skipped), lines.end());
+}
+
+std::string DocumentsJson(int count, const std::string& members) {
+  std::string notes;
+  for (int i = 0; i < count; ++i) {
+    if (i > 0) notes += ",";
+    notes += R"({"id": ")" + NoteIdText(i) +
+             R"(", "items": [{"name": "Form", "text": "Note"}, )"
+             R"({"name": "Subject", "text": "Note )" +
+             std::to_string(i + 1) + R"("}, {"name": "Body", "richText": ["Some text."]}]})";
+  }
+  return "{" + members + R"("sizeKilobytes": 64, "notes": [)" + notes + "]}";
+}
+
+std::string FaultsMember(const std::string& faults) { return R"("faults": [)" + faults + "], "; }
+
+Lines AuditEnd(const AuditCounts& counts) {
+  const int exported = counts.data + counts.design + counts.profile;
+  Lines lines = {"Archive ended at: *",
+                 "Total runtime (seconds): *",
+                 Count("Database total documents ", counts.input),
+                 "Exported Document Counts",
+                 Count("Data   ", counts.data),
+                 Count("Design ", counts.design),
+                 Count("Profile", counts.profile),
+                 Count("Exported total documents ", exported),
+                 Count("Failed total documents   ", counts.failed),
+                 Count("Total documents processed", counts.failed + exported),
+                 Count("Documents exported with warnings ", counts.warnings)};
+  if (counts.failed + counts.warnings != 0) {
+    lines.emplace_back("Some documents were not exported successfully. See log.txt for details.");
+  }
+  return lines;
+}
+
+Lines Join(std::vector<Lines> parts) {
+  Lines all;
+  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+}  // namespace larkspan::testing

@@ -1,0 +1,66 @@
+// The base of tests that run the program once and look at what it left behind.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tests/system/ExportRun.h"
+
+namespace larkspan::testing {
+
+using Lines = std::vector<std::string>;
+
+class SystemTest : public ::testing::Test {
+ protected:
+  // The lines of a file of the output folder; none when there is no such file.
+  Lines OutputLines(const std::wstring& relativeName) const;
+  Lines LogLines() const { return OutputLines(L"log.txt"); }
+
+  // With the times masked.
+  Lines AuditLines() const;
+
+  // What the library recorded in a runtime that ended.
+  nlohmann::json Ledger(std::size_t runtime) const;
+
+  // How often the program called the entry point in that runtime.
+  int Calls(std::size_t runtime, const std::string& entry) const;
+
+  // The names of the exported notes of that subfolder, with slashes, in ascending order.
+  Lines FilesIn(const std::string& subfolder) const;
+
+  ExportRun run_;
+};
+
+bool Contains(const Lines& lines, const std::string& line);
+
+// How many lines are exactly this one.
+int CountLines(const Lines& lines, const std::string& line);
+
+// The last lines of a list.
+Lines Tail(const Lines& lines, std::size_t count);
+
+// A database of so many documents, with the IDs 00000902, 00000906 and so on, and further members
+// of the database's JSON object, each followed by a comma.
+std::string DocumentsJson(int count, const std::string& members = "");
+
+// The "faults" member of a database, with its comma, from the text of one or more faults.
+std::string FaultsMember(const std::string& faults);
+
+// The closing block of the audit report, with times masked.
+struct AuditCounts {
+  int input = 0;
+  int data = 0;
+  int design = 0;
+  int profile = 0;
+  int failed = 0;
+  int warnings = 0;
+};
+Lines AuditEnd(const AuditCounts& counts);
+
+// One list after another.
+Lines Join(std::vector<Lines> parts);
+
+}  // namespace larkspan::testing
