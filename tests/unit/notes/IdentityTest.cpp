@@ -1,0 +1,147 @@
+#include "notes/Identity.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/NotesFixture.h"
+
+namespace larkspan {
+namespace {
+
+constexpr char kDatabase[] = R"({"notes": [
+  {"id": "00000902", "sealedFor": ["CN=Imke/O=Garten"],
+   "items": [{"name": "Secret", "text": "4711", "sealed": true}]}
+]})";
+
+class IdentityTest : public NotesFixture {
+ protected:
+  IdentityTest() {
+    WriteDatabase(kDatabase);
+    WriteData(L"imke.id", R"({"name": "CN=Imke/O=Garten", "password": "Rittersporn"})");
+    WriteData(L"b\u00E9.id", "{\"name\": \"CN=Bo/O=Garten\", \"password\": \"p\u00E2que\"}");
+    Start();
+  }
+
+  static void SetId(const std::wstring& idFile, const std::wstring& password) {
+    ChangeSettings([&](Settings& settings) {
+      settings.idFile = idFile;
+      settings.idPassword = password;
+    });
+  }
+
+  static std::string CurrentUserName() {
+    std::string name;
+    EXPECT_TRUE(GetCurrentUserName(name).ok());
+    return name;
+  }
+
+  static Status DecryptTestNote(const std::wstring& idFile, const std::wstring& password) {
+    const Database database = OpenTestDatabase();
+    const Note note = OpenTestNote(database, 0x902);
+    return DecryptNote(note, idFile, password);
+  }
+};
+
+TEST_F(IdentityTest, SwitchWithoutIdFileDoesNothing) {
+  SetId(L"", L"Rittersporn");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, SwitchWithoutPasswordDoesNothing) {
+  SetId(L"imke.id", L"");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, SwitchMakesAnotherUserCurrent) {
+  SetId(L"imke.id", L"Rittersporn");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(CurrentUserName(), "CN=Imke/O=Garten");
+}
+
+TEST_F(IdentityTest, SwitchHasFlags8AndAPlaceOf256BytesForTheName) {
+  SetId(L"imke.id", L"Rittersporn");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(Arguments("SECKFMSwitchToIDFile"), R"({"flags":8,"idFile":"imke.id","size":256})");
+}
+
+TEST_F(IdentityTest, SwitchTranslatesIdFileAndPassword) {
+  SetId(L"b\u00E9.id", L"p\u00E2que");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(CurrentUserName(), "CN=Bo/O=Garten");
+}
+
+TEST_F(IdentityTest, SwitchWithWrongPasswordFails) {
+  SetId(L"imke.id", L"rittersporn");
+  EXPECT_EQ(SwitchId().code(), 6408);
+}
+
+TEST_F(IdentityTest, SwitchThatFailedLeavesTheUser) {
+  SetId(L"imke.id", L"rittersporn");
+  EXPECT_FALSE(SwitchId().ok());
+  EXPECT_EQ(CurrentUserName(), "CN=Larkspan Tester/O=Example");
+}
+
+TEST_F(IdentityTest, SwitchToMissingFileFails) {
+  SetId(L"missing.id", L"Rittersporn");
+  EXPECT_EQ(SwitchId().code(), 6400);
+}
+
+TEST_F(IdentityTest, SwitchIsNotLogged) {
+  SetId(L"missing.id", L"Rittersporn");
+  EXPECT_FALSE(SwitchId().ok());
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(IdentityTest, UserNameIsInTheNotesCharacterSet) {
+  WriteData(L"noe.id", "{\"name\": \"CN=No\u00E9\", \"password\": \"a\"}");
+  SetId(L"noe.id", L"a");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(CurrentUserName(), "CN=No\x01\xE9");
+}
+
+TEST_F(IdentityTest, UserNameOf255BytesIsWhole) {
+  WriteData(L"long.id", R"({"password": "a", "name": ")" + std::string(255, 'n') + "\"}");
+  SetId(L"long.id", L"a");
+  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_EQ(CurrentUserName(), std::string(255, 'n'));
+}
+
+TEST_F(IdentityTest, StatusOfTheUserNameIsReturned) {
+  SetFaults(R"([{"entry": "SECKFMGetUserName", "status": 273}])");
+  std::string name = "before";
+  EXPECT_EQ(GetCurrentUserName(name).code(), 273);
+  EXPECT_EQ(name, "");
+}
+
+TEST_F(IdentityTest, NoteIsDecryptedWithTheIdFile) {
+  EXPECT_TRUE(DecryptTestNote(L"imke.id", L"Rittersporn").ok());
+}
+
+TEST_F(IdentityTest, DecryptionUsesOption1ForFileAndNote) {
+  EXPECT_TRUE(DecryptTestNote(L"imke.id", L"Rittersporn").ok());
+  EXPECT_EQ(Arguments("SECKFMOpen"), R"({"idFile":"imke.id","options":1})");
+  EXPECT_EQ(Arguments("NSFNoteCipherDecrypt"), R"({"options":1})");
+}
+
+TEST_F(IdentityTest, IdFileIsClosedAfterTheDecryption) {
+  EXPECT_TRUE(DecryptTestNote(L"imke.id", L"Rittersporn").ok());
+  EXPECT_EQ(Order({"SECKFMOpen", "NSFNoteCipherDecrypt", "SECKFMClose"}),
+            (Lines{"SECKFMOpen", "NSFNoteCipherDecrypt", "SECKFMClose"}));
+}
+
+TEST_F(IdentityTest, IdFileThatDoesNotOpenDecryptsNothing) {
+  EXPECT_EQ(DecryptTestNote(L"imke.id", L"wrong").code(), 6408);
+  EXPECT_EQ(Calls("NSFNoteCipherDecrypt"), 0);
+  EXPECT_EQ(Calls("SECKFMClose"), 0);
+}
+
+TEST_F(IdentityTest, IdFileIsClosedAfterADecryptionThatFailed) {
+  EXPECT_EQ(DecryptTestNote(L"b\u00E9.id", L"p\u00E2que").code(), 6411);
+  EXPECT_EQ(Calls("SECKFMClose"), 1);
+}
+
+}  // namespace
+}  // namespace larkspan

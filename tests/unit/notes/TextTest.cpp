@@ -1,0 +1,61 @@
+#include "notes/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/support/NotesFixture.h"
+
+namespace larkspan {
+namespace {
+
+class TextTest : public NotesFixture {};
+
+TEST_F(TextTest, AsciiIsTheSameInTheNotesCharacterSet) {
+  EXPECT_EQ(WideToNotes(L"mail\\a.nsf"), "mail\\a.nsf");
+}
+
+TEST_F(TextTest, LettersOutsideAsciiAreTranslated) {
+  EXPECT_EQ(WideToNotes(L"\u00E9\u65E5"), "\x01\xE9\x14\x65\xE5");
+}
+
+TEST_F(TextTest, EmptyTextStaysEmpty) {
+  EXPECT_EQ(WideToNotes(L""), "");
+  EXPECT_EQ(NotesToWide("", 512), L"");
+}
+
+TEST_F(TextTest, TextBehindTheViewIsNotTranslated) {
+  EXPECT_EQ(WideToNotes(std::wstring_view(L"abcdef", 3)), "abc");
+}
+
+TEST_F(TextTest, NotesTextIsTranslatedBack) {
+  EXPECT_EQ(NotesToWide("a\x01\xE9\x14\x65\xE5", 512), L"a\u00E9\u65E5");
+}
+
+TEST_F(TextTest, LongestNotesTextLeavesRoomForItsNul) {
+  EXPECT_EQ(WideToNotes(std::wstring(1023, L'a')), std::string(1023, 'a'));
+  EXPECT_EQ(WideToNotes(std::wstring(1024, L'a')), std::string(1023, 'a'));
+}
+
+TEST_F(TextTest, CharacterThatDoesNotFitIsLeftOutWhole) {
+  EXPECT_EQ(WideToNotes(std::wstring(1021, L'a') + L"\u65E5"), std::string(1021, 'a'));
+}
+
+TEST_F(TextTest, InputLongerThanTheLibraryCountsIsCut) {
+  EXPECT_EQ(WideToNotes(std::wstring(100000, L'a')), std::string(1023, 'a'));
+  EXPECT_EQ(NotesToWide(std::string(100000, 'a'), 512), std::wstring(256, L'a'));
+}
+
+TEST_F(TextTest, WideTextIsLimitedInBytes) {
+  EXPECT_EQ(NotesToWide(std::string(255, 'a'), 510), std::wstring(255, L'a'));
+  EXPECT_EQ(NotesToWide(std::string(300, 'a'), 510), std::wstring(255, L'a'));
+}
+
+TEST_F(TextTest, SurrogatePairThatDoesNotFitIsLeftOutWhole) {
+  const std::string face = WideToNotes(L"\U0001F600");
+  EXPECT_EQ(NotesToWide("a" + face, 6), L"a\U0001F600");
+  EXPECT_EQ(NotesToWide("a" + face, 4), L"a");
+}
+
+}  // namespace
+}  // namespace larkspan
