@@ -19,9 +19,9 @@ std::string MaskAuditTimes(const std::string& audit);
 std::string DescribeDifferences(const OutputTree& expected, const OutputTree& actual);
 
 // Compares a tree, its audit report masked and the namespace of DXL named by the word
-// DXL-NAMESPACE, with the expected one of this name that
-// is kept beside the tests. With LARKSPAN_WRITE_EXPECTED set in the environment the expected tree
-// is written anew instead, which is reported as a difference, so that no such run passes.
+// DXL-NAMESPACE, with the expected one of this name that is kept beside the tests. With
+// LARKSPAN_WRITE_EXPECTED set in the environment the expected tree is written anew instead, which
+// is reported as a difference, so that no such run passes.
 std::string CompareWithExpected(const OutputTree& tree, const std::string& expectedName);
 
 }  // namespace larkspan::testing
