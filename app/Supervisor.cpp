@@ -91,6 +91,8 @@ bool MakesWorkers(const std::wstring& commandLine) {
 void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine) {
   const std::time_t startTime = std::time(nullptr);
   Audit(L"Archive started at: %s\n", FormatLocalTime(startTime).c_str());
+  // One that an earlier run left behind would be taken for the first worker's.
+  DeleteMarkerFile();
   RunWorkers(launcher, commandLine);
   LogDebug(L"End of Archive Main Loop");
   WriteAuditEnd(startTime);

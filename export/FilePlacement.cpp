@@ -124,4 +124,6 @@ Status ExportAclToFile(const Exporter& exporter, const Database& database) {
   });
 }
 
+void DeleteUnfinishedExport() { DeleteTemporaryFile(); }
+
 }  // namespace larkspan

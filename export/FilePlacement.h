@@ -21,4 +21,7 @@ inline constexpr Status kOutputNotWritten{270};
 Status ExportNoteToFile(const Exporter& exporter, const Note& note, std::wstring_view relativeName);
 Status ExportAclToFile(const Exporter& exporter, const Database& database);
 
+// Deletes what a crashed worker left of an export in progress; a missing file is no error.
+void DeleteUnfinishedExport();
+
 }  // namespace larkspan

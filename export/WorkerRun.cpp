@@ -36,9 +36,10 @@ class WorkerRun {
   void Run() {
     if (settings_.archive) StartPipeMonitor();
     if (!Prepare()) return;
-    if (ExportListedNotes(exporters_, database_, notes_, resumeNoteId_)) {
-      AuditSizeAfter(databasePath_);
-    }
+    if (!ExportListedNotes(exporters_, database_, notes_, resumeNoteId_)) return;
+    // After a crash on the last note no further export deletes what was left of that one.
+    DeleteUnfinishedExport();
+    AuditSizeAfter(databasePath_);
   }
 
  private:

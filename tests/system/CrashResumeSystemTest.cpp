@@ -127,6 +127,15 @@ TEST_F(CrashResumeSystemTest, ACrashAfterSomeOutputLeavesNoPartialFileUnderAFina
   EXPECT_EQ(run_.OutputFile(L"marker.txt"), "00000902\r\n");
 }
 
+TEST_F(CrashResumeSystemTest, AfterACrashOnTheLastNoteNoTemporaryFileIsLeft) {
+  Export(2,
+         R"({"entry": "DXLExportNote", "note": "00000906", "chunks": 1,
+             "action": "accessViolation"})",
+         {L"-archive"});
+  EXPECT_EQ(FilesIn("data"), Lines{"data/00000902.dxl"});
+  EXPECT_FALSE(run_.HasOutputFile(L"temp.tmp"));
+}
+
 TEST_F(CrashResumeSystemTest, TheNextWorkerDeletesTheTemporaryFileOfTheCrashedOne) {
   Export(2,
          R"({"entry": "DXLExportNote", "note": "00000902", "chunks": 1,

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "app/Settings.h"
+#include "base/OutputPaths.h"
 #include "tests/support/FileBytes.h"
 
 namespace larkspan {
@@ -17,6 +19,12 @@ TEST_F(SupervisorTest, FirstWorkerStartsAtZero) {
 
 TEST_F(SupervisorTest, WorkerWithoutMarkerEndsTheRun) {
   EXPECT_EQ(Run({kCompletes, kCompletes}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, MarkerOfAnEarlierRunIsNotTakenForTheFirstWorkers) {
+  WriteBytes(InOutputFolder(output::kMarker), "00000FF2\r\n");
+  EXPECT_EQ(Run({kCompletes, kCompletes}).size(), 1u);
+  EXPECT_EQ(Complaints(), Lines());
 }
 
 TEST_F(SupervisorTest, WorkerThatFailsWithoutMarkerEndsTheRun) {
