@@ -4,7 +4,8 @@ set(CMAKE_RC_COMPILER ${LARKSPAN_TARGET_TRIPLE}-windres)
 set(LARKSPAN_DLLTOOL ${LARKSPAN_TARGET_TRIPLE}-dlltool)
 
 # Cross-built and header-only packages live in a prefix of the build's own, made by scripts/setup.
-set(LARKSPAN_PREFIX ${CMAKE_CURRENT_LIST_DIR}/../build/prefix/${LARKSPAN_TARGET_TRIPLE})
+get_filename_component(LARKSPAN_PREFIX
+  ${CMAKE_CURRENT_LIST_DIR}/../build/prefix/${LARKSPAN_TARGET_TRIPLE} ABSOLUTE)
 set(CMAKE_FIND_ROOT_PATH /usr/${LARKSPAN_TARGET_TRIPLE} ${LARKSPAN_PREFIX})
 set(CMAKE_PREFIX_PATH /)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
