@@ -109,5 +109,18 @@ INSTANTIATE_TEST_SUITE_P(
                           "#ERROR# - Unable to export design: Design of the database is hidden"}),
     [](const auto& test) { return test.index == 0 ? "Status6967" : "Status6968"; });
 
+TEST_F(DamagedExportSystemTest, ADesignFailureOfTheRawCopyStopsTheRunToo) {
+  run_.AddDatabase(L"raw.nsf", R"({"sizeKilobytes": 64,
+      "faults": [{"entry": "DXLExportNote", "exporter": 5, "status": 6968}],
+      "notes": [{"id": "00000106", "class": "form",
+                 "items": [{"name": "$Body", "richText": ["body"]}]},
+                {"id": "00000902", "items": [{"name": "Form", "text": "Note"}]}]})");
+  run_.Export(L"raw.nsf", {L"-archive"});
+  EXPECT_TRUE(LogLines().front().starts_with("#ERROR# - Unable to export design: "));
+  EXPECT_TRUE(run_.HasOutputFile(L"design\\00000106.dxl"));
+  EXPECT_EQ(FilesIn("data"), Lines{});
+  EXPECT_FALSE(run_.HasOutputFile(L"marker.txt"));
+}
+
 }  // namespace
 }  // namespace larkspan::testing

@@ -50,6 +50,21 @@ TEST_F(ProcessSystemTest, WithoutAnybodyWhoReadsTheProgressEverythingIsExported)
   EXPECT_EQ(run_.LedgerFault(1), "");
 }
 
+TEST_F(ProcessSystemTest, WorkersKeepTheCurrentFolder) {
+  run_.SetOutput(L"out");
+  std::wstring line = run_.CommandLine(L"two.nsf", {L"-archive"});
+  run_.SetOutput(run_.folder() + L"\\out");
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  ASSERT_TRUE(CreateProcessW(run_.Executable().c_str(), line.data(), nullptr, nullptr, FALSE, 0,
+                             nullptr, run_.folder().c_str(), &startup, &process));
+  EXPECT_EQ(WaitForSingleObject(process.hProcess, 60000), WAIT_OBJECT_0);
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  EXPECT_EQ(FilesIn("data").size(), 2u);
+}
+
 TEST_F(ProcessSystemTest, ALaterWorkerInheritsTheStopPipeToo) {
   run_.AddDatabase(L"slow.nsf",
                    DocumentsJson(60, FaultsMember(

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
@@ -175,6 +176,17 @@ TEST_F(RunLogTest, LoneSurrogateDoesNotEndTheLine) {
   EXPECT_EQ(LogBytes(),
             "#ERROR# - a\xEF\xBF\xBD"
             "b\r\n");
+}
+
+TEST_F(RunLogTest, LinesOfTwoThreadsStayWholeAndNoneIsLost) {
+  constexpr int kLinesOfAThread = 3000;
+  const auto writeLines = [] {
+    for (int i = 0; i < kLinesOfAThread; ++i) LogError(L"line");
+  };
+  std::thread other(writeLines);
+  writeLines();
+  other.join();
+  EXPECT_EQ(LogLines(), Lines(2 * kLinesOfAThread, "#ERROR# - line"));
 }
 
 TEST_F(RunLogTest, MissingOutputFolderIsSilent) {

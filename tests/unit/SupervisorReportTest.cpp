@@ -1,10 +1,14 @@
 // The traces of the supervisor in the run log and in the audit report.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "base/LocalTime.h"
+#include "base/Utf8.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/SupervisorTest.h"
 
@@ -103,6 +107,18 @@ TEST_F(SupervisorReportTest, AuditReportHasItsClosingBlockAfterGivingUp) {
 TEST_F(SupervisorReportTest, EveryLostAttemptCountsAsAFailedDocument) {
   Run(std::vector<ScriptedWorker>(4, CrashesAt("000012F6")));
   EXPECT_EQ(ReadLines(PathOf(L"audit.txt")).at(9), "Failed total documents   :        3");
+}
+
+TEST_F(SupervisorReportTest, StartThatIsAuditedIsTheTimeOfTheRun) {
+  const std::time_t before = std::time(nullptr);
+  Run({kCompletes});
+  const std::time_t after = std::time(nullptr);
+  Lines possible;
+  for (std::time_t time = before; time <= after; ++time) {
+    possible.push_back("Archive started at: " + WideToUtf8(FormatLocalTime(time)));
+  }
+  EXPECT_NE(std::find(possible.begin(), possible.end(), ReadLines(PathOf(L"audit.txt")).front()),
+            possible.end());
 }
 
 TEST_F(SupervisorReportTest, StartIsAuditedBeforeTheFirstWorker) {
