@@ -49,10 +49,29 @@ inline constexpr WORD kTranslateUtf16ToNotes = 23;
 inline constexpr WORD kNoteInfoOriginatorId = 2;  // OriginatorId
 inline constexpr WORD kNoteInfoClass = 3;         // WORD
 
+// Fields of NSFDbInfoParse.
+inline constexpr WORD kInfoTitle = 0;
+inline constexpr WORD kInfoCategories = 1;
+
 // Type words of item values.
 inline constexpr WORD kTypeComposite = 0x0001;
+inline constexpr WORD kTypeNumber = 0x0300;
+inline constexpr WORD kTypeNumberRange = 0x0301;
+inline constexpr WORD kTypeTime = 0x0400;
+inline constexpr WORD kTypeTimeRange = 0x0401;
 inline constexpr WORD kTypeText = 0x0500;
+inline constexpr WORD kTypeTextList = 0x0501;
 inline constexpr WORD kTypeFormula = 0x0600;
+
+// Kinds of ODSReadMemory and ODSLength.
+inline constexpr WORD kViewTableFormat = 29;
+inline constexpr WORD kViewColumnFormat = 30;
+
+// Bit of the signal flags of NIFReadEntries: there is more to read.
+inline constexpr WORD kSignalMoreToDo = 0x20;
+
+// What the parts of a date-time are that it does not have.
+inline constexpr DWORD kNoTimePart = 0xFFFFFFFF;
 
 // Word 0: hundredths of a second since midnight GMT, 0xFFFFFFFF without a time part. Word 1: low
 // 24 bits Julian day number, 0xFFFFFF without a date part; top byte zone and daylight bits.
@@ -79,6 +98,29 @@ struct OriginatorId {
   DWORD note[2];
   DWORD sequence;
   TIMEDATE sequenceTime;
+};
+
+using DatabaseId = TIMEDATE;
+
+struct ReplicaInfo {
+  DatabaseId replicaId;
+  WORD flags;
+  WORD cutoffInterval;
+  TIMEDATE cutoff;
+};
+
+// Conventions of the machine for numbers, dates and times.
+struct IntlSettings {
+  BYTE before[28];
+  char decimalSeparator[112];  // Ended with NUL; other settings follow behind.
+};
+
+// Where a reading of a view's index stands: one tumbler a level.
+struct CollectionPosition {
+  WORD level;
+  BYTE minLevel;
+  BYTE maxLevel;
+  DWORD tumbler[32];
 };
 
 // All sizes in kilobytes.
@@ -113,6 +155,9 @@ struct BlockId {
 
 static_assert(sizeof(TIMEDATE) == 8);
 static_assert(sizeof(OriginatorId) == 28);
+static_assert(sizeof(ReplicaInfo) == 20);
+static_assert(sizeof(IntlSettings) == 140);
+static_assert(sizeof(CollectionPosition) == 132);
 static_assert(sizeof(QuotaInfo) == 16);
 static_assert(offsetof(SearchMatch, noteId) == 16);
 static_assert(offsetof(SearchMatch, originatorId) == 20);
@@ -148,6 +193,7 @@ LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL OSLoadString(DHANDLE module, STATU
                                                            WORD size);
 LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL OSTranslate(WORD mode, const char* in, WORD length,
                                                           char* out, WORD size);
+LARKSPAN_NOTES_ENTRY void LARKSPAN_NOTES_CALL OSGetIntlSettings(IntlSettings* settings, WORD size);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL OSMemAlloc(WORD type, DWORD size, DHANDLE* memory);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL OSMemFree(DHANDLE memory);
 LARKSPAN_NOTES_ENTRY void* LARKSPAN_NOTES_CALL OSLockObject(DHANDLE memory);
@@ -179,7 +225,21 @@ NSFDbOpenExtended(const char* path, WORD options, DHANDLE namesList, TIMEDATE* s
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbClose(DHANDLE database);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbPathGet(DHANDLE database, char* canonicalPath,
                                                              char* expandedPath);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbReplicaInfoGet(DHANDLE database,
+                                                                    ReplicaInfo* info);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbIDGet(DHANDLE database, DatabaseId* id);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbInfoGet(DHANDLE database, char* info);
+LARKSPAN_NOTES_ENTRY void LARKSPAN_NOTES_CALL NSFDbInfoParse(const char* info, WORD field,
+                                                             char* out, WORD limit);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbModifiedTime(DHANDLE database, TIMEDATE* data,
+                                                                  TIMEDATE* other);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbSpaceUsageScaled(DHANDLE database,
+                                                                      DWORD* allocatedGranules,
+                                                                      DWORD* freeGranules,
+                                                                      DWORD* granuleBytes);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbQuotaGet(const char* path, QuotaInfo* quota);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbGetModifiedNoteTable(
+    DHANDLE database, WORD classMask, TIMEDATE since, TIMEDATE* until, DHANDLE* table);
 
 // ID tables.
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL IDCreateTable(DWORD flags, DHANDLE* table);
@@ -218,6 +278,9 @@ LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL NSFItemGetTextListEntry(DHANDLE no
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL EnumCompositeBuffer(BlockId value, DWORD length,
                                                                     RecordCallback callback,
                                                                     void* context);
+LARKSPAN_NOTES_ENTRY void LARKSPAN_NOTES_CALL ODSReadMemory(void** source, WORD kind, void* out,
+                                                            WORD count);
+LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL ODSLength(WORD kind);
 LARKSPAN_NOTES_ENTRY int LARKSPAN_NOTES_CALL IntlTextCompare(const char* text1, WORD length1,
                                                              const char* text2, WORD length2,
                                                              WORD options);
@@ -240,9 +303,29 @@ NIFOpenCollection(DHANDLE viewDatabase, DHANDLE dataDatabase, NOTEID view, WORD 
                   DHANDLE unreadList, HCOLLECTION* collection, DHANDLE* viewNote, void* viewUnid,
                   DHANDLE* collapsed, DHANDLE* selected);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NIFCloseCollection(HCOLLECTION collection);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NIFReadEntries(
+    HCOLLECTION collection, CollectionPosition* position, WORD skipNavigator, DWORD skipCount,
+    WORD returnNavigator, DWORD returnCount, DWORD mask, DHANDLE* buffer, WORD* bufferLength,
+    DWORD* skipped, DWORD* returned, WORD* signalFlags);
+
+// Values. A list begins with its type word or not, as the flag says.
+LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL NSFLocateSummaryValue(ItemTable* summary,
+                                                                    const char* name, void** value,
+                                                                    WORD* length, WORD* type);
+LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL ListGetNumEntries(const void* list, BOOL hasTypeWord);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL ListGetText(const void* list, BOOL hasTypeWord,
+                                                            WORD index, char** text, WORD* length);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL ConvertFLOATToText(const IntlSettings* settings,
+                                                                   const void* format,
+                                                                   const double* number, char* out,
+                                                                   WORD size, WORD* length);
 
 // Time. TRUE is failure.
+LARKSPAN_NOTES_ENTRY void LARKSPAN_NOTES_CALL TimeConstant(WORD which, TIMEDATE* time);
+LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL TimeGMToLocalZone(TIME* time);
 LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL TimeLocalToGM(TIME* time);
+LARKSPAN_NOTES_ENTRY DWORD LARKSPAN_NOTES_CALL TimeExtractJulianDate(const TIMEDATE* time);
+LARKSPAN_NOTES_ENTRY DWORD LARKSPAN_NOTES_CALL TimeExtractTicks(const TIMEDATE* time);
 
 #ifdef LARKSPAN_NOTES_IMPLEMENTATION
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL
