@@ -70,8 +70,8 @@ inline constexpr WORD kViewColumnFormat = 30;
 // Bit of the signal flags of NIFReadEntries: there is more to read.
 inline constexpr WORD kSignalMoreToDo = 0x20;
 
-// What the parts of a date-time are that it does not have.
-inline constexpr DWORD kNoTimePart = 0xFFFFFFFF;
+// What the extraction of a part gives for a date-time without it.
+inline constexpr DWORD kNoPart = 0xFFFFFFFF;
 
 // Word 0: hundredths of a second since midnight GMT, 0xFFFFFFFF without a time part. Word 1: low
 // 24 bits Julian day number, 0xFFFFFF without a date part; top byte zone and daylight bits.
