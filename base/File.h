@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "base/FileSystem.h"
+
 namespace larkspan {
 
 struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
+  void operator()(std::FILE* file) const { file_system::Close(file); }
 };
 
 // Closes the stream when it goes out of scope; a failing close then goes unnoticed, so whoever

@@ -19,6 +19,7 @@
 
 #include "app/Settings.h"
 #include "base/File.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
 #include "notes/DxlExporter.h"
@@ -46,15 +47,15 @@ bool Attempt(const wchar_t* name, Operation operation) {
 }
 
 bool DeleteTemporaryFile() {
-  return DeleteFileW(TemporaryPath().c_str()) != 0 || GetLastError() == ERROR_FILE_NOT_FOUND;
+  return file_system::Delete(TemporaryPath()) || GetLastError() == ERROR_FILE_NOT_FOUND;
 }
 
 bool MoveIntoPlace(std::wstring_view relativeName) {
-  return MoveFileW(TemporaryPath().c_str(), InOutputFolder(relativeName).c_str()) != 0;
+  return file_system::Move(TemporaryPath(), InOutputFolder(relativeName));
 }
 
 // Unbuffered, so that a full disk shows in the number of bytes written.
-void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
+void WriteChunk(std::string_view chunk, const wchar_t* name) {
   UniqueFile file = OpenFile(BareNamePath(name), L"a");
   if (!file) {
     LogDebug(L"Unable to open temp file for writing: %s", name);
@@ -62,10 +63,10 @@ void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
     return;
   }
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  const std::size_t written = std::fwrite(bytes, 1, length, file.get());
-  if (written < length) {
+  const std::size_t written = file_system::Write(file.get(), chunk);
+  if (written < chunk.size()) {
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
-             static_cast<unsigned int>(length), name);
+             static_cast<unsigned int>(chunk.size()), name);
     writeFailed = true;
   }
   if (!CloseFile(std::move(file))) writeFailed = true;
@@ -76,7 +77,8 @@ extern "C" void LARKSPAN_NOTES_CALL WriteOutput(const notes_api::BYTE* buffer,
                                                 notes_api::DWORD length, void* context) noexcept {
   if (writeFailed) return;
   try {
-    WriteChunk(reinterpret_cast<const char*>(buffer), length, static_cast<const wchar_t*>(context));
+    WriteChunk({reinterpret_cast<const char*>(buffer), length},
+               static_cast<const wchar_t*>(context));
   } catch (...) {
     writeFailed = true;
   }
