@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "app/Settings.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
 #include "report/RunLog.h"
@@ -23,13 +24,7 @@ bool Attempt(const wchar_t* name, Operation operation) {
 }
 
 bool TryDelete() {
-  return DeleteFileW(StagedFilePath().c_str()) != 0 || GetLastError() == ERROR_FILE_NOT_FOUND;
-}
-
-bool TryMove(const std::wstring& path, EarlierFile earlier) {
-  const DWORD replacing = earlier == EarlierFile::kIsReplaced ? MOVEFILE_REPLACE_EXISTING : 0;
-  return MoveFileExW(StagedFilePath().c_str(), path.c_str(), MOVEFILE_COPY_ALLOWED | replacing) !=
-         0;
+  return file_system::Delete(StagedFilePath()) || GetLastError() == ERROR_FILE_NOT_FOUND;
 }
 
 }  // namespace
@@ -46,8 +41,11 @@ Status ClearStagedFile() {
 
 void DeleteStagedFile() { TryDelete(); }
 
-Status PlaceStagedFile(const std::wstring& path, EarlierFile earlier) {
-  if (Attempt(L"move DXL file into place", [&] { return TryMove(path, earlier); })) return Status();
+Status PlaceStagedFile(const std::wstring& path, file_system::Earlier earlier) {
+  if (Attempt(L"move DXL file into place",
+              [&] { return file_system::Move(StagedFilePath(), path, earlier); })) {
+    return Status();
+  }
   DeleteStagedFile();
   LogWarning(L"Unable to move DXL file into place (tried retry)");
   return kFileNotMoved;

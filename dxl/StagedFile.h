@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "base/FileSystem.h"
 #include "notes/Status.h"
 
 namespace larkspan {
@@ -25,10 +26,8 @@ Status ClearStagedFile();
 // Deletes it in one attempt, and says nothing of a failure.
 void DeleteStagedFile();
 
-enum class EarlierFile { kStays, kIsReplaced };
-
 // Moves the complete file to its final path. Where an earlier file has that name and is to stay,
 // the move fails. After a final failure, which is logged, temp.tmp is deleted.
-Status PlaceStagedFile(const std::wstring& path, EarlierFile earlier);
+Status PlaceStagedFile(const std::wstring& path, file_system::Earlier earlier);
 
 }  // namespace larkspan

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "base/TemporaryFile.h"
+#include "base/FileSystem.h"
 #include "dxl/StagedFile.h"
 #include "report/RunLog.h"
 
@@ -25,7 +25,7 @@ bool CopyText(std::FILE* source, std::FILE* target) {
     const std::size_t length = std::fread(block.data(), 1, block.size(), source);
     const char* end = std::find(block.data(), block.data() + length, kNeverInUtf8);
     const auto textLength = static_cast<std::size_t>(end - block.data());
-    if (std::fwrite(block.data(), 1, textLength, target) < textLength) return false;
+    if (file_system::Write(target, {block.data(), textLength}) < textLength) return false;
     if (textLength < block.size()) return std::ferror(source) == 0;
   }
 }
@@ -53,7 +53,7 @@ Status XmlDocument::CopyToStagedFile() {
 Status XmlDocument::Place(const std::wstring& path) {
   if (const Status status = ClearStagedFile(); !status.ok()) return status;
   if (const Status status = CopyToStagedFile(); !status.ok()) return status;
-  return PlaceStagedFile(path, EarlierFile::kIsReplaced);
+  return PlaceStagedFile(path, file_system::Earlier::kIsReplaced);
 }
 
 Status XmlDocument::Save(const std::wstring& path) {

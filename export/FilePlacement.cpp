@@ -14,6 +14,7 @@
 
 #include "app/Settings.h"
 #include "base/File.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 #include "dxl/StagedFile.h"
 #include "notes/DxlExporter.h"
@@ -30,7 +31,7 @@ std::wstring BareNamePath(const wchar_t* name) {
 }
 
 // Unbuffered, so that a full disk shows in the number of bytes written.
-void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
+void WriteChunk(std::string_view chunk, const wchar_t* name) {
   UniqueFile file = OpenFile(BareNamePath(name), L"a");
   if (!file) {
     LogDebug(L"Unable to open temp file for writing: %s", name);
@@ -38,10 +39,10 @@ void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
     return;
   }
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  const std::size_t written = std::fwrite(bytes, 1, length, file.get());
-  if (written < length) {
+  const std::size_t written = file_system::Write(file.get(), chunk);
+  if (written < chunk.size()) {
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
-             static_cast<unsigned int>(length), name);
+             static_cast<unsigned int>(chunk.size()), name);
     writeFailed = true;
   }
   if (!CloseFile(std::move(file))) writeFailed = true;
@@ -52,7 +53,8 @@ extern "C" void LARKSPAN_NOTES_CALL WriteOutput(const notes_api::BYTE* buffer,
                                                 notes_api::DWORD length, void* context) noexcept {
   if (writeFailed) return;
   try {
-    WriteChunk(reinterpret_cast<const char*>(buffer), length, static_cast<const wchar_t*>(context));
+    WriteChunk({reinterpret_cast<const char*>(buffer), length},
+               static_cast<const wchar_t*>(context));
   } catch (...) {
     writeFailed = true;
   }
@@ -74,7 +76,7 @@ Status ExportToFile(std::wstring_view relativeName, Export runExport) {
     DeleteStagedFile();
     return status;
   }
-  return PlaceStagedFile(InOutputFolder(relativeName), EarlierFile::kStays);
+  return PlaceStagedFile(InOutputFolder(relativeName), file_system::Earlier::kStays);
 }
 
 }  // namespace
