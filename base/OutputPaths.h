@@ -18,6 +18,8 @@ inline constexpr wchar_t kMarker[] = L"\\marker.txt";
 inline constexpr wchar_t kIdTable[] = L"\\idtable.txt";
 inline constexpr wchar_t kUnidIndex[] = L"\\unidindex.txt";
 inline constexpr wchar_t kProperties[] = L"\\db.dxl";
+inline constexpr wchar_t kScan[] = L"\\scan.txt";
+inline constexpr wchar_t kServers[] = L"\\servers.txt";
 inline constexpr wchar_t kAcl[] = L"\\acl.dxl";
 
 // The DXL or XML file in progress; a name of its own, since the exporter's callback receives it

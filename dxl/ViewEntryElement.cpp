@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "dxl/ItemValue.h"
-#include "notes/Collections.h"
+#include "notes/Summary.h"
 
 namespace larkspan {
 
@@ -27,7 +27,8 @@ const char* ElementOf(EntryKind kind) {
 // The library looks for the item behind lengths that it trusts, so a summary that is damaged is
 // kept from it.
 bool IsConflict(const Summary& summary) {
-  return summary.isWhole && SummaryHasItem(summary.bytes, "$Conflict");
+  SummaryValue value;
+  return summary.isWhole && FindSummaryValue(summary.bytes, "$Conflict", value);
 }
 
 void PushFormatted(XMLPrinter& printer, const char* attribute, const char* format,

@@ -82,14 +82,6 @@ bool ReadEntries(const Collection& collection,
   }
 }
 
-bool SummaryHasItem(Bytes summary, const char* name) {
-  auto* table = reinterpret_cast<notes_api::ItemTable*>(const_cast<std::byte*>(summary.data()));
-  void* value = nullptr;
-  WORD length = 0;
-  WORD type = 0;
-  return notes_api::NSFLocateSummaryValue(table, name, &value, &length, &type) != 0;
-}
-
 Status PurgeCollection(const LibraryFunctions& functions, const Database& database,
                        std::uint32_t viewId) {
   return Status(functions.purgeCollection(database.get(), database.get(), viewId));

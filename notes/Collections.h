@@ -31,10 +31,6 @@ struct EntryBatch {
 // Returns whether all was read and visited.
 bool ReadEntries(const Collection& collection, const std::function<bool(const EntryBatch&)>& visit);
 
-// Whether a summary holds an item with this name. The summary must be whole: the library trusts
-// the lengths in it.
-bool SummaryHasItem(Bytes summary, const char* name);
-
 // Drops the index of a view from the database.
 Status PurgeCollection(const LibraryFunctions& functions, const Database& database,
                        std::uint32_t viewId);

@@ -16,9 +16,9 @@ constexpr std::size_t kCapacity = 1024;
 constexpr std::size_t kFieldLimit = kCapacity - 1;
 using TextBuffer = std::array<char, kCapacity>;
 
-std::string ParseField(const TextBuffer& info, notes_api::WORD field) {
+std::string ParseField(const char* info, notes_api::WORD field, notes_api::WORD limit) {
   TextBuffer text{};
-  notes_api::NSFDbInfoParse(info.data(), field, text.data(), kFieldLimit);
+  notes_api::NSFDbInfoParse(info, field, text.data(), limit);
   return std::string(text.data(), strnlen(text.data(), kFieldLimit));
 }
 
@@ -41,8 +41,13 @@ Status GetDatabaseTitles(const Database& database, DatabaseTitles& titles) {
   TextBuffer info{};
   const Status status(notes_api::NSFDbInfoGet(database.get(), info.data()));
   if (!status.ok()) return status;
-  titles = {ParseField(info, notes_api::kInfoTitle), ParseField(info, notes_api::kInfoCategories)};
+  titles = {ParseField(info.data(), notes_api::kInfoTitle, kFieldLimit),
+            ParseField(info.data(), notes_api::kInfoCategories, kFieldLimit)};
   return status;
+}
+
+std::string ParseTitle(const char* info, std::uint16_t limit) {
+  return ParseField(info, notes_api::kInfoTitle, limit);
 }
 
 Status GetDatabaseId(const Database& database, notes_api::DatabaseId& id) {

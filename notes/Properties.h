@@ -12,6 +12,10 @@ namespace larkspan {
 
 Status GetReplicaId(const Database& database, notes_api::DatabaseId& id);
 
+// The title in a database's information, which is ended with NUL; at most `limit` bytes, and that
+// at most 1,023.
+std::string ParseTitle(const char* info, std::uint16_t limit);
+
 struct DatabaseTitles {
   std::string title;
   std::string categories;

@@ -41,13 +41,9 @@ CalendarTime ToUniversalTime(const TIMEDATE& time) {
           fields.minute, fields.second, fields.hundredth};
 }
 
-bool HasDatePart(const TIMEDATE& time) {
-  return notes_api::TimeExtractJulianDate(&time) != notes_api::kNoPart;
-}
+std::uint32_t JulianDay(const TIMEDATE& time) { return notes_api::TimeExtractJulianDate(&time); }
 
-bool HasTimePart(const TIMEDATE& time) {
-  return notes_api::TimeExtractTicks(&time) != notes_api::kNoPart;
-}
+std::uint32_t TimeOfDay(const TIMEDATE& time) { return notes_api::TimeExtractTicks(&time); }
 
 TIMEDATE EarliestTime() {
   constexpr WORD kEarliest = 0;

@@ -31,8 +31,10 @@ struct CalendarTime {
 // the date-time does not have are the library's choice.
 CalendarTime ToUniversalTime(const notes_api::TIMEDATE& time);
 
-bool HasDatePart(const notes_api::TIMEDATE& time);
-bool HasTimePart(const notes_api::TIMEDATE& time);
+// The Julian day number, and hundredths of a second since midnight; notes_api::kNoPart without that
+// part.
+std::uint32_t JulianDay(const notes_api::TIMEDATE& time);
+std::uint32_t TimeOfDay(const notes_api::TIMEDATE& time);
 
 // The date-time before all others.
 notes_api::TIMEDATE EarliestTime();
