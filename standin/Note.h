@@ -10,17 +10,13 @@
 
 namespace larkspan::standin {
 
-inline constexpr notes_api::WORD kTypeNumber = 0x0300;
-inline constexpr notes_api::WORD kTypeNumberList = 0x0301;
-inline constexpr notes_api::WORD kTypeTime = 0x0400;
-inline constexpr notes_api::WORD kTypeTimeList = 0x0401;
-inline constexpr notes_api::WORD kTypeTextList = 0x0501;
-
 inline constexpr notes_api::WORD kClassDocument = 0x0001;
 inline constexpr notes_api::WORD kClassForm = 0x0004;
 inline constexpr notes_api::WORD kClassView = 0x0008;
 inline constexpr notes_api::WORD kDeletedBit = 0x8000;
 
+// Records of rich text: the text of a paragraph, and a picture.
+inline constexpr notes_api::WORD kRecordText = 101;
 inline constexpr notes_api::WORD kRecordPicture = 159;
 
 struct Item {

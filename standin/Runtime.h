@@ -46,6 +46,7 @@ struct Runtime {
   NotesIni ini;
   std::filesystem::path dataFolder;
   std::string userName;
+  std::string decimalSeparator;
   Ledger ledger;
   FaultPlan faults;
 
@@ -74,6 +75,10 @@ struct Runtime {
   std::filesystem::path IdFilePath(const char* name) const;
 
   Database& DatabaseOf(notes_api::DHANDLE database) { return *databases.Get(database).database; }
+
+  // A strict failure when the bytes lie in a memory object and reach past its end. Whether memory
+  // of the caller's own is long enough, nobody can tell.
+  void RequireReadable(const void* start, std::size_t count) const;
 
   // The ledger with the handles that are still open.
   nlohmann::json LedgerJson() const;
