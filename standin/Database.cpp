@@ -37,6 +37,7 @@ void Database::ReadNotes(const json& from) {
 void Database::AddNote(Note note) {
   const bool isNew = noteIndexes_.emplace(note.id, notes_.size()).second;
   if (!isNew || generator_.IndexOf(note.id)) throw std::runtime_error("a note ID stands twice");
+  if (note.view != nullptr && note.view->isIndexed()) BuildIndex(note.id);
   notes_.push_back(std::move(note));
 }
 

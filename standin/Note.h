@@ -2,11 +2,13 @@
 // the value of an item is the bytes that the library hands out, type word first.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "notes/NotesApi.h"
+#include "standin/View.h"
 
 namespace larkspan::standin {
 
@@ -38,6 +40,7 @@ struct Note {
   bool isSigned = false;
   std::vector<std::string> sealedFor;  // who can decrypt it; empty = not sealed
   std::vector<Item> items;
+  std::shared_ptr<const View> view;  // null when the file tells nothing of its entries
 
   // Null when there is no item of that name.
   const Item* Find(std::string_view name) const;

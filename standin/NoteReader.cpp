@@ -7,6 +7,8 @@
 #include "standin/JsonValues.h"
 #include "standin/Times.h"
 #include "standin/ValueReader.h"
+#include "standin/ViewFormat.h"
+#include "standin/ViewReader.h"
 
 namespace larkspan::standin {
 
@@ -68,6 +70,15 @@ NoteSummary ReadSummary(const json& from, const notes_api::TIMEDATE& replicaId,
   return summary;
 }
 
+// A view's format is an item like any other, and stands behind those of the file.
+void AddView(const json& from, Note* note) {
+  if (note->noteClass != kClassView) throw std::runtime_error("only views have a key \"view\"");
+  note->view = ReadView(from);
+  if (!from.value("format", true)) return;
+  if (note->Find(kViewFormatItem) != nullptr) throw std::runtime_error("the view has two formats");
+  note->items.push_back({kViewFormatItem, 0, MakeViewFormat(note->view->columns()), false});
+}
+
 }  // namespace
 
 Item ReadItem(const json& from) {
@@ -83,7 +94,7 @@ Item ReadItem(const json& from) {
 
 Note ReadNote(const json& from, const notes_api::TIMEDATE& replicaId) {
   RequireKeys(from, {"id", "class", "unid", "sequence", "created", "modified", "signed",
-                     "sealedFor", "items", "comment"});
+                     "sealedFor", "items", "view", "comment"});
   Note note;
   note.created = ReadTime(from, "created", ParseTimeDate(kDefaultTime));
   const NoteSummary summary = ReadSummary(from, replicaId, note.created);
@@ -95,6 +106,7 @@ Note ReadNote(const json& from, const notes_api::TIMEDATE& replicaId) {
   note.isSigned = from.value("signed", false);
   if (from.contains("sealedFor")) note.sealedFor = NotesTextValues(from.at("sealedFor"));
   for (const json& item : from.value("items", json::array())) note.items.push_back(ReadItem(item));
+  if (from.contains("view")) AddView(from.at("view"), &note);
   return note;
 }
 

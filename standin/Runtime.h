@@ -33,6 +33,7 @@ struct OpenCollection {
   notes_api::DHANDLE viewDatabase = 0;
   notes_api::DHANDLE dataDatabase = 0;
   notes_api::NOTEID view = 0;
+  std::shared_ptr<const View> entries;
 };
 
 struct KeyFile {
