@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/FileSystem.h"
+#include "base/EarlierFile.h"
 
 namespace larkspan::system_files {
 
