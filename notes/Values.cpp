@@ -42,11 +42,11 @@ CalendarTime ToUniversalTime(const TIMEDATE& time) {
 }
 
 bool HasDatePart(const TIMEDATE& time) {
-  return notes_api::TimeExtractJulianDate(&time) != notes_api::kNoPart;
+  return notes_api::TimeExtractJulianDate(&time) != notes_api::kNoTimePart;
 }
 
 bool HasTimePart(const TIMEDATE& time) {
-  return notes_api::TimeExtractTicks(&time) != notes_api::kNoPart;
+  return notes_api::TimeExtractTicks(&time) != notes_api::kNoTimePart;
 }
 
 TIMEDATE EarliestTime() {
