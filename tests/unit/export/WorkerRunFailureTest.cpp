@@ -1,12 +1,28 @@
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <string>
 
+#include "tests/faults/FileFaults.h"
 #include "tests/support/PauseRecorder.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/unit/export/WorkerRunTest.h"
 
 namespace larkspan {
 namespace {
+
+HMODULE WINAPI FindNoNotesLibrary(const wchar_t* name) {
+  return name == std::wstring(L"nnotes.dll") ? nullptr : LoadLibraryW(name);
+}
+
+TEST_F(WorkerRunTest, LibraryThatIsNotThereIsAnErrorLineAndEndsTheRun) {
+  {
+    const ReplacedEntryPoint replaced("kernel32.dll", "GetModuleHandleW", FindNoNotesLibrary);
+    Run();
+  }
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to get module handle for nnotes.dll"});
+  EXPECT_EQ(Calls("DXLCreateExporter"), 0);
+}
 
 TEST_F(WorkerRunTest, DatabaseThatDoesNotOpenIsAnErrorLineAndEndsTheRun) {
   ChangeSettings([](Settings& settings) { settings.databasePath = L"missing.nsf"; });
@@ -89,6 +105,21 @@ TEST_F(WorkerRunTest, ListThatCannotBeSavedIsAnErrorLineAndEndsTheRun) {
   EXPECT_EQ(Calls("NSFNoteOpen"), 0);
   EXPECT_EQ(progress_.find("DOCCOUNT"), std::string::npos);
 }
+
+// A list that is incomplete on disk would make later workers lose notes.
+class IncompleteListTest : public WorkerRunTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(IncompleteListTest, IsAnErrorLineAndEndsTheRunAndIsDeleted) {
+  const FileFaults faults(GetParam());
+  Run();
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to save document list"});
+  EXPECT_FALSE(Exists(PathOf(L"idtable.txt")));
+  EXPECT_EQ(Calls("NSFNoteOpen"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, IncompleteListTest,
+                         testing::Values("write idtable.txt 1 diskFull 4",
+                                         "close idtable.txt 1 diskFull"));
 
 TEST_F(WorkerRunTest, RunThatEndsEarlyTellsNoSizeAfter) {
   MakeFolder(PathOf(L"idtable.txt"));

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/faults/FileFaults.h"
+
 namespace larkspan {
 namespace {
 
@@ -64,6 +66,20 @@ TEST_F(WorkerRunTest, SubfoldersAreMadeInAnArchiveOnly) {
   Run();
   EXPECT_FALSE(Exists(PathOf(L"data")));
   EXPECT_FALSE(Exists(PathOf(L"views")));
+}
+
+TEST_F(WorkerRunTest, WhatIsDoneOnceIsDoneInAFixedOrder) {
+  SetArchive(true);
+  WriteBytes(PathOf(L"unidindex.txt"), "old\r\n");
+  const Lines inOrder = {"move acl.dxl",         "folder data",      "folder design",
+                         "folder design2",       "folder profile",   "folder views",
+                         "delete unidindex.txt", "open idtable.txt", "open marker.txt",
+                         "open unidindex.txt"};
+  const FileFaults files;
+  Run();
+  Lines done = files.OperationsAmong(inOrder);
+  done.resize(inOrder.size());  // What follows is the same for every note.
+  EXPECT_EQ(done, inOrder);
 }
 
 TEST_F(WorkerRunTest, UnidIndexIsStartedAfresh) {
