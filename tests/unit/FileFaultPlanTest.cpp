@@ -108,8 +108,8 @@ TEST_F(FileFaultsTest, AppendingIsAnOpenAWriteAndAClose) {
 TEST_F(FileFaultsTest, MoveHasTheNameThatTheFileWouldGet) {
   WriteBytes(path_, "");
   const FileFaults faults("move y.txt 1 accessDenied");
-  EXPECT_FALSE(file_system::Move(path_, folder_ / L"\\Y.txt"));
-  EXPECT_TRUE(file_system::Move(path_, folder_ / L"\\Y.txt"));
+  EXPECT_FALSE(file_system::Move(path_, folder_ / L"\\Y.txt", file_system::Earlier::kStays));
+  EXPECT_TRUE(file_system::Move(path_, folder_ / L"\\Y.txt", file_system::Earlier::kStays));
   EXPECT_EQ(faults.Operations(), (std::vector<std::string>{"move y.txt", "move y.txt"}));
 }
 

@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
         Space{R"({"allocatedGranules": 3, "freeGranules": 0, "granuleBytes": 512})", "1024", "100"},
         // A product of more than 32 bits; the used granules are rounded on their own.
         Space{R"({"allocatedGranules": 20000000, "freeGranules": 5000000, "granuleBytes": 4096})",
-              "307232768", "75"},
+              "315621376", "75"},
         // More kilobytes than 32 bits hold.
         Space{R"({"allocatedGranules": 4294967295, "freeGranules": 0, "granuleBytes": 65536})",
               "4294966272", "100"}));

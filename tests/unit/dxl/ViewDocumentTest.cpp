@@ -332,7 +332,7 @@ TEST_F(ViewDocumentTest, EntryBehindWhichNoOtherIsFoundAbandonsTheDocument) {
 TEST_F(ViewDocumentTest, ValueThatRunsPastItsSummaryEndsTheEntryAlone) {
   const std::string document = Written("", R"("columns": [{"title": "Plant"}, {"title": "Kind"}],
                      "entries": [{"note": "000008FA", "summaryBytes":
-                                  "0F00 0200 0100 0300 0100 FFFF 41 0005 42"},
+                                  "1000 0200 0100 0300 0100 FFFF 41 0005 42"},
                                  {"note": "000008FE", "values": [{"text": "Yew"}]}])");
   EXPECT_NE(document.find("<text>B</text>"), std::string::npos) << document;
   EXPECT_NE(document.find("<text>Yew</text>"), std::string::npos) << document;

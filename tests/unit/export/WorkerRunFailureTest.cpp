@@ -47,6 +47,25 @@ TEST_F(WorkerRunTest, ExporterThatCannotBeCreatedEndsTheRunBeforeTheDatabaseIsOp
   EXPECT_EQ(Calls("NSFDbOpen"), 0);
 }
 
+TEST_F(WorkerRunTest, PropertiesThatCannotBeToldEndTheRunBeforeAnyNote) {
+  SetFaults(R"([{"entry": "NSFDbIDGet", "status": 554}])");
+  SetArchive(true);
+  Run();
+  EXPECT_EQ(LogLines(),
+            (Lines{"#WARNING# - Error retrieving database id (Database file is damaged)",
+                   "#ERROR# - Error exporting database properties (Database file is damaged)"}));
+  EXPECT_EQ(Calls("DXLExportACL") + Calls("NSFSearchExtended3") + Calls("IDCreateTable"), 0);
+  EXPECT_EQ(AuditLines().back(), "Database size before archive: 6291456");
+}
+
+TEST_F(WorkerRunTest, PropertiesThatCannotBeWrittenEndTheRunBeforeAnyNote) {
+  const FileFaults faults("write temp.tmp 1 diskFull");
+  Run();
+  ASSERT_EQ(LogLines().size(), 2u);
+  EXPECT_TRUE(LogLines()[1].starts_with("#ERROR# - Error exporting database properties ("));
+  EXPECT_EQ(Calls("DXLExportACL"), 0);
+}
+
 TEST_F(WorkerRunTest, AclThatCannotBeExportedIsAWarning) {
   SetFaults(R"([{"entry": "DXLExportACL", "status": 582}])");
   Run();
