@@ -57,7 +57,7 @@ class Samples : public StandinTest {
 
 TEST_F(Samples, PlantRegisterHasDozensOfNotesAndSomeStubs) {
   const Found all = Search(Open("sample.nsf"), 0x7FFF);
-  EXPECT_EQ(all.live.size(), 44U);
+  EXPECT_EQ(all.live.size(), 55U);
   EXPECT_EQ(all.stubs, 4U);
 }
 
@@ -92,9 +92,10 @@ TEST_F(Samples, LockedDatabaseOpensOnlyForFullAccess) {
 }
 
 TEST_F(Samples, EveryOtherDatabaseOpens) {
-  for (const char* name : {"damaged.nsf", "designfail-6967.nsf", "designfail-6968.nsf",
-                           "sealed.nsf", "crash-first.nsf", "crash-middle.nsf", "crash-last.nsf",
-                           "crash-two.nsf", "crash-all.nsf"}) {
+  for (const char* name :
+       {"damaged.nsf", "designfail-6967.nsf", "designfail-6968.nsf", "sealed.nsf", "big-view.nsf",
+        "damaged-views.nsf", "crash-first.nsf", "crash-middle.nsf", "crash-last.nsf",
+        "crash-two.nsf", "crash-all.nsf"}) {
     Open(name);
   }
 }
