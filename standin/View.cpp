@@ -14,6 +14,7 @@ namespace {
 
 constexpr notes_api::NOTEID kFirstGeneratedId = 0x1000;
 constexpr notes_api::NOTEID kIdStep = 4;
+constexpr notes_api::NOTEID kLastDocumentId = 0x3FFFFFFF;
 constexpr std::size_t kGeneratedKinds = 3;
 constexpr std::size_t kDaysUsed = 20 * 365;
 
@@ -41,6 +42,9 @@ View::View(ViewDescription description) : description_(std::move(description)) {
       throw std::runtime_error("two entries of a view have one position");
     }
     firstGenerated_ = std::max(firstGenerated_, entry.position[0] + 1);
+  }
+  if (description_.generatedEntries > (kLastDocumentId - kFirstGeneratedId) / kIdStep) {
+    throw std::runtime_error("note IDs do not last for so many entries");
   }
 }
 

@@ -31,7 +31,8 @@ struct ViewDescription {
 
 class View {
  public:
-  // Throws std::runtime_error when two entries have one position.
+  // Throws std::runtime_error when two entries have one position or too many are to be
+  // made on the fly.
   explicit View(ViewDescription description);
 
   const std::vector<ViewColumn>& columns() const { return description_.columns; }

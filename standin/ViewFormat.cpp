@@ -26,8 +26,8 @@ Bytes MakeViewFormat(const std::vector<ViewColumn>& columns) {
   AppendWords(&value, {notes_api::kViewTableFormat, kHeaderFlags, columns.size(), 0});
   for (const ViewColumn& column : columns) {
     AppendWords(&value,
-                {notes_api::kViewColumnFormat, column.constant.size(), column.formula.size(),
-                 column.title.size(), column.item.size(), kColumnWidth});
+                {notes_api::kViewColumnFormat, column.formula.size(), column.constant.size(),
+                 column.item.size(), column.title.size(), kColumnWidth});
     AppendNumber(&value, kColumnFlags, 4);
   }
   for (const ViewColumn& column : columns) {
@@ -56,7 +56,7 @@ Bytes InMemory(notes_api::WORD kind, const notes_api::BYTE* file) {
   if (kind == notes_api::kViewTableFormat) {
     AppendWords(&memory, {word(0), word(4), word(2), 0, 0, 0});
   } else {
-    AppendWords(&memory, {word(0), word(10), word(8), word(6), word(4), word(2)});
+    AppendWords(&memory, {word(0), word(10), word(6), word(8), word(2), word(4)});
     AppendNumber(&memory, NumberAt(file + 12, 4), 4);
     AppendNumber(&memory, 0, 4);
   }

@@ -7,7 +7,7 @@
 //   offset         0          2       4      6      8          10       12     16
 //   header, file   signature  flags   count  zero
 //   header, mem.   signature  count   flags  zero   zero       zero
-//   column, file   signature  L4      L3     L2     L1         width    flags
+//   column, file   signature  L3      L4     L1     L2         width    flags
 //   column, mem.   signature  width   L1     L2     L3         L4       flags  zero
 //
 // Words have 16 bits, the flags of a column and the zero behind them 32 bits. Stateless; any thread
