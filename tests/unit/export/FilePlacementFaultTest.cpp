@@ -5,36 +5,19 @@
 #include <vector>
 
 #include "base/FileSystem.h"
-#include "export/FilePlacement.h"
-#include "notes/DxlExporter.h"
 #include "tests/faults/FileFaults.h"
-#include "tests/support/NotesFixture.h"
-#include "tests/support/PauseRecorder.h"
+#include "tests/unit/export/FilePlacementTest.h"
 
 namespace larkspan {
 namespace {
 
-// Places the DXL of one note, which comes in chunks of 50 bytes.
-class FilePlacementFaultTest : public NotesFixture {
+class FilePlacementFaultTest : public FilePlacementTest {
  protected:
-  FilePlacementFaultTest() {
-    WriteDatabase(R"({"chunkBytes": 50, "notes": [{"id": "00000902"}]})");
-    Start();
-    database_ = OpenTestDatabase();
-    note_ = OpenTestNote(database_, 0x902);
-    EXPECT_TRUE(CreateExporter(exporter_).ok());
-  }
-
-  Status ExportNote() { return ExportNoteToFile(exporter_, note_, L"\\00000902.dxl"); }
-
   void ExpectNoFile() const {
-    EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
-    EXPECT_FALSE(Exists(PathOf(L"00000902.dxl")));
+    EXPECT_FALSE(Exists(temporary_));
+    EXPECT_FALSE(Exists(final_));
   }
 
-  Database database_;
-  Note note_;
-  Exporter exporter_;
   const PauseRecorder recorder_;
 };
 
@@ -68,7 +51,7 @@ TEST_P(OutputFaultTest, IsForgottenByTheNextExport) {
   const FileFaults faults(GetParam().plan);
   EXPECT_FALSE(ExportNote().ok());
   EXPECT_TRUE(ExportNote().ok());
-  EXPECT_TRUE(ReadBytes(PathOf(L"00000902.dxl")).ends_with("</document>\r\n"));
+  EXPECT_TRUE(ReadBytes(final_).ends_with("</document>\r\n"));
 }
 
 const auto kNameOf = [](const auto& info) { return info.param.name; };
@@ -99,15 +82,6 @@ class RetriedOperation : public FilePlacementFaultTest,
   static std::string Failing(int times, const std::string& error) {
     return std::string(GetParam().operation) + " 1-" + std::to_string(times) + " " + error;
   }
-
-  static Lines RetryLines(int count) {
-    Lines lines;
-    for (int made = 1; made <= count; ++made) {
-      lines.push_back("#DEBUG# - Retrying " + std::string(GetParam().words) + ": " +
-                      std::to_string(made));
-    }
-    return lines;
-  }
 };
 
 const char* const kErrorsOfAMoment[] = {"sharingViolation", "accessDenied", "pathNotFound"};
@@ -118,8 +92,8 @@ TEST_P(RetriedOperation, SucceedsAfterUpToFourFailures) {
     for (int times = 1; times <= 4; ++times) {
       const FileFaults faults(Failing(times, error));
       EXPECT_TRUE(ExportNote().ok()) << times << error;
-      EXPECT_TRUE(file_system::Delete(PathOf(L"00000902.dxl"))) << times << error;
-      const Lines retries = RetryLines(times);
+      EXPECT_TRUE(file_system::Delete(final_)) << times << error;
+      const Lines retries = RetryLines(GetParam().words, times);
       expected.insert(expected.end(), retries.begin(), retries.end());
     }
   }
@@ -132,20 +106,17 @@ TEST_P(RetriedOperation, IsGivenUpAfterFiveFailures) {
     WriteBytes(PathOf(L"log.txt"), "");
     const FileFaults faults(Failing(5, error));
     EXPECT_EQ(ExportNote().code(), GetParam().finalCode) << error;
-    Lines expected = RetryLines(4);
-    expected.push_back(GetParam().finalLine);
-    EXPECT_EQ(LogLines(), expected) << error;
+    EXPECT_EQ(LogLines(), With(RetryLines(GetParam().words, 4), GetParam().finalLine)) << error;
     ExpectNoFile();
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Operations, RetriedOperation,
-    testing::Values(Retried{"Delete", "delete temp.tmp", "delete DXL temporary file", 260,
-                            "#WARNING# - Unable to delete DXL temporary file (tried retry)"},
-                    Retried{"Move", "move 00000902.dxl", "move DXL file into place", 264,
-                            "#WARNING# - Unable to move DXL file into place (tried retry)"}),
-    kNameOf);
+INSTANTIATE_TEST_SUITE_P(Operations, RetriedOperation,
+                         testing::Values(Retried{"Delete", "delete temp.tmp",
+                                                 "delete DXL temporary file", 260, kNotDeleted},
+                                         Retried{"Move", "move 00000902.dxl",
+                                                 "move DXL file into place", 264, kNotMoved}),
+                         kNameOf);
 
 TEST_F(FilePlacementFaultTest, TemporaryFileThatIsMissingCountsAsDeleted) {
   const FileFaults faults("delete temp.tmp * fileNotFound");
@@ -157,7 +128,7 @@ TEST_F(FilePlacementFaultTest, FileThatMovesNowhereIsDeletedAfterwards) {
   const FileFaults faults("move * * sharingViolation; delete temp.tmp 2- sharingViolation");
   EXPECT_EQ(ExportNote().code(), 264);
   EXPECT_EQ(faults.OperationsAmong({"delete temp.tmp"}).size(), 2u);
-  EXPECT_TRUE(Exists(PathOf(L"temp.tmp")));
+  EXPECT_TRUE(Exists(temporary_));
 }
 
 TEST_F(FilePlacementFaultTest, AclMeetsTheSameFaults) {
