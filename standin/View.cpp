@@ -13,7 +13,6 @@ namespace larkspan::standin {
 namespace {
 
 constexpr notes_api::NOTEID kFirstGeneratedId = 0x1000;
-constexpr notes_api::NOTEID kIdStep = 4;
 constexpr notes_api::NOTEID kLastDocumentId = 0x3FFFFFFF;
 constexpr std::size_t kGeneratedKinds = 3;
 constexpr std::size_t kDaysUsed = 20 * 365;
@@ -43,7 +42,7 @@ View::View(ViewDescription description) : description_(std::move(description)) {
     }
     firstGenerated_ = std::max(firstGenerated_, entry.position[0] + 1);
   }
-  if (description_.generatedEntries > (kLastDocumentId - kFirstGeneratedId) / kIdStep) {
+  if (description_.generatedEntries > (kLastDocumentId - kFirstGeneratedId) / kNoteIdStep) {
     throw std::runtime_error("note IDs do not last for so many entries");
   }
 }
@@ -66,7 +65,7 @@ Bytes View::GeneratedEntry(std::size_t ordinal, const IndexPosition& position) c
     items.push_back({column.item, GeneratedValue(ordinal, items.size())});
   }
   EntryHead head;
-  head.id = kFirstGeneratedId + static_cast<notes_api::NOTEID>(ordinal) * kIdStep;
+  head.id = kFirstGeneratedId + static_cast<notes_api::NOTEID>(ordinal) * kNoteIdStep;
   return MakeEntry(head, position, MakeSummary(items));
 }
 

@@ -13,6 +13,9 @@
 
 namespace larkspan::standin {
 
+// Note IDs that the library makes up are this far apart.
+inline constexpr notes_api::NOTEID kNoteIdStep = 4;
+
 // The most levels that a position can have.
 inline constexpr std::size_t kMaxLevels = 32;
 

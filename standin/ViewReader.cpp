@@ -16,7 +16,6 @@ using nlohmann::json;
 
 constexpr char kConflictItem[] = "$Conflict";
 constexpr notes_api::NOTEID kKindBits = 0xC0000000;
-constexpr notes_api::NOTEID kIdStep = 4;
 
 struct NamedKind {
   const char* key;
@@ -31,7 +30,7 @@ notes_api::NOTEID ReadEntryId(const json& from, std::size_t ordinal) {
   for (const NamedKind& kind : kKinds) {
     if (!from.value(kind.key, false)) continue;
     if (from.contains("note")) throw std::runtime_error("an entry is of two kinds");
-    return kind.bits | (static_cast<notes_api::NOTEID>(ordinal + 1) * kIdStep & ~kKindBits);
+    return kind.bits | (static_cast<notes_api::NOTEID>(ordinal + 1) * kNoteIdStep & ~kKindBits);
   }
   const notes_api::NOTEID id = HexadecimalValue(from.at("note"));
   if ((id & kKindBits) != 0) throw std::runtime_error("no document has such a note ID");

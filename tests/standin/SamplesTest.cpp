@@ -68,6 +68,21 @@ TEST_F(Samples, PlantRegisterExportsWhole) {
   EXPECT_EQ(StandinOpenCount(), 0U);
 }
 
+TEST_F(Samples, PlantRegisterTellsWhatItIs) {
+  const DHANDLE database = Open("sample.nsf");
+  char info[128], categories[128];
+  EXPECT_EQ(NSFDbInfoGet(database, info), 0);
+  NSFDbInfoParse(info, kInfoCategories, categories, 127);
+  EXPECT_STREQ(categories, "Botanik; Garten & Park");
+  DWORD allocated = 0, free = 0, granule = 0;
+  EXPECT_EQ(NSFDbSpaceUsageScaled(database, &allocated, &free, &granule), 0);
+  EXPECT_EQ(allocated / 1024 * granule, 6144U);
+  EXPECT_LT(free, allocated);
+  TIMEDATE data = {}, other = {};
+  EXPECT_EQ(NSFDbModifiedTime(database, &data, &other), 0);
+  EXPECT_NE(data.innards[1], other.innards[1]);
+}
+
 TEST_F(Samples, DatabasesOnServersOpenByNetworkPath) {
   Open("Garden!!bulbs.nsf");
   Open("Glashäuser!!Österliche Beete.nsf");

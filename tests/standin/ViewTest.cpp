@@ -195,16 +195,16 @@ TEST_F(Views, GiveDamagedEntriesAsTheyStand) {
   EXPECT_EQ(read.bytes.substr(31), "\xFF\xFF");
 }
 
-TEST_F(Views, CanHaveAHundredThousandGeneratedEntries) {
+TEST_F(Views, CanHaveManyGeneratedEntries) {
   const auto entries = ReadOnly(R"({"columns": [{"item": "A"}, {"constant": {"text": "x"}},
-    {"item": "B"}, {"item": "C"}, {"item": "D"}], "generateEntries": 100000})");
-  ASSERT_EQ(entries.size(), 100000U);
+    {"item": "B"}, {"item": "C"}, {"item": "D"}], "generateEntries": 20000})");
+  ASSERT_EQ(entries.size(), 20000U);
   const Entry& last = entries.back();
-  EXPECT_EQ(last.id, 0x1000U + 4 * 99999);
-  EXPECT_EQ(last.position, std::vector<DWORD>{100000});
+  EXPECT_EQ(last.id, 0x1000U + 4 * 19999);
+  EXPECT_EQ(last.position, std::vector<DWORD>{20000});
   ASSERT_EQ(last.items.size(), 4U);
   EXPECT_EQ(last.items[0],
-            (std::pair<std::string, std::string>("A", Typed("\x00\x05", "Seed lot 99999"))));
+            (std::pair<std::string, std::string>("A", Typed("\x00\x05", "Seed lot 19999"))));
   EXPECT_EQ(last.items[1].second.substr(0, 2), std::string("\x00\x03", 2));
   EXPECT_EQ(last.items[2].second.substr(0, 6), std::string("\x00\x04\xFF\xFF\xFF\xFF", 6));
   EXPECT_EQ(last.items[3].first, "D");
