@@ -13,6 +13,9 @@ CallSubject SubjectOf(const Runtime& runtime, const About& about) {
   subject.item = about.item;
   subject.path = about.path;
   if (const OpenNote* note = runtime.notes.Find(about.note)) subject.note = note->note.id;
+  if (const OpenCollection* collection = runtime.collections.Find(about.collection)) {
+    subject.note = collection->view;
+  }
   if (const Exporter* exporter = runtime.exporters.Find(about.exporter)) {
     subject.exporter = exporter->ordinal;
   }

@@ -20,6 +20,7 @@ struct About {
   notes_api::NOTEID noteId = 0;
   notes_api::DHANDLE exporter = 0;
   std::uint32_t exporterOrdinal = 0;
+  notes_api::HCOLLECTION collection = 0;  // stands for the note of its view
   std::string_view item = {};
   std::string_view path = {};
 };

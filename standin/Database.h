@@ -8,31 +8,15 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
-#include <string>
 #include <vector>
 
+#include "standin/DatabaseProperties.h"
 #include "standin/Generator.h"
 #include "standin/Note.h"
 
 namespace larkspan::standin {
 
-struct AclEntry {
-  std::string name;  // UTF-8, as the other texts here
-  std::string level;
-  std::vector<std::string> roles;
-};
-
-struct DatabaseProperties {
-  std::string title;  // UTF-8
-  notes_api::TIMEDATE replicaId = {};
-  bool fullAccessOnly = false;
-  std::optional<notes_api::QuotaInfo> quota;
-  std::uint32_t chunkBytes = 2000;
-  std::vector<std::string> roles;
-  std::vector<AclEntry> acl;
-};
-
-// The last changes to documents and to everything else.
+// The last changes to documents and to everything else, or what the file says instead.
 struct TimePair {
   notes_api::TIMEDATE data = {};
   notes_api::TIMEDATE other = {};
@@ -58,13 +42,13 @@ class Database {
   // A part without any note gets an all-zero time.
   TimePair LastModified() const;
 
-  // Whether a view has its index. Opening a view builds it; purging drops it.
+  // Whether a view has its index: from the start when the file says so. Opening a view builds it;
+  // purging drops it.
   bool HasIndex(notes_api::NOTEID view) const { return indexes_.contains(view); }
   void BuildIndex(notes_api::NOTEID view) { indexes_.insert(view); }
   void DropIndex(notes_api::NOTEID view) { indexes_.erase(view); }
 
  private:
-  void ReadProperties(const nlohmann::json& from, std::uint64_t fileBytes);
   void ReadNotes(const nlohmann::json& from);
   void AddNote(Note note);
 

@@ -52,7 +52,7 @@ std::string Head(const Exporter& exporter, const std::string& root) {
 
 std::string RootAttributes(const DatabaseProperties& database) {
   return Attribute("xmlns", notes_api::kDxlNamespace) + Attribute("version", kDxlVersion) +
-         Attribute("replicaid", ReplicaIdText(database.replicaId));
+         Attribute("replicaid", ReplicaIdText(database.replicaInfo.replicaId));
 }
 
 std::string NoteInfo(const Note& note) {
@@ -118,15 +118,15 @@ std::string ValueDxl(const Exporter& exporter, notes_api::WORD type, const Bytes
       return Element("text", NotesText(ReadText(value)));
     case notes_api::kTypeFormula:
       return Element("formula", NotesText(ReadText(value)));
-    case kTypeTextList:
+    case notes_api::kTypeTextList:
       return TextList(value);
-    case kTypeNumber:
+    case notes_api::kTypeNumber:
       return Numbers(value);
-    case kTypeNumberList:
+    case notes_api::kTypeNumberRange:
       return Element("numberlist", Numbers(value));
-    case kTypeTime:
+    case notes_api::kTypeTime:
       return Times(value);
-    case kTypeTimeList:
+    case notes_api::kTypeTimeRange:
       return Element("datetimelist", Times(value));
     case notes_api::kTypeComposite:
       return RichText(exporter, value);

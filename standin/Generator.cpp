@@ -13,7 +13,6 @@ namespace larkspan::standin {
 
 namespace {
 
-constexpr notes_api::NOTEID kIdStep = 4;
 constexpr char kDefaultFirstId[] = "00001000";
 constexpr std::size_t kMinutesPerDay = 24 * 60;
 
@@ -51,14 +50,14 @@ Generator::Generator(const nlohmann::json& from, const notes_api::TIMEDATE& repl
   richTextBytes_ = from.value("richTextBytes", 0U);
   pictureEvery_ = from.value("pictureEvery", 0U);
   profileEvery_ = from.value("profileEvery", 0U);
-  if (documents_ > (UINT32_MAX - firstId_) / kIdStep) {
+  if (documents_ > (UINT32_MAX - firstId_) / kNoteIdStep) {
     throw std::runtime_error("note IDs do not last for so many documents");
   }
 }
 
 NoteSummary Generator::SummaryAt(std::size_t index) const {
   NoteSummary summary;
-  summary.id = firstId_ + static_cast<notes_api::NOTEID>(index) * kIdStep;
+  summary.id = firstId_ + static_cast<notes_api::NOTEID>(index) * kNoteIdStep;
   summary.noteClass = kClassDocument;
   summary.originatorId = DerivedOriginatorId(summary.id, replicaId_);
   summary.modified = TimeOf(index);
@@ -87,8 +86,8 @@ Note Generator::NoteAt(std::size_t index) const {
 }
 
 std::optional<std::size_t> Generator::IndexOf(notes_api::NOTEID id) const {
-  if (id < firstId_ || (id - firstId_) % kIdStep != 0) return std::nullopt;
-  const std::size_t index = (id - firstId_) / kIdStep;
+  if (id < firstId_ || (id - firstId_) % kNoteIdStep != 0) return std::nullopt;
+  const std::size_t index = (id - firstId_) / kNoteIdStep;
   return index < documents_ ? std::optional(index) : std::nullopt;
 }
 

@@ -3,8 +3,6 @@
 #include <bit>
 #include <cstdint>
 
-#include "standin/Note.h"
-
 namespace larkspan::standin {
 
 namespace {
@@ -12,14 +10,6 @@ namespace {
 constexpr std::size_t kEntrySize = 8;
 constexpr std::size_t kListHeadSize = 4;
 constexpr notes_api::BYTE kScrambler = 0x5A;
-
-void Append(Bytes* out, std::uint64_t number, int size) {
-  for (int i = 0; i < size; ++i) out->push_back(static_cast<notes_api::BYTE>(number >> (8 * i)));
-}
-
-void AppendBytes(Bytes* out, std::string_view bytes) {
-  out->insert(out->end(), bytes.begin(), bytes.end());
-}
 
 std::uint64_t ReadAt(const Bytes& bytes, std::size_t offset, std::size_t size) {
   std::uint64_t number = 0;
@@ -31,18 +21,22 @@ std::uint64_t ReadAt(const Bytes& bytes, std::size_t offset, std::size_t size) {
 
 Bytes Typed(notes_api::WORD type) {
   Bytes value;
-  Append(&value, type, 2);
+  AppendNumber(&value, type, 2);
   return value;
 }
 
 void AppendTime(Bytes* out, const notes_api::TIMEDATE& time) {
-  Append(out, time.innards[0], 4);
-  Append(out, time.innards[1], 4);
+  AppendNumber(out, time.innards[0], 4);
+  AppendNumber(out, time.innards[1], 4);
 }
 
-void AppendListHead(Bytes* out, std::size_t count) {
-  Append(out, count, 2);
-  Append(out, 0, 2);
+void AppendNumberEntry(Bytes* out, double number) {
+  AppendNumber(out, std::bit_cast<std::uint64_t>(number), kEntrySize);
+}
+
+void AppendListHead(Bytes* out, std::size_t count, std::size_t pairCount) {
+  AppendNumber(out, count, 2);
+  AppendNumber(out, pairCount, 2);
 }
 
 std::string TextAt(const Bytes& value, std::size_t offset, std::size_t length) {
@@ -67,52 +61,60 @@ bool HasType(const Bytes& value, notes_api::WORD type) { return ReadAt(value, 0,
 
 Bytes MakeTextValue(notes_api::WORD type, std::string_view text) {
   Bytes value = Typed(type);
-  AppendBytes(&value, text);
+  AppendText(&value, text);
   return value;
 }
 
 Bytes MakeTextListValue(const std::vector<std::string>& texts) {
-  Bytes value = Typed(kTypeTextList);
-  Append(&value, texts.size(), 2);
-  for (const std::string& text : texts) Append(&value, text.size(), 2);
-  for (const std::string& text : texts) AppendBytes(&value, text);
+  Bytes value = Typed(notes_api::kTypeTextList);
+  AppendNumber(&value, texts.size(), 2);
+  for (const std::string& text : texts) AppendNumber(&value, text.size(), 2);
+  for (const std::string& text : texts) AppendText(&value, text);
   return value;
 }
 
 Bytes MakeNumberValue(double number) {
-  Bytes value = Typed(kTypeNumber);
-  Append(&value, std::bit_cast<std::uint64_t>(number), kEntrySize);
+  Bytes value = Typed(notes_api::kTypeNumber);
+  AppendNumberEntry(&value, number);
   return value;
 }
 
-Bytes MakeNumberListValue(const std::vector<double>& numbers) {
-  Bytes value = Typed(kTypeNumberList);
-  AppendListHead(&value, numbers.size());
-  for (const double number : numbers) {
-    Append(&value, std::bit_cast<std::uint64_t>(number), kEntrySize);
+Bytes MakeNumberListValue(const std::vector<double>& numbers,
+                          const std::vector<NumberRange>& pairs) {
+  Bytes value = Typed(notes_api::kTypeNumberRange);
+  AppendListHead(&value, numbers.size(), pairs.size());
+  for (const double number : numbers) AppendNumberEntry(&value, number);
+  for (const auto& [lower, upper] : pairs) {
+    AppendNumberEntry(&value, lower);
+    AppendNumberEntry(&value, upper);
   }
   return value;
 }
 
 Bytes MakeTimeValue(const notes_api::TIMEDATE& time) {
-  Bytes value = Typed(kTypeTime);
+  Bytes value = Typed(notes_api::kTypeTime);
   AppendTime(&value, time);
   return value;
 }
 
-Bytes MakeTimeListValue(const std::vector<notes_api::TIMEDATE>& times) {
-  Bytes value = Typed(kTypeTimeList);
-  AppendListHead(&value, times.size());
+Bytes MakeTimeListValue(const std::vector<notes_api::TIMEDATE>& times,
+                        const std::vector<TimeRange>& pairs) {
+  Bytes value = Typed(notes_api::kTypeTimeRange);
+  AppendListHead(&value, times.size(), pairs.size());
   for (const notes_api::TIMEDATE& time : times) AppendTime(&value, time);
+  for (const auto& [lower, upper] : pairs) {
+    AppendTime(&value, lower);
+    AppendTime(&value, upper);
+  }
   return value;
 }
 
 Bytes MakeRichTextValue(const std::vector<RichTextRecord>& records) {
   Bytes value = Typed(notes_api::kTypeComposite);
   for (const RichTextRecord& record : records) {
-    Append(&value, record.type, 2);
-    Append(&value, 0, 2);
-    Append(&value, kRecordHeadSize + record.data.size(), 4);
+    AppendNumber(&value, record.type, 2);
+    AppendNumber(&value, 0, 2);
+    AppendNumber(&value, kRecordHeadSize + record.data.size(), 4);
     value.insert(value.end(), record.data.begin(), record.data.end());
   }
   return value;
@@ -142,7 +144,8 @@ std::vector<std::string> ReadTextList(const Bytes& value) {
 
 std::vector<double> ReadNumbers(const Bytes& value) {
   std::vector<double> numbers;
-  for (const std::uint64_t entry : ReadEntries(value, HasType(value, kTypeNumberList))) {
+  for (const std::uint64_t entry :
+       ReadEntries(value, HasType(value, notes_api::kTypeNumberRange))) {
     numbers.push_back(std::bit_cast<double>(entry));
   }
   return numbers;
@@ -150,7 +153,7 @@ std::vector<double> ReadNumbers(const Bytes& value) {
 
 std::vector<notes_api::TIMEDATE> ReadTimes(const Bytes& value) {
   std::vector<notes_api::TIMEDATE> times;
-  for (const std::uint64_t entry : ReadEntries(value, HasType(value, kTypeTimeList))) {
+  for (const std::uint64_t entry : ReadEntries(value, HasType(value, notes_api::kTypeTimeRange))) {
     times.push_back(
         {{static_cast<notes_api::DWORD>(entry), static_cast<notes_api::DWORD>(entry >> 32)}});
   }

@@ -4,7 +4,8 @@
 //   text, formula   the bytes of the text
 //   text list       entry count (16 bits), length of each (16 bits), the texts one after another
 //   number, time    8 bytes
-//   their lists     entry count and pair count (16 bits each), the entries of 8 bytes
+//   their lists     entry count and pair count (16 bits each), the entries of 8 bytes, the pairs of
+//                   16 bytes
 //   rich text       records: type (16 bits), zero (16 bits), length with this head (32 bits), data
 //
 // Readers take values that builders made. Stateless; any thread may call.
@@ -13,13 +14,13 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "notes/NotesApi.h"
+#include "standin/Bytes.h"
 
 namespace larkspan::standin {
-
-using Bytes = std::vector<notes_api::BYTE>;
 
 inline constexpr std::size_t kTypeWordSize = 2;
 inline constexpr std::size_t kRecordHeadSize = 8;
@@ -36,12 +37,18 @@ struct RecordSpan {
   std::size_t length = 0;  // with the head
 };
 
+// Both ends of a range.
+using NumberRange = std::pair<double, double>;
+using TimeRange = std::pair<notes_api::TIMEDATE, notes_api::TIMEDATE>;
+
 Bytes MakeTextValue(notes_api::WORD type, std::string_view text);
 Bytes MakeTextListValue(const std::vector<std::string>& texts);
 Bytes MakeNumberValue(double number);
-Bytes MakeNumberListValue(const std::vector<double>& numbers);
+Bytes MakeNumberListValue(const std::vector<double>& numbers,
+                          const std::vector<NumberRange>& pairs = {});
 Bytes MakeTimeValue(const notes_api::TIMEDATE& time);
-Bytes MakeTimeListValue(const std::vector<notes_api::TIMEDATE>& times);
+Bytes MakeTimeListValue(const std::vector<notes_api::TIMEDATE>& times,
+                        const std::vector<TimeRange>& pairs = {});
 Bytes MakeRichTextValue(const std::vector<RichTextRecord>& records);
 Bytes MakeRawValue(notes_api::WORD type, const Bytes& data);
 

@@ -1,6 +1,7 @@
 #include "standin/Memory.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "standin/Strict.h"
 
@@ -33,6 +34,13 @@ void MemoryObject::Unlock() {
 void MemoryObject::RequireReleasable() const {
   Require(locks_ == 0, "the memory is still locked");
   RequireGuard();
+}
+
+void MemoryObject::RequireHoldsAll(const notes_api::BYTE* start, std::size_t count) const {
+  const std::less<> isBefore;
+  const notes_api::BYTE* const end = bytes_.data() + size_;
+  if (isBefore(start, bytes_.data()) || isBefore(end, start)) return;
+  Require(count <= static_cast<std::size_t>(end - start), "the memory ends before what is read");
 }
 
 void MemoryObject::RequireGuard() const {

@@ -2,6 +2,7 @@
 // values. Bytes lie at a fixed address; a guard behind them shows a write past their end.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -26,6 +27,9 @@ class MemoryObject {
   void RequireReleasable() const;
 
   notes_api::BYTE* bytes() { return bytes_.data(); }
+
+  // A strict failure when the bytes start in this object, or at its end, and reach past its end.
+  void RequireHoldsAll(const notes_api::BYTE* start, std::size_t count) const;
 
  private:
   void RequireGuard() const;

@@ -2,25 +2,23 @@
 // the value of an item is the bytes that the library hands out, type word first.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "notes/NotesApi.h"
+#include "standin/View.h"
 
 namespace larkspan::standin {
-
-inline constexpr notes_api::WORD kTypeNumber = 0x0300;
-inline constexpr notes_api::WORD kTypeNumberList = 0x0301;
-inline constexpr notes_api::WORD kTypeTime = 0x0400;
-inline constexpr notes_api::WORD kTypeTimeList = 0x0401;
-inline constexpr notes_api::WORD kTypeTextList = 0x0501;
 
 inline constexpr notes_api::WORD kClassDocument = 0x0001;
 inline constexpr notes_api::WORD kClassForm = 0x0004;
 inline constexpr notes_api::WORD kClassView = 0x0008;
 inline constexpr notes_api::WORD kDeletedBit = 0x8000;
 
+// Records of rich text: the text of a paragraph, and a picture.
+inline constexpr notes_api::WORD kRecordText = 101;
 inline constexpr notes_api::WORD kRecordPicture = 159;
 
 struct Item {
@@ -42,6 +40,7 @@ struct Note {
   bool isSigned = false;
   std::vector<std::string> sealedFor;  // who can decrypt it; empty = not sealed
   std::vector<Item> items;
+  std::shared_ptr<const View> view;  // null when the file tells nothing of its entries
 
   // Null when there is no item of that name.
   const Item* Find(std::string_view name) const;

@@ -4,9 +4,11 @@
 #include <stdexcept>
 
 #include "standin/CharacterSet.h"
-#include "standin/ItemValues.h"
 #include "standin/JsonValues.h"
 #include "standin/Times.h"
+#include "standin/ValueReader.h"
+#include "standin/ViewFormat.h"
+#include "standin/ViewReader.h"
 
 namespace larkspan::standin {
 
@@ -68,69 +70,13 @@ NoteSummary ReadSummary(const json& from, const notes_api::TIMEDATE& replicaId,
   return summary;
 }
 
-RichTextRecord ReadRecord(const json& from) {
-  RichTextRecord record;
-  std::string text;
-  if (from.is_string()) {
-    record.type = kRecordText;
-    text = NotesTextValue(from);
-  } else if (from.contains("picture")) {
-    RequireKeys(from, {"picture"});
-    record.type = kRecordPicture;
-    text = NotesTextValue(from.at("picture"));
-  } else {
-    RequireKeys(from, {"record", "text", "bytes"});
-    record.type = static_cast<notes_api::WORD>(from.at("record").get<int>());
-    if (from.contains("bytes")) record.data = BytesValue(from.at("bytes"));
-    if (from.contains("text")) text = NotesTextValue(from.at("text"));
-  }
-  record.data.insert(record.data.end(), text.begin(), text.end());
-  return record;
-}
-
-Bytes ReadRichText(const json& from) {
-  std::vector<RichTextRecord> records;
-  for (const json& record : from) records.push_back(ReadRecord(record));
-  return MakeRichTextValue(records);
-}
-
-// Types that have a key of their own must use it, so that every value of such a type is well made.
-Bytes ReadRawValue(const json& from) {
-  const auto type = static_cast<notes_api::WORD>(NumberValue(from.at("type")));
-  for (const notes_api::WORD known :
-       {notes_api::kTypeComposite, notes_api::kTypeText, notes_api::kTypeFormula, kTypeTextList,
-        kTypeNumber, kTypeNumberList, kTypeTime, kTypeTimeList}) {
-    if (type == known) throw std::runtime_error("this type has a key of its own");
-  }
-  if (from.contains("text")) return MakeTextValue(type, NotesTextValue(from.at("text")));
-  return MakeRawValue(type, from.contains("bytes") ? BytesValue(from.at("bytes")) : Bytes());
-}
-
-Bytes ReadTimeList(const json& from) {
-  std::vector<notes_api::TIMEDATE> times;
-  for (const json& time : from) times.push_back(ParseTimeDate(time.get<std::string>()));
-  return MakeTimeListValue(times);
-}
-
-Bytes ReadValue(const json& from) {
-  if (from.contains("type")) return ReadRawValue(from);
-  if (from.contains("text")) {
-    return MakeTextValue(notes_api::kTypeText, NotesTextValue(from.at("text")));
-  }
-  if (from.contains("formula")) {
-    return MakeTextValue(notes_api::kTypeFormula, NotesTextValue(from.at("formula")));
-  }
-  if (from.contains("textList")) return MakeTextListValue(NotesTextValues(from.at("textList")));
-  if (from.contains("number")) return MakeNumberValue(from.at("number").get<double>());
-  if (from.contains("numbers")) {
-    return MakeNumberListValue(from.at("numbers").get<std::vector<double>>());
-  }
-  if (from.contains("dateTime")) {
-    return MakeTimeValue(ParseTimeDate(from.at("dateTime").get<std::string>()));
-  }
-  if (from.contains("dateTimes")) return ReadTimeList(from.at("dateTimes"));
-  if (from.contains("richText")) return ReadRichText(from.at("richText"));
-  throw std::runtime_error("an item has no value: " + from.dump());
+// A view's format is an item like any other, and stands behind those of the file.
+void AddView(const json& from, Note* note) {
+  if (note->noteClass != kClassView) throw std::runtime_error("only views have a key \"view\"");
+  note->view = ReadView(from);
+  if (!from.value("format", true)) return;
+  if (note->Find(kViewFormatItem) != nullptr) throw std::runtime_error("the view has two formats");
+  note->items.push_back({kViewFormatItem, 0, MakeViewFormat(note->view->columns()), false});
 }
 
 }  // namespace
@@ -148,7 +94,7 @@ Item ReadItem(const json& from) {
 
 Note ReadNote(const json& from, const notes_api::TIMEDATE& replicaId) {
   RequireKeys(from, {"id", "class", "unid", "sequence", "created", "modified", "signed",
-                     "sealedFor", "items", "comment"});
+                     "sealedFor", "items", "view", "comment"});
   Note note;
   note.created = ReadTime(from, "created", ParseTimeDate(kDefaultTime));
   const NoteSummary summary = ReadSummary(from, replicaId, note.created);
@@ -159,8 +105,8 @@ Note ReadNote(const json& from, const notes_api::TIMEDATE& replicaId) {
   note.modified = summary.modified;
   note.isSigned = from.value("signed", false);
   if (from.contains("sealedFor")) note.sealedFor = NotesTextValues(from.at("sealedFor"));
-  if (!from.contains("items")) return note;
-  for (const json& item : from.at("items")) note.items.push_back(ReadItem(item));
+  for (const json& item : from.value("items", json::array())) note.items.push_back(ReadItem(item));
+  if (from.contains("view")) AddView(from.at("view"), &note);
   return note;
 }
 

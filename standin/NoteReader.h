@@ -8,9 +8,6 @@
 
 namespace larkspan::standin {
 
-// The type of the records that hold the text of a paragraph.
-inline constexpr notes_api::WORD kRecordText = 101;
-
 // The replica ID serves to make a universal ID where the file gives none.
 Note ReadNote(const nlohmann::json& from, const notes_api::TIMEDATE& replicaId);
 

@@ -15,6 +15,9 @@ namespace {
 
 constexpr char kNobodyInParticular[] = "CN=Larkspan Tester/O=Example";
 
+// Not the one that programs write, so that their own choice shows.
+constexpr char kDefaultDecimalSeparator[] = ",";
+
 std::string& LastLedger() {
   static std::string text = "{}";
   return text;
@@ -77,6 +80,8 @@ void Runtime::Configure(const NotesIni& found) {
   dataFolder = ini.PathValue("directory");
   if (dataFolder.empty()) dataFolder = ini.folder();
   userName = DefaultUserName(ini);
+  decimalSeparator = Utf8ToNotes(ini.Value("standindecimalseparator"));
+  if (decimalSeparator.empty()) decimalSeparator = kDefaultDecimalSeparator;
   if (ini.Value("standintrace") == "1") ledger.StartTrace();
   const std::filesystem::path plan = ini.PathValue("standinfaults");
   if (!plan.empty()) faults.Add(ReadFaultFile(plan), PathToUtf8(plan));
@@ -104,6 +109,13 @@ std::string Runtime::ExpandedPath(std::string_view path) const {
 
 std::filesystem::path Runtime::IdFilePath(const char* name) const {
   return dataFolder / PathFromUtf16(NotesToUtf16(name));
+}
+
+void Runtime::RequireReadable(const void* start, std::size_t count) const {
+  Require(start != nullptr, "there is nothing to read");
+  for (const auto& [handle, object] : memory.objects()) {
+    object->RequireHoldsAll(static_cast<const notes_api::BYTE*>(start), count);
+  }
 }
 
 nlohmann::json Runtime::LedgerJson() const {

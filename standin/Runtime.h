@@ -33,6 +33,7 @@ struct OpenCollection {
   notes_api::DHANDLE viewDatabase = 0;
   notes_api::DHANDLE dataDatabase = 0;
   notes_api::NOTEID view = 0;
+  std::shared_ptr<const View> entries;
 };
 
 struct KeyFile {
@@ -46,6 +47,7 @@ struct Runtime {
   NotesIni ini;
   std::filesystem::path dataFolder;
   std::string userName;
+  std::string decimalSeparator;
   Ledger ledger;
   FaultPlan faults;
 
@@ -74,6 +76,10 @@ struct Runtime {
   std::filesystem::path IdFilePath(const char* name) const;
 
   Database& DatabaseOf(notes_api::DHANDLE database) { return *databases.Get(database).database; }
+
+  // A strict failure when the bytes lie in a memory object and reach past its end. Whether memory
+  // of the caller's own is long enough, nobody can tell.
+  void RequireReadable(const void* start, std::size_t count) const;
 
   // The ledger with the handles that are still open.
   nlohmann::json LedgerJson() const;

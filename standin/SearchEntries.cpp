@@ -36,8 +36,8 @@ bool Matches(const NoteSummary& entry, WORD classMask, const TIMEDATE* since) {
 
 SearchMatch MatchOf(const NoteSummary& entry, const DatabaseProperties& database) {
   SearchMatch match = {};
-  match.databaseId[0] = database.replicaId.innards[0];
-  match.databaseId[1] = database.replicaId.innards[1];
+  match.databaseId[0] = database.databaseId.innards[0];
+  match.databaseId[1] = database.databaseId.innards[1];
   match.noteTime = entry.modified;
   match.noteId = entry.id;
   match.originatorId = entry.originatorId;

@@ -9,7 +9,8 @@
 
 namespace larkspan::standin {
 
-inline constexpr notes_api::DWORD kNoTimePart = 0xFFFFFFFF;
+using notes_api::kNoTimePart;
+
 inline constexpr notes_api::DWORD kNoDatePart = 0x00FFFFFF;
 inline constexpr notes_api::DWORD kDatePartMask = 0x00FFFFFF;
 inline constexpr notes_api::DWORD kHundredthsPerDay = 24 * 60 * 60 * 100;

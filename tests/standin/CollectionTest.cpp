@@ -1,6 +1,4 @@
 // The indexes of views.
-#include <nlohmann/json.hpp>
-
 #include "standin/StandinHooks.h"
 #include "tests/standin/StandinTest.h"
 
@@ -11,15 +9,18 @@ namespace {
 constexpr NOTEID kView = 0x90A;
 constexpr NOTEID kForm = 0x90E;
 constexpr NOTEID kNothing = 0x912;
+constexpr NOTEID kIndexedView = 0x916;
+constexpr WORD kWithoutBuilding = 6;
 
 class Collections : public StandinTest {
  protected:
   Collections()
-      : database_(OpenDatabase(R"({"notes": [{"id": "90A", "class": "view"},
-                                             {"id": "90E", "class": "form"}]})")) {}
+      : database_(OpenDatabase(R"({"notes": [
+            {"id": "90A", "class": "view"}, {"id": "90E", "class": "form"},
+            {"id": "916", "class": "view", "view": {"indexed": true}}]})")) {}
 
-  STATUS Open(NOTEID view, HCOLLECTION* collection) const {
-    return NIFOpenCollection(database_, database_, view, 0, 0, collection, nullptr, nullptr,
+  STATUS Open(NOTEID view, HCOLLECTION* collection, WORD flags = 0) const {
+    return NIFOpenCollection(database_, database_, view, flags, 0, collection, nullptr, nullptr,
                              nullptr, nullptr);
   }
 
@@ -32,8 +33,7 @@ class Collections : public StandinTest {
   // Purging tells the ledger whether there was an index to drop.
   bool PurgedAnIndex() const {
     EXPECT_EQ(NIFPurgeCollection(database_, database_, kView), 0);
-    const auto ledger = nlohmann::json::parse(StandinLedgerJson());
-    return ledger["arguments"]["NIFPurgeCollection"]["hadIndex"];
+    return RecordedArguments("NIFPurgeCollection")["hadIndex"];
   }
 
   DHANDLE database_;
@@ -56,6 +56,31 @@ TEST_F(Collections, BuildTheIndexThatPurgingDrops) {
   EXPECT_EQ(NIFCloseCollection(Open()), 0);
   EXPECT_TRUE(PurgedAnIndex());
   EXPECT_FALSE(PurgedAnIndex());
+}
+
+TEST_F(Collections, DoNotOpenWithoutAnIndexWhenNoneIsToBeBuilt) {
+  HCOLLECTION collection = 0;
+  EXPECT_EQ(Open(kView, &collection, kWithoutBuilding), 566);
+  EXPECT_FALSE(PurgedAnIndex());
+  EXPECT_EQ(NIFCloseCollection(Open()), 0);
+  EXPECT_EQ(Open(kView, &collection, kWithoutBuilding), 0);
+}
+
+TEST_F(Collections, HaveTheirIndexFromTheStartWhenTheFileSaysSo) {
+  HCOLLECTION collection = 0;
+  EXPECT_EQ(Open(kIndexedView, &collection, kWithoutBuilding), 0);
+  EXPECT_EQ(NIFCloseCollection(collection), 0);
+  EXPECT_EQ(NIFPurgeCollection(database_, database_, kIndexedView), 0);
+  EXPECT_EQ(Open(kIndexedView, &collection, kWithoutBuilding), 566);
+}
+
+TEST_F(Collections, RecordEveryOpen) {
+  HCOLLECTION collection = 0;
+  Open(kView, &collection, kWithoutBuilding);
+  Open(kView, &collection);
+  EXPECT_EQ(RecordedArguments("NIFOpenCollection"),
+            nlohmann::json({{{"view", kView}, {"flags", 6}, {"unreadList", 0}},
+                            {{"view", kView}, {"flags", 0}, {"unreadList", 0}}}));
 }
 
 TEST_F(Collections, ProtectTheIndexWhileOpen) {

@@ -57,7 +57,7 @@ class Samples : public StandinTest {
 
 TEST_F(Samples, PlantRegisterHasDozensOfNotesAndSomeStubs) {
   const Found all = Search(Open("sample.nsf"), 0x7FFF);
-  EXPECT_EQ(all.live.size(), 44U);
+  EXPECT_EQ(all.live.size(), 55U);
   EXPECT_EQ(all.stubs, 4U);
 }
 
@@ -66,6 +66,21 @@ TEST_F(Samples, PlantRegisterExportsWhole) {
   ExportAll(database);
   EXPECT_EQ(NSFDbClose(database), 0);
   EXPECT_EQ(StandinOpenCount(), 0U);
+}
+
+TEST_F(Samples, PlantRegisterTellsWhatItIs) {
+  const DHANDLE database = Open("sample.nsf");
+  char info[128], categories[128];
+  EXPECT_EQ(NSFDbInfoGet(database, info), 0);
+  NSFDbInfoParse(info, kInfoCategories, categories, 127);
+  EXPECT_STREQ(categories, "Botanik; Garten & Park");
+  DWORD allocated = 0, free = 0, granule = 0;
+  EXPECT_EQ(NSFDbSpaceUsageScaled(database, &allocated, &free, &granule), 0);
+  EXPECT_EQ(allocated / 1024 * granule, 6144U);
+  EXPECT_LT(free, allocated);
+  TIMEDATE data = {}, other = {};
+  EXPECT_EQ(NSFDbModifiedTime(database, &data, &other), 0);
+  EXPECT_NE(data.innards[1], other.innards[1]);
 }
 
 TEST_F(Samples, DatabasesOnServersOpenByNetworkPath) {
@@ -92,9 +107,10 @@ TEST_F(Samples, LockedDatabaseOpensOnlyForFullAccess) {
 }
 
 TEST_F(Samples, EveryOtherDatabaseOpens) {
-  for (const char* name : {"damaged.nsf", "designfail-6967.nsf", "designfail-6968.nsf",
-                           "sealed.nsf", "crash-first.nsf", "crash-middle.nsf", "crash-last.nsf",
-                           "crash-two.nsf", "crash-all.nsf"}) {
+  for (const char* name :
+       {"damaged.nsf", "designfail-6967.nsf", "designfail-6968.nsf", "sealed.nsf", "big-view.nsf",
+        "damaged-views.nsf", "crash-first.nsf", "crash-middle.nsf", "crash-last.nsf",
+        "crash-two.nsf", "crash-all.nsf"}) {
     Open(name);
   }
 }

@@ -154,4 +154,8 @@ DHANDLE MakeNamesList(const std::string& name, DWORD authentication) {
   return list;
 }
 
+nlohmann::json RecordedArguments(const std::string& entry) {
+  return nlohmann::json::parse(StandinLedgerJson())["arguments"][entry];
+}
+
 }  // namespace larkspan::standin_test

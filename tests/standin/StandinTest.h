@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -88,4 +89,11 @@ Exported Export(DHANDLE note, const std::vector<Property>& properties = {});
 // A finished name list for an open with full access.
 DHANDLE MakeNamesList(const std::string& name, DWORD authentication);
 
+// What the ledger holds of the arguments of an entry point.
+nlohmann::json RecordedArguments(const std::string& entry);
+
 }  // namespace larkspan::standin_test
+
+// The statement ends the process because the library refuses to go on, with this message.
+#define EXPECT_STRICT(statement, message) \
+  EXPECT_EXIT((void)(statement), testing::ExitedWithCode(70), message)

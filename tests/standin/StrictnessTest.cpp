@@ -41,9 +41,6 @@ void LARKSPAN_NOTES_CALL IgnoreOutput(const BYTE*, DWORD, void*) {}
 
 }  // namespace
 
-#define EXPECT_STRICT(statement, message) \
-  EXPECT_EXIT((void)(statement), testing::ExitedWithCode(70), message)
-
 TEST_F(StrictnessDeathTest, UseAfterClose) {
   NSFNoteClose(note_);
   EXPECT_STRICT(NSFNoteClose(note_),

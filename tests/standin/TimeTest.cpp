@@ -1,4 +1,7 @@
-// Date-times.
+// Date-times: from calendar fields to the library's form and back, and their parts.
+#include <array>
+
+#include "standin/StandinHooks.h"
 #include "tests/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
@@ -12,6 +15,25 @@ TIME Local(int year, int month, int day) {
   time.day = day;
   return time;
 }
+
+// Universal time, as it is in the library's form.
+TIME Universal(DWORD hundredths, DWORD day) {
+  TIME time = {};
+  time.gm = {{hundredths, day}};
+  return time;
+}
+
+using Fields = std::array<int, 8>;
+
+Fields FieldsOf(const TIME& time) {
+  return {time.year, time.month,  time.day,    time.weekday,
+          time.hour, time.minute, time.second, time.hundredth};
+}
+
+constexpr DWORD kNoTime = 0xFFFFFFFF;
+constexpr DWORD kNoDate = 0x00FFFFFF;
+constexpr DWORD kLastOfJanuary2024 = 2460341;
+constexpr DWORD kHalfPastTwo = ((14 * 60 + 30) * 60 + 5) * 100 + 27;
 
 class LocalTimes : public StandinTest {
  protected:
@@ -62,6 +84,85 @@ TEST_F(LocalTimes, FailWhenThereIsNoSuchDay) {
   TIME late = Local(2022, 1, 1);
   late.hour = 24;
   EXPECT_NE(TimeLocalToGM(&late), 0);
+}
+
+TEST_F(LocalTimes, AreCalendarFieldsOfUniversalTime) {
+  TIME full = Universal(kHalfPastTwo, kLastOfJanuary2024);
+  EXPECT_EQ(TimeGMToLocalZone(&full), 0);
+  EXPECT_EQ(FieldsOf(full), (Fields{2024, 1, 31, 4, 14, 30, 5, 27}));
+}
+
+TEST_F(LocalTimes, LackTheFieldsOfAPartThatIsAbsent) {
+  TIME date = Universal(kNoTime, kLastOfJanuary2024);
+  EXPECT_EQ(TimeGMToLocalZone(&date), 0);
+  EXPECT_EQ(FieldsOf(date), (Fields{2024, 1, 31, 4, -1, -1, -1, -1}));
+  TIME time = Universal(kHalfPastTwo, kNoDate);
+  EXPECT_EQ(TimeGMToLocalZone(&time), 0);
+  EXPECT_EQ(FieldsOf(time), (Fields{-1, -1, -1, -1, 14, 30, 5, 27}));
+}
+
+TEST_F(LocalTimes, IgnoreTheZoneInsideTheUniversalTime) {
+  TIME time = Universal(kHalfPastTwo, kLastOfJanuary2024 | 0xC5000000);
+  EXPECT_EQ(TimeGMToLocalZone(&time), 0);
+  EXPECT_EQ(FieldsOf(time), (Fields{2024, 1, 31, 4, 14, 30, 5, 27}));
+}
+
+TEST_F(LocalTimes, UseTheZoneOfTheFields) {
+  TIME west = Universal(kHalfPastTwo, kLastOfJanuary2024);
+  west.zone = 14;
+  west.dst = 1;
+  EXPECT_EQ(TimeGMToLocalZone(&west), 0);
+  EXPECT_EQ(FieldsOf(west), (Fields{2024, 1, 31, 4, 1, 30, 5, 27}));
+  TIME east = Universal(kHalfPastTwo, kLastOfJanuary2024);
+  east.zone = -12;
+  EXPECT_EQ(TimeGMToLocalZone(&east), 0);
+  EXPECT_EQ(FieldsOf(east), (Fields{2024, 2, 1, 5, 2, 30, 5, 27}));
+  EXPECT_EQ(TimeLocalToGM(&east), 0);
+  EXPECT_EQ(east.gm.innards[0], kHalfPastTwo);
+}
+
+TEST_F(LocalTimes, MoveNoDayWithoutATimeAndNoTimeToAnotherDay) {
+  TIME date = Universal(kNoTime, kLastOfJanuary2024);
+  date.zone = -12;
+  EXPECT_EQ(TimeGMToLocalZone(&date), 0);
+  EXPECT_EQ(FieldsOf(date), (Fields{2024, 1, 31, 4, -1, -1, -1, -1}));
+  TIME time = Universal(kHalfPastTwo, kNoDate);
+  time.zone = -12;
+  EXPECT_EQ(TimeGMToLocalZone(&time), 0);
+  EXPECT_EQ(FieldsOf(time), (Fields{-1, -1, -1, -1, 2, 30, 5, 27}));
+}
+
+TEST_F(LocalTimes, FailForWhatIsNoTime) {
+  for (TIME time : {Universal(kNoTime, kNoDate), Universal(24 * 360000, kLastOfJanuary2024),
+                    Universal(0, 0), Universal(0, kNoDate - 1)}) {
+    EXPECT_NE(TimeGMToLocalZone(&time), 0);
+    EXPECT_EQ(FieldsOf(time), Fields{});
+  }
+  TIME farAway = Universal(0, kLastOfJanuary2024);
+  farAway.zone = 15;
+  EXPECT_NE(TimeGMToLocalZone(&farAway), 0);
+}
+
+TEST_F(LocalTimes, FailWhenAFaultStrikes) {
+  StandinSetFaults(R"([{"entry": "TimeGMToLocalZone", "status": 1}])");
+  TIME time = Universal(0, kLastOfJanuary2024);
+  EXPECT_NE(TimeGMToLocalZone(&time), 0);
+}
+
+TEST_F(LocalTimes, TellTheirParts) {
+  const TIMEDATE full = {{kHalfPastTwo, 0xC5000000 | kLastOfJanuary2024}};
+  EXPECT_EQ(TimeExtractJulianDate(&full), kLastOfJanuary2024);
+  EXPECT_EQ(TimeExtractTicks(&full), kHalfPastTwo);
+  const TIMEDATE none = {{kNoTime, 0xC5000000 | kNoDate}};
+  EXPECT_EQ(TimeExtractJulianDate(&none), 0xFFFFFFFF);
+  EXPECT_EQ(TimeExtractTicks(&none), 0xFFFFFFFF);
+}
+
+TEST_F(LocalTimes, HaveAnEarliestOneThatHasBothParts) {
+  TIMEDATE earliest = {{1, 1}};
+  TimeConstant(0, &earliest);
+  EXPECT_EQ(TimeExtractJulianDate(&earliest), 0U);
+  EXPECT_EQ(TimeExtractTicks(&earliest), 0U);
 }
 
 }  // namespace larkspan::standin_test
