@@ -1,11 +1,10 @@
 #include "export/DatabaseAudit.h"
 
-#include <windows.h>
-
 #include <cstdint>
 #include <string_view>
 
 #include "app/Settings.h"
+#include "base/BoundsCheck.h"
 #include "notes/Database.h"
 #include "notes/Text.h"
 #include "report/AuditReport.h"
@@ -15,19 +14,13 @@ namespace larkspan {
 
 namespace {
 
-// What Windows itself reports for a buffer that was about to be overrun.
-constexpr DWORD kBoundsViolation = 0xC0000409;
-
 // Translates for a buffer of 512 characters. The library never hands out server and file names
-// longer than half of that; one that translates to more means that its memory is damaged, and then
-// nothing it says can be trusted any more: the process ends at once.
+// longer than half of that.
 std::wstring TranslateForAudit(std::string_view text) {
   constexpr std::size_t kBufferBytes = 512 * sizeof(wchar_t);
   constexpr std::size_t kFirstBytesOutOfBounds = 514;
   std::wstring wide = NotesToWide(text, kBufferBytes);
-  if (wide.size() * sizeof(wchar_t) >= kFirstBytesOutOfBounds) {
-    TerminateProcess(GetCurrentProcess(), kBoundsViolation);
-  }
+  if (wide.size() * sizeof(wchar_t) >= kFirstBytesOutOfBounds) EndForBoundsViolation();
   return wide;
 }
 

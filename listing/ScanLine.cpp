@@ -1,13 +1,12 @@
 #include "listing/ScanLine.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 
+#include "base/BoundsCheck.h"
 #include "notes/Properties.h"
 #include "notes/Summary.h"
 #include "notes/Utf8Text.h"
@@ -17,16 +16,6 @@ namespace larkspan {
 
 namespace {
 
-// What Windows itself reports for a buffer that was about to be overrun.
-constexpr UINT kBoundsViolation = 0xC0000409;
-
-// The library promises never to tell longer texts. One that does has lost its memory, and then
-// nothing it says can be trusted any more.
-[[noreturn]] void EndProcess() {
-  TerminateProcess(GetCurrentProcess(), kBoundsViolation);
-  std::abort();
-}
-
 std::string_view AsText(Bytes bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
@@ -34,7 +23,7 @@ std::string_view AsText(Bytes bytes) {
 std::string TranslateOrEnd(std::string_view text) {
   constexpr std::size_t kBufferBytes = 1024;
   std::string utf8 = NotesToUtf8(text, kBufferBytes);
-  if (utf8.size() >= kBufferBytes) EndProcess();
+  if (utf8.size() >= kBufferBytes) EndForBoundsViolation();
   return utf8;
 }
 
@@ -64,7 +53,7 @@ std::string TitleText(const notes_api::ItemTable& summary) {
   constexpr std::uint16_t kTitleLimit = 127;
   Bytes info;
   if (!FindValueOfType(summary, "$Info", notes_api::kTypeText, info)) return {};
-  if (info.size() > kMaxInfoBytes) EndProcess();
+  if (info.size() > kMaxInfoBytes) EndForBoundsViolation();
   const std::string ended(AsText(info));
   std::string title = TranslateOrEnd(ParseTitle(ended.c_str(), kTitleLimit));
   const auto isControl = [](char byte) { return byte >= 1 && byte <= 31; };
@@ -73,16 +62,19 @@ std::string TitleText(const notes_api::ItemTable& summary) {
   return title;
 }
 
-double NumberOrZero(const notes_api::ItemTable& summary, const char* name) {
+bool FindNumber(const notes_api::ItemTable& summary, const char* name, double& number) {
   Bytes bytes;
-  double number = 0;
-  if (FindValueOfType(summary, name, notes_api::kTypeNumber, bytes)) ByteReader(bytes).Read(number);
-  return number;
+  return FindValueOfType(summary, name, notes_api::kTypeNumber, bytes) &&
+         ByteReader(bytes).Read(number);
 }
 
 // The database and what it keeps in attachment storage.
 std::string SizeText(const notes_api::ItemTable& summary) {
-  return NumberText(NumberOrZero(summary, "$Length") + NumberOrZero(summary, "$DAOSSTOREDBYTES"));
+  double size = 0;
+  double stored = 0;
+  FindNumber(summary, "$Length", size);
+  if (FindNumber(summary, "$DAOSSTOREDBYTES", stored)) size += stored;
+  return NumberText(size);
 }
 
 std::string IdentifierText(const notes_api::SearchMatch& match) {

@@ -1,0 +1,15 @@
+#include "base/BoundsCheck.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+
+namespace larkspan {
+
+void EndForBoundsViolation() {
+  constexpr UINT kBoundsViolation = 0xC0000409;
+  TerminateProcess(GetCurrentProcess(), kBoundsViolation);
+  std::abort();
+}
+
+}  // namespace larkspan
