@@ -1,0 +1,162 @@
+#include "listing/ScanMode.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/faults/FileFaults.h"
+#include "tests/support/ReplacedEntryPoint.h"
+#include "tests/unit/listing/ListingTest.h"
+
+namespace larkspan {
+namespace {
+
+class ScanModeTest : public ListingTest {
+ protected:
+  ScanModeTest() {
+    LeaveOutDebugLines();
+    SetServer(L"<Local>");
+    WriteData(L"directory.json", R"({"path": "C:\\data", "entries": [
+      {"items": {"$Path": {"text": "a.nsf"}, "$Length": {"number": 1048576}},
+       "matchBytes": "BC0A0000 D08325C1"}]})");
+    WriteData(L"servers/Mill/directory.json", R"({"path": "Mill!!root!!x", "entries": [
+      {"items": {"$Path": {"text": "m.nsf"}}}]})");
+  }
+
+  Lines Scanned() {
+    RunScanMode();
+    return ReadLines(PathOf(L"scan.txt"));
+  }
+
+  std::string ScanBytes() const { return ReadBytes(PathOf(L"scan.txt")); }
+};
+
+TEST_F(ScanModeTest, LocalDirectoryIsItsPathAndItsEntries) {
+  Configure();
+  EXPECT_EQ(Scanned(), (Lines{"C:\\data", "a.nsf\t\t\t\t4697254411347427328\tC12583D000000ABC"}));
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(ScanModeTest, ServerIsCutAtTheFirstMark) {
+  SetServer(L"Mill");
+  Configure();
+  EXPECT_EQ(Scanned(), (Lines{"Mill", "m.nsf\t\t\t\t0\t0000000000000000"}));
+}
+
+// The database is opened by the server's name and the mark, whatever the name is.
+struct PathCase {
+  const wchar_t* server;
+  const char* path;
+};
+
+std::string openedPath;
+
+notes_api::STATUS LARKSPAN_NOTES_CALL RefuseAndRemember(const char* path, notes_api::DHANDLE*) {
+  openedPath = path;
+  return 582;
+}
+
+class ScanPathTest : public ScanModeTest, public testing::WithParamInterface<PathCase> {};
+
+TEST_P(ScanPathTest, IsThatOfTheServersRoot) {
+  SetServer(GetParam().server);
+  Configure();
+  const ReplacedEntryPoint replaced("NSFDbOpen", RefuseAndRemember);
+  RunScanMode();
+  EXPECT_EQ(openedPath, GetParam().path);
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, ScanPathTest,
+                         testing::Values(PathCase{L"<Local>", ""}, PathCase{L"", "!!"},
+                                         PathCase{L"<local>", "<local>!!"},
+                                         PathCase{L"Mill/Example", "Mill/Example!!"},
+                                         PathCase{L"M\u00fchle", "M\x01\xFChle!!"}));
+
+TEST_F(ScanModeTest, SearchIsForDatabasesAndFolders) {
+  Configure();
+  RunScanMode();
+  const std::string arguments = Arguments("NSFSearch");
+  EXPECT_NE(arguments.find(std::to_string(0x0006)), std::string::npos) << arguments;
+  EXPECT_NE(arguments.find(std::to_string(0x200A)), std::string::npos) << arguments;
+}
+
+TEST_F(ScanModeTest, EarlierListingIsReplaced) {
+  WriteBytes(PathOf(L"scan.txt"), std::string(5000, 'x'));
+  Configure();
+  EXPECT_EQ(Scanned().size(), 2U);
+}
+
+TEST_F(ScanModeTest, LibraryIsEndedAfterTheDirectoryIsClosed) {
+  Configure();
+  RunScanMode();
+  EXPECT_EQ(Order({"NotesInitExtended", "NSFDbOpen", "NSFDbPathGet", "NSFSearch", "NSFDbClose",
+                   "NotesTerm"}),
+            (Lines{"NotesInitExtended", "NSFDbOpen", "NSFDbPathGet", "NSFSearch", "NSFDbClose",
+                   "NotesTerm"}));
+}
+
+TEST_F(ScanModeTest, FileThatCannotBeOpenedIsAnErrorAndStartsNothing) {
+  MakeFolder(PathOf(L"scan.txt"));
+  Configure();
+  RunScanMode();
+  EXPECT_EQ(OnlyError(), "Unable to open output file");
+  EXPECT_EQ(Calls("NotesInitExtended"), 0);
+}
+
+TEST_F(ScanModeTest, RuntimeThatDoesNotStartIsAnErrorWithItsStatus) {
+  ConfigureWithFaults(R"([{"entry": "NotesInitExtended", "status": "0x1A5"}])");
+  RunScanMode();
+  EXPECT_EQ(OnlyError(), "Notes initialization failed (1A5)");
+  EXPECT_EQ(ScanBytes(), "");
+  EXPECT_EQ(Calls("NotesTerm"), 0);
+}
+
+TEST_F(ScanModeTest, IdThatCannotBeSwitchedIsAnErrorAndEndsTheRuntime) {
+  ChangeSettings([](Settings& settings) {
+    settings.idFile = L"missing.id";
+    settings.idPassword = L"secret";
+  });
+  Configure();
+  RunScanMode();
+  EXPECT_TRUE(OnlyError().starts_with("Unable to switch id (")) << OnlyError();
+  EXPECT_EQ(ScanBytes(), "");
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+}
+
+TEST_F(ScanModeTest, DirectoryThatCannotBeOpenedIsAnErrorAndEndsTheRuntime) {
+  SetServer(L"Nowhere");
+  Configure();
+  RunScanMode();
+  EXPECT_TRUE(OnlyError().starts_with("Error opening root directory (")) << OnlyError();
+  EXPECT_EQ(ScanBytes(), "");
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+  EXPECT_EQ(Calls("NSFSearch"), 0);
+}
+
+TEST_F(ScanModeTest, SearchThatFailsKeepsWhatItFound) {
+  ConfigureWithFaults(R"([{"entry": "NSFSearch", "status": 554}])");
+  EXPECT_EQ(Scanned().at(0), "C:\\data");
+  EXPECT_EQ(LogLines(), Lines());
+  EXPECT_EQ(Calls("NSFDbClose"), 1);
+}
+
+TEST_F(ScanModeTest, PathThatTheLibraryDoesNotTellIsAnEmptyLine) {
+  ConfigureWithFaults(R"([{"entry": "NSFDbPathGet", "status": 554}])");
+  EXPECT_EQ(Scanned().at(0), "");
+}
+
+TEST_F(ScanModeTest, FullDiskIsAnError) {
+  Configure();
+  const FileFaults faults("write scan.txt 2 diskFull");
+  RunScanMode();
+  EXPECT_EQ(OnlyError(), "Unable to write output file");
+}
+
+TEST_F(ScanModeTest, ExceptionOutOfTheLibraryEndsTheRuntime) {
+  ConfigureWithFaults(R"([{"entry": "NSFSearch", "action": "throw"}])");
+  EXPECT_NO_THROW(RunScanMode());
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+}
+
+}  // namespace
+}  // namespace larkspan

@@ -1,0 +1,178 @@
+#include "listing/ServersMode.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/faults/FileFaults.h"
+#include "tests/support/ReplacedEntryPoint.h"
+#include "tests/unit/listing/ListingTest.h"
+
+namespace larkspan {
+namespace {
+
+class ServersModeTest : public ListingTest {
+ protected:
+  ServersModeTest() { LeaveOutDebugLines(); }
+
+  // The mail server, the destinations of the local book and the servers of the mail server's book,
+  // the lists as the elements of JSON arrays of entries.
+  void WriteBooks(const std::string& mailServer, const std::string& connections,
+                  const std::string& servers) {
+    if (!mailServer.empty()) AddConfiguration("MailServer=" + mailServer);
+    WriteData(L"names.json", R"({"$Connections": [)" + connections + "]}");
+    WriteData(L"servers/CN=Mill/O=Example/names.json", R"({"($Servers)": [)" + servers + "]
+  }
+  ");
+}
+
+static std::string
+Destination(const std::string& name) {
+  return R"({"Destination": ")" + name + "\"}";
+}
+
+static std::string Server(const std::string& name) { return R"({"ServerName": ")" + name + "\"}"; }
+
+std::string Listed() {
+  RunServersMode();
+  return ReadBytes(PathOf(L"servers.txt"));
+}
+};
+
+constexpr char kMill[] = "CN=Mill/O=Example";
+
+TEST_F(ServersModeTest, AllThreeSourcesAreListedAbbreviated) {
+  WriteBooks(kMill, Destination("CN=Barn/O=Example"), Server("CN=Well/O=Example"));
+  Configure();
+  EXPECT_EQ(Listed(), "Barn/Example\r\nMill/Example\r\nWell/Example\r\n");
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(ServersModeTest, EachNameIsListedOnceInAscendingOrderOfItsBytes) {
+  WriteBooks(kMill, Destination("b") + "," + Destination("B") + "," + Destination("Mill/Example"),
+             Server("a") + "," + Server("bb") + "," + Server("b") + "," + Server(kMill) + "," +
+                 Server("\u00c4"));
+  Configure();
+  // The letter with dots begins with the byte 01 in the Notes character set.
+  EXPECT_EQ(Listed(), "\xC3\x84\r\nB\r\nMill/Example\r\na\r\nb\r\nbb\r\n");
+}
+
+TEST_F(ServersModeTest, EmptyItemsAddNothing) {
+  WriteBooks(kMill, R"({}, {"Destination": ""}, {"Destination": null})", "");
+  Configure();
+  EXPECT_EQ(Listed(), "Mill/Example\r\n");
+}
+
+TEST_F(ServersModeTest, BothItemsOfAMatchAreRead) {
+  WriteBooks(kMill, R"({"Destination": "a", "": "b"})", "");
+  Configure();
+  EXPECT_EQ(Listed(), "Mill/Example\r\na\r\nb\r\n");
+}
+
+TEST_F(ServersModeTest, BooksAreAskedAsTheyAreKept) {
+  WriteBooks(kMill, "", "");
+  Configure();
+  RunServersMode();
+  EXPECT_EQ(Arguments("NAMELookup"),
+            R"([{"flags":1,"items":["Destination",""],"nameSpaces":["$Connections"],)"
+            R"("names":[""],"server":null},)"
+            R"({"flags":1,"items":["ServerName",""],"nameSpaces":["($Servers)"],)"
+            R"("names":[""],"server":"CN=Mill/O=Example"}])");
+}
+
+notes_api::STATUS LARKSPAN_NOTES_CALL AbbreviateToNothing(notes_api::DWORD, const char*,
+                                                          const char*, char* out, notes_api::WORD,
+                                                          notes_api::WORD*) {
+  *out = '\0';
+  return 0;
+}
+
+TEST_F(ServersModeTest, MailServerWithoutANameIsAnEmptyFirstLine) {
+  WriteBooks(kMill, Destination("a"), "");
+  Configure();
+  const ReplacedEntryPoint replaced("DNAbbreviate", AbbreviateToNothing);
+  EXPECT_EQ(Listed(), "\r\n");
+}
+
+TEST_F(ServersModeTest, MissingMailServerIsAnErrorAndAnEmptyFile) {
+  WriteBooks("", Destination("a"), "");
+  Configure();
+  EXPECT_EQ(Listed(), "");
+  EXPECT_TRUE(OnlyError().starts_with("Unable to read servers (")) << OnlyError();
+  EXPECT_EQ(Calls("NAMELookup"), 0);
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+}
+
+struct Failure {
+  const char* entry;
+  int call;
+};
+
+class ServersFailureTest : public ServersModeTest, public testing::WithParamInterface<Failure> {};
+
+TEST_P(ServersFailureTest, IsAnErrorAndLeavesTheFileEmpty) {
+  WriteBooks(kMill, Destination("a"), Server("b"));
+  ConfigureWithFaults(std::string(R"([{"entry": ")") + GetParam().entry + R"(", "call": )" +
+                      std::to_string(GetParam().call) + R"(, "status": 6409}])");
+  EXPECT_EQ(Listed(), "");
+  EXPECT_TRUE(OnlyError().starts_with("Unable to read servers (")) << OnlyError();
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+  EXPECT_EQ(LeftOpen(), kNothingOpen);
+}
+
+INSTANTIATE_TEST_SUITE_P(Calls, ServersFailureTest,
+                         testing::Values(Failure{"DNAbbreviate", 1}, Failure{"DNAbbreviate", 2},
+                                         Failure{"DNAbbreviate", 3}, Failure{"DNAbbreviate", 5},
+                                         Failure{"NAMELookup", 1}, Failure{"NAMELookup", 2}));
+
+TEST_F(ServersModeTest, ItemThatCannotBeReadIsAsGoodAsEmpty) {
+  WriteBooks(kMill, Destination("a") + "," + Destination("b"), Server("c"));
+  ConfigureWithFaults(R"([{"entry": "NAMEGetTextItem", "status": 6409}])");
+  EXPECT_EQ(Listed(), "Mill/Example\r\n");
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(ServersModeTest, FileThatCannotBeOpenedIsAnErrorAndStartsNothing) {
+  const FileFaults faults("open servers.txt 1 accessDenied");
+  Configure();
+  RunServersMode();
+  EXPECT_EQ(OnlyError(), "Unable to open output file");
+  EXPECT_EQ(Calls("NotesInitExtended"), 0);
+}
+
+TEST_F(ServersModeTest, RuntimeThatDoesNotStartIsAnErrorWithItsStatus) {
+  ConfigureWithFaults(R"([{"entry": "NotesInitExtended", "status": "0xABC"}])");
+  EXPECT_EQ(Listed(), "");
+  EXPECT_EQ(OnlyError(), "Notes initialization failed (ABC)");
+  EXPECT_EQ(Calls("NotesTerm"), 0);
+}
+
+TEST_F(ServersModeTest, IdThatCannotBeSwitchedIsAnErrorAndEndsTheRuntime) {
+  ChangeSettings([](Settings& settings) {
+    settings.idFile = L"missing.id";
+    settings.idPassword = L"secret";
+  });
+  WriteBooks(kMill, "", "");
+  Configure();
+  EXPECT_EQ(Listed(), "");
+  EXPECT_TRUE(OnlyError().starts_with("Unable to switch id (")) << OnlyError();
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+}
+
+TEST_F(ServersModeTest, FullDiskIsAnErrorAfterWholeLines) {
+  WriteBooks(kMill, Destination("a"), Server("b"));
+  Configure();
+  const FileFaults faults("write servers.txt 2- diskFull");
+  EXPECT_EQ(Listed(), "Mill/Example\r\n");
+  EXPECT_EQ(OnlyError(), "Unable to write output file");
+}
+
+TEST_F(ServersModeTest, ExceptionOutOfTheLibraryEndsTheRuntime) {
+  WriteBooks(kMill, "", "");
+  ConfigureWithFaults(R"([{"entry": "NAMELookup", "action": "throw"}])");
+  EXPECT_NO_THROW(RunServersMode());
+  EXPECT_EQ(Calls("NotesTerm"), 1);
+}
+
+}  // namespace
+}  // namespace larkspan
