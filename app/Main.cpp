@@ -13,6 +13,8 @@
 #include "app/TerminationHandler.h"
 #include "app/VersionBox.h"
 #include "app/WorkerLauncher.h"
+#include "listing/ScanMode.h"
+#include "listing/ServersMode.h"
 #include "notes/Runtime.h"
 #include "report/RunLog.h"
 
@@ -50,8 +52,12 @@ int PlayRole(Role role) {
     case Role::kWorker:
       Work();
       return kRoleRan;
-    case Role::kScan:     // The listing modes are known words, but this version does not have
-    case Role::kServers:  // them yet.
+    case Role::kScan:
+      RunScanMode();
+      return kRoleRan;
+    case Role::kServers:
+      RunServersMode();
+      return kRoleRan;
     case Role::kRefused:
       return kRefused;
   }

@@ -1,7 +1,5 @@
 #include "app/MarkerFile.h"
 
-#include <windows.h>
-
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -10,8 +8,10 @@
 
 #include "app/Settings.h"
 #include "base/File.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
+#include "base/WideFormat.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
@@ -28,7 +28,7 @@ std::wstring MarkerPath() { return InOutputFolder(output::kMarker); }
 bool TryWriteMarker(std::uint32_t noteId) {
   UniqueFile file = OpenFile(MarkerPath(), L"w");
   if (!file) return false;
-  std::fprintf(file.get(), "%08X\n", static_cast<unsigned int>(noteId));
+  file_system::Write(file.get(), FormatNarrow("%08X\n", static_cast<unsigned int>(noteId)));
   return CloseFile(std::move(file));
 }
 
@@ -64,6 +64,6 @@ std::uint32_t ReadMarkerFile() {
   return noteId;
 }
 
-void DeleteMarkerFile() { DeleteFileW(MarkerPath().c_str()); }
+void DeleteMarkerFile() { file_system::Delete(MarkerPath()); }
 
 }  // namespace larkspan

@@ -1,7 +1,5 @@
 #include "base/File.h"
 
-#include <windows.h>
-
 namespace larkspan {
 
 namespace {
@@ -18,23 +16,15 @@ std::string WithCarriageReturns(std::string_view text) {
 }  // namespace
 
 UniqueFile OpenFile(const std::wstring& path, const wchar_t* mode) {
-  return UniqueFile(_wfopen(path.c_str(), mode));
+  return UniqueFile(file_system::Open(path, mode));
 }
 
-bool CloseFile(UniqueFile file) {
-  const bool written = std::ferror(file.get()) == 0;
-  return std::fclose(file.release()) == 0 && written;
-}
+UniqueFile OpenTemporaryFile() { return UniqueFile(file_system::OpenTemporary()); }
+
+bool CloseFile(UniqueFile file) { return file_system::Close(file.release()); }
 
 bool AppendToTextFile(const std::wstring& path, std::string_view text) {
-  const HANDLE file =
-      CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
-  const std::string bytes = WithCarriageReturns(text);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  return CloseHandle(file) != 0 && written == bytes.size();
+  return file_system::Append(path, WithCarriageReturns(text));
 }
 
 }  // namespace larkspan

@@ -7,10 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "base/FileSystem.h"
+
 namespace larkspan {
 
 struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
+  void operator()(std::FILE* file) const { file_system::Close(file); }
 };
 
 // Closes the stream when it goes out of scope; a failing close then goes unnoticed, so whoever
@@ -19,6 +21,10 @@ using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
 
 // Opens a file; empty on failure, with the reason in errno.
 UniqueFile OpenFile(const std::wstring& path, const wchar_t* mode);
+
+// Opens an empty file without a name, in binary mode, that is gone when it is closed; empty on
+// failure.
+UniqueFile OpenTemporaryFile();
 
 // Closes the stream and says whether all that was written to it has reached the file.
 bool CloseFile(UniqueFile file);

@@ -12,4 +12,8 @@ std::wstring NoteFile(std::wstring_view subfolder, std::uint32_t noteId) {
   return std::wstring(subfolder) + FormatWide(L"\\%08X.dxl", noteId);
 }
 
+std::wstring ViewFile(std::uint32_t viewId) {
+  return kViewsFolder + FormatWide(L"\\%08X.xml", viewId);
+}
+
 }  // namespace larkspan::output

@@ -17,9 +17,13 @@ inline constexpr wchar_t kAudit[] = L"\\audit.txt";
 inline constexpr wchar_t kMarker[] = L"\\marker.txt";
 inline constexpr wchar_t kIdTable[] = L"\\idtable.txt";
 inline constexpr wchar_t kUnidIndex[] = L"\\unidindex.txt";
+inline constexpr wchar_t kProperties[] = L"\\db.dxl";
+inline constexpr wchar_t kScan[] = L"\\scan.txt";
+inline constexpr wchar_t kServers[] = L"\\servers.txt";
 inline constexpr wchar_t kAcl[] = L"\\acl.dxl";
 
-// The DXL export in progress; a name of its own, since the exporter's callback receives it bare.
+// The DXL or XML file in progress; a name of its own, since the exporter's callback receives it
+// bare.
 inline constexpr wchar_t kTemporaryName[] = L"temp.tmp";
 
 // Subfolders of an archive, in the order of their creation.
@@ -34,5 +38,8 @@ inline constexpr std::array kSubfolders = {kDataFolder, kDesignFolder, kRawDesig
 // The relative name of a note's DXL file in a subfolder ("\data\000012F6.dxl"), or in the output
 // folder itself when the subfolder is empty.
 std::wstring NoteFile(std::wstring_view subfolder, std::uint32_t noteId);
+
+// The relative name of the file with a view's content ("\views\000012F6.xml").
+std::wstring ViewFile(std::uint32_t viewId);
 
 }  // namespace larkspan::output

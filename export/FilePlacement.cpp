@@ -6,21 +6,17 @@
 //   3. When the flag is set or the export failed: delete temp.tmp and return why.
 //   4. Move temp.tmp to the final name. The move never replaces a file, so that no earlier export
 //      is ever overwritten.
-// Deleting and moving are each attempted five times, a second apart: virus scanners and indexers
-// hold new files open for moments.
 #include "export/FilePlacement.h"
 
-#include <windows.h>
-
-#include <chrono>
 #include <cstdio>
 #include <string>
 #include <utility>
 
 #include "app/Settings.h"
 #include "base/File.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
-#include "base/Retry.h"
+#include "dxl/StagedFile.h"
 #include "notes/DxlExporter.h"
 #include "report/RunLog.h"
 
@@ -28,33 +24,14 @@ namespace larkspan {
 
 namespace {
 
-constexpr int kAttempts = 5;
-constexpr std::chrono::milliseconds kPause{1000};
-
 bool writeFailed = false;
 
 std::wstring BareNamePath(const wchar_t* name) {
   return InOutputFolder(std::wstring(L"\\") + name);
 }
 
-std::wstring TemporaryPath() { return BareNamePath(output::kTemporaryName); }
-
-template <typename Operation>
-bool Attempt(const wchar_t* name, Operation operation) {
-  return RetryWithPause(kAttempts, kPause, operation,
-                        [&](int made) { LogDebug(L"Retrying %s: %d", name, made); });
-}
-
-bool DeleteTemporaryFile() {
-  return DeleteFileW(TemporaryPath().c_str()) != 0 || GetLastError() == ERROR_FILE_NOT_FOUND;
-}
-
-bool MoveIntoPlace(std::wstring_view relativeName) {
-  return MoveFileW(TemporaryPath().c_str(), InOutputFolder(relativeName).c_str()) != 0;
-}
-
 // Unbuffered, so that a full disk shows in the number of bytes written.
-void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
+void WriteChunk(std::string_view chunk, const wchar_t* name) {
   UniqueFile file = OpenFile(BareNamePath(name), L"a");
   if (!file) {
     LogDebug(L"Unable to open temp file for writing: %s", name);
@@ -62,10 +39,10 @@ void WriteChunk(const char* bytes, std::size_t length, const wchar_t* name) {
     return;
   }
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  const std::size_t written = std::fwrite(bytes, 1, length, file.get());
-  if (written < length) {
+  const std::size_t written = file_system::Write(file.get(), chunk);
+  if (written < chunk.size()) {
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
-             static_cast<unsigned int>(length), name);
+             static_cast<unsigned int>(chunk.size()), name);
     writeFailed = true;
   }
   if (!CloseFile(std::move(file))) writeFailed = true;
@@ -76,7 +53,8 @@ extern "C" void LARKSPAN_NOTES_CALL WriteOutput(const notes_api::BYTE* buffer,
                                                 notes_api::DWORD length, void* context) noexcept {
   if (writeFailed) return;
   try {
-    WriteChunk(reinterpret_cast<const char*>(buffer), length, static_cast<const wchar_t*>(context));
+    WriteChunk({reinterpret_cast<const char*>(buffer), length},
+               static_cast<const wchar_t*>(context));
   } catch (...) {
     writeFailed = true;
   }
@@ -93,20 +71,12 @@ Status ExportToTemporaryFile(Export runExport) {
 
 template <typename Export>
 Status ExportToFile(std::wstring_view relativeName, Export runExport) {
-  if (!Attempt(L"delete DXL temporary file", DeleteTemporaryFile)) {
-    LogWarning(L"Unable to delete DXL temporary file (tried retry)");
-    return kTemporaryFileNotDeleted;
-  }
+  if (const Status status = ClearStagedFile(); !status.ok()) return status;
   if (const Status status = ExportToTemporaryFile(runExport); !status.ok()) {
-    DeleteTemporaryFile();
+    DeleteStagedFile();
     return status;
   }
-  if (!Attempt(L"move DXL file into place", [&] { return MoveIntoPlace(relativeName); })) {
-    DeleteTemporaryFile();
-    LogWarning(L"Unable to move DXL file into place (tried retry)");
-    return kFileNotMoved;
-  }
-  return Status();
+  return PlaceStagedFile(InOutputFolder(relativeName), file_system::Earlier::kStays);
 }
 
 }  // namespace
@@ -123,7 +93,5 @@ Status ExportAclToFile(const Exporter& exporter, const Database& database) {
     return ExportAclDxl(exporter, output, database, context);
   });
 }
-
-void DeleteUnfinishedExport() { DeleteTemporaryFile(); }
 
 }  // namespace larkspan

@@ -9,19 +9,11 @@
 
 namespace larkspan {
 
-// Results of our own that travel where a status of the library does.
-inline constexpr Status kTemporaryFileNotDeleted{260};
-inline constexpr Status kFileNotMoved{264};
-inline constexpr Status kOutputNotWritten{270};
-
 // Exports a note, or the access control list, to a file of the output folder. The relative name
-// begins with a backslash. Success, a status of the library's export, or one of the codes above;
+// begins with a backslash. Success, a status of the library's export, or a code of dxl/StagedFile.h;
 // on failure nothing of this export is left behind, as far as it can be deleted; a file that stood
 // under the final name before is still there.
 Status ExportNoteToFile(const Exporter& exporter, const Note& note, std::wstring_view relativeName);
 Status ExportAclToFile(const Exporter& exporter, const Database& database);
-
-// Deletes what a crashed worker left of an export in progress; a missing file is no error.
-void DeleteUnfinishedExport();
 
 }  // namespace larkspan

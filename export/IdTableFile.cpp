@@ -1,16 +1,15 @@
 #include "export/IdTableFile.h"
 
-#include <windows.h>
-
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <utility>
 
 #include "app/Settings.h"
 #include "base/File.h"
+#include "base/FileSystem.h"
 #include "base/HexNumberFile.h"
 #include "base/OutputPaths.h"
+#include "base/WideFormat.h"
 #include "notes/IdTables.h"
 
 namespace larkspan {
@@ -25,11 +24,12 @@ bool WriteIdTableFile(const IdTable& table) {
   UniqueFile file = OpenFile(IdTablePath(), L"w");
   if (!file) return false;
   const bool linesWritten = ScanIds(table, [&](std::uint32_t noteId) {
-    return std::fprintf(file.get(), "%08X\n", static_cast<unsigned int>(noteId)) >= 0;
+    const std::string line = FormatNarrow("%08X\n", static_cast<unsigned int>(noteId));
+    return file_system::Write(file.get(), line) == line.size();
   });
   const bool closed = CloseFile(std::move(file));
   if (linesWritten && closed) return true;
-  DeleteFileW(IdTablePath().c_str());
+  file_system::Delete(IdTablePath());
   return false;
 }
 

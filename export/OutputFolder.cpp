@@ -1,8 +1,7 @@
 #include "export/OutputFolder.h"
 
-#include <windows.h>
-
 #include "app/Settings.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 
 namespace larkspan {
@@ -10,7 +9,7 @@ namespace larkspan {
 void CreateOutputSubfolders() {
   if (!ProcessSettings().archive) return;
   for (const wchar_t* subfolder : output::kSubfolders) {
-    CreateDirectoryW(InOutputFolder(subfolder).c_str(), nullptr);
+    file_system::CreateFolder(InOutputFolder(subfolder));
   }
 }
 

@@ -10,6 +10,9 @@
 #include <string>
 
 #include "app/Settings.h"
+#include "dxl/DatabaseProperties.h"
+#include "dxl/StagedFile.h"
+#include "dxl/ViewExport.h"
 #include "export/DatabaseAudit.h"
 #include "export/ExporterSet.h"
 #include "export/FilePlacement.h"
@@ -38,7 +41,7 @@ class WorkerRun {
     if (!Prepare()) return;
     if (!ExportListedNotes(exporters_, database_, notes_, resumeNoteId_)) return;
     // After a crash on the last note no further export deletes what was left of that one.
-    DeleteUnfinishedExport();
+    DeleteStagedFile();
     AuditSizeAfter(databasePath_);
   }
 
@@ -47,7 +50,7 @@ class WorkerRun {
 
   bool Prepare() {
     if (!LocateLibrary() || !CreateExporters(exporters_) || !Open()) return false;
-    if (IsFirstWorker()) DoOncePerDatabaseWork();
+    if (IsFirstWorker() && !DoOncePerDatabaseWork()) return false;
     if (!MakeTable()) return false;
     return IsFirstWorker() ? ListNotes() : ReadList();
   }
@@ -83,14 +86,23 @@ class WorkerRun {
     return status.ok();
   }
 
-  void DoOncePerDatabaseWork() {
+  bool DoOncePerDatabaseWork() {
     AuditDatabase(database_);
     AuditSizeBefore(databasePath_);
     Progress(L"Exporting database properties");
-    // Here is the place of the properties document, db.dxl, whose failure ends the run.
+    if (!ExportProperties()) return false;
     ExportAcl();
     CreateOutputSubfolders();
     if (settings_.archive) DeleteUnidIndex();
+    return true;
+  }
+
+  bool ExportProperties() {
+    const Status status = ExportDatabaseProperties(database_);
+    if (!status.ok()) {
+      LogStatus(LogLevel::kError, L"Error exporting database properties (%s)", status);
+    }
+    return status.ok();
   }
 
   void ExportAcl() {
@@ -105,7 +117,7 @@ class WorkerRun {
   }
 
   bool ListNotes() {
-    // Here is the place of the views, which are exported in an archive before any note is listed.
+    if (settings_.archive && !settings_.noViews) ExportViews(functions_, database_);
     Progress(L"Scanning documents");
     if (!Search()) return false;
     if (!WriteIdTableFile(notes_)) {

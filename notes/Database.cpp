@@ -35,7 +35,6 @@ Status MakeNamesList(const std::string& name, MemoryObject& list) {
   return status;
 }
 
-using PathBuffer = std::array<char, kNotesPathCapacity>;
 using PathPartBuffer = std::array<char, 256>;
 
 std::string EndedText(const char* text, std::size_t capacity) {
@@ -64,16 +63,21 @@ Status OpenDatabaseFullAccess(const std::string& path, Database& database) {
   });
 }
 
+Status GetDatabasePath(const Database& database, std::string& path) {
+  std::array<char, kNotesPathCapacity> text{};
+  const Status status(notes_api::NSFDbPathGet(database.get(), text.data(), nullptr));
+  path = EndedText(text.data(), text.size() - 1);
+  return status;
+}
+
 DatabaseLocation GetDatabaseLocation(const Database& database) {
-  PathBuffer path{};
-  const Status status(notes_api::NSFDbPathGet(database.get(), path.data(), nullptr));
-  path.back() = '\0';
-  if (!status.ok()) return {};
+  std::string path;
+  if (!GetDatabasePath(database, path).ok()) return {};
   PathPartBuffer port{};
   PathPartBuffer server{};
   PathPartBuffer file{};
   const Status parsed(
-      notes_api::OSPathNetParse(path.data(), port.data(), server.data(), file.data()));
+      notes_api::OSPathNetParse(path.c_str(), port.data(), server.data(), file.data()));
   if (!parsed.ok()) return {};
   return {EndedText(server.data(), server.size()), EndedText(file.data(), file.size())};
 }

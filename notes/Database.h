@@ -16,6 +16,9 @@ Status OpenDatabase(const std::string& path, Database& database);
 // that holds the current user's.
 Status OpenDatabaseFullAccess(const std::string& path, Database& database);
 
+// The path of an open database as the library tells it, at most 1,023 bytes.
+Status GetDatabasePath(const Database& database, std::string& path);
+
 struct DatabaseLocation {
   std::string server;  // At most 255 bytes; empty for a local database.
   std::string file;    // At most 255 bytes.

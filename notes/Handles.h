@@ -38,6 +38,7 @@ using Note = UniqueHandle<notes_api::DHANDLE, ReleaseNote>;
 using IdTable = UniqueHandle<notes_api::DHANDLE, ReleaseIdTable>;
 using MemoryObject = UniqueHandle<notes_api::DHANDLE, ReleaseMemory>;
 using Exporter = UniqueHandle<notes_api::DHANDLE, ReleaseExporter>;
+using Collection = UniqueHandle<notes_api::HCOLLECTION, ReleaseCollection>;
 using KeyFile = UniqueHandle<notes_api::HKFC, ReleaseKeyFile>;
 
 }  // namespace larkspan

@@ -128,6 +128,19 @@ bool GetItemType(const Note& note, std::string_view name, std::uint16_t& type) {
   return true;
 }
 
+LockedItemValue::LockedItemValue(const Note& note, std::string_view name) {
+  ItemInfo info;
+  if (!GetItemInfo(note, name, info).ok()) return;
+  const auto* pool = static_cast<const std::byte*>(notes_api::OSLockObject(info.value.pool));
+  if (pool == nullptr) return;
+  pool_ = info.value.pool;
+  bytes_ = Bytes(pool + info.value.block, info.valueLength);
+}
+
+LockedItemValue::~LockedItemValue() {
+  if (pool_ != 0) notes_api::OSUnlockObject(pool_);
+}
+
 bool HasRichTextRecord(const Note& note, std::int16_t recordType) {
   ItemInfo info;
   for (Status status = GetFirstItem(note, info); status.ok(); status = GetNextItem(note, info)) {

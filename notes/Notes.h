@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ByteReader.h"
 #include "notes/Handles.h"
 #include "notes/Status.h"
 
@@ -36,6 +37,22 @@ bool HasItem(const Note& note, std::string_view name);
 
 // The data type of the item with this name; false when there is none.
 bool GetItemType(const Note& note, std::string_view name, std::uint16_t& type);
+
+// Keeps the value of a note's item locked for as long as it lives; the note must stay open.
+class LockedItemValue {
+ public:
+  LockedItemValue(const Note& note, std::string_view name);
+  ~LockedItemValue();
+  LockedItemValue(const LockedItemValue&) = delete;
+  LockedItemValue& operator=(const LockedItemValue&) = delete;
+
+  // The value, its type word included; empty when the note has no such item.
+  Bytes bytes() const { return bytes_; }
+
+ private:
+  notes_api::DHANDLE pool_ = 0;
+  Bytes bytes_;
+};
 
 // Whether a rich-text item of the note holds a record of this type. The items are walked until one
 // is found.

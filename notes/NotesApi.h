@@ -70,8 +70,8 @@ inline constexpr WORD kViewColumnFormat = 30;
 // Bit of the signal flags of NIFReadEntries: there is more to read.
 inline constexpr WORD kSignalMoreToDo = 0x20;
 
-// What the parts of a date-time are that it does not have.
-inline constexpr DWORD kNoTimePart = 0xFFFFFFFF;
+// What the extraction of a part gives for a date-time without it.
+inline constexpr DWORD kNoPart = 0xFFFFFFFF;
 
 // Word 0: hundredths of a second since midnight GMT, 0xFFFFFFFF without a time part. Word 1: low
 // 24 bits Julian day number, 0xFFFFFF without a date part; top byte zone and daylight bits.
@@ -193,6 +193,8 @@ LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL OSLoadString(DHANDLE module, STATU
                                                            WORD size);
 LARKSPAN_NOTES_ENTRY WORD LARKSPAN_NOTES_CALL OSTranslate(WORD mode, const char* in, WORD length,
                                                           char* out, WORD size);
+LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL OSGetEnvironmentString(const char* name, char* out,
+                                                                     WORD limit);
 LARKSPAN_NOTES_ENTRY void LARKSPAN_NOTES_CALL OSGetIntlSettings(IntlSettings* settings, WORD size);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL OSMemAlloc(WORD type, DWORD size, DHANDLE* memory);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL OSMemFree(DHANDLE memory);
@@ -240,6 +242,11 @@ LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbSpaceUsageScaled(DHANDLE da
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbQuotaGet(const char* path, QuotaInfo* quota);
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFDbGetModifiedNoteTable(
     DHANDLE database, WORD classMask, TIMEDATE since, TIMEDATE* until, DHANDLE* table);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NSFSearch(DHANDLE database, DHANDLE formula,
+                                                          char* viewTitle, WORD searchFlags,
+                                                          WORD classMask, TIMEDATE* since,
+                                                          SearchCallback callback, void* context,
+                                                          TIMEDATE* until);
 
 // ID tables.
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL IDCreateTable(DWORD flags, DHANDLE* table);
@@ -326,6 +333,22 @@ LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL TimeGMToLocalZone(TIME* time);
 LARKSPAN_NOTES_ENTRY BOOL LARKSPAN_NOTES_CALL TimeLocalToGM(TIME* time);
 LARKSPAN_NOTES_ENTRY DWORD LARKSPAN_NOTES_CALL TimeExtractJulianDate(const TIMEDATE* time);
 LARKSPAN_NOTES_ENTRY DWORD LARKSPAN_NOTES_CALL TimeExtractTicks(const TIMEDATE* time);
+
+// Directory. Lists of names, name spaces or items are texts one after another, each ended with NUL.
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NAMELookup(const char* server, WORD flags,
+                                                           WORD nameSpaceCount,
+                                                           const char* nameSpaces, WORD nameCount,
+                                                           const char* names, WORD itemCount,
+                                                           const char* items, DHANDLE* result);
+LARKSPAN_NOTES_ENTRY void* LARKSPAN_NOTES_CALL NAMELocateNextName(void* result, void* previousName,
+                                                                  WORD* matches);
+LARKSPAN_NOTES_ENTRY void* LARKSPAN_NOTES_CALL NAMELocateNextMatch(void* result, void* name,
+                                                                   void* previousMatch);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL NAMEGetTextItem(void* match, WORD item, WORD member,
+                                                                char* out, WORD limit);
+LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL DNAbbreviate(DWORD flags, const char* nameTemplate,
+                                                             const char* name, char* out,
+                                                             WORD limit, WORD* length);
 
 #ifdef LARKSPAN_NOTES_IMPLEMENTATION
 LARKSPAN_NOTES_ENTRY STATUS LARKSPAN_NOTES_CALL

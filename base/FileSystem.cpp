@@ -1,0 +1,31 @@
+#include "base/FileSystem.h"
+
+#include "base/SystemFiles.h"
+
+namespace larkspan::file_system {
+
+std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
+  return system_files::Open(path, mode);
+}
+
+std::size_t Write(std::FILE* file, std::string_view bytes) {
+  return system_files::Write(file, bytes);
+}
+
+bool Close(std::FILE* file) { return system_files::Close(file); }
+
+bool Append(const std::wstring& path, std::string_view bytes) {
+  return system_files::Append(path, bytes);
+}
+
+bool Delete(const std::wstring& path) { return system_files::Delete(path); }
+
+std::FILE* OpenTemporary() { return system_files::OpenTemporary(); }
+
+bool Move(const std::wstring& from, const std::wstring& to, Earlier earlier) {
+  return system_files::Move(from, to, earlier);
+}
+
+bool CreateFolder(const std::wstring& path) { return system_files::CreateFolder(path); }
+
+}  // namespace larkspan::file_system

@@ -1,0 +1,43 @@
+// The one door through which the program's own files are opened, written, closed, deleted, moved
+// and their folders made. The product and the tests link different rooms behind it: the product's
+// passes every call on to the system, that of the tests can let a call fail as a full disk or
+// another program would. Any thread may call.
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace larkspan::file_system {
+
+// Opens a stream in a mode of the C runtime; null on failure, with the reason in errno.
+std::FILE* Open(const std::wstring& path, const wchar_t* mode);
+
+// Writes bytes, of which a stream in text mode makes its line ends. Returns how many were taken;
+// when that is fewer than given, errno has the reason.
+std::size_t Write(std::FILE* file, std::string_view bytes);
+
+// Closes the stream, whatever comes of it. False, with the reason in errno, when not all that was
+// ever written to it has reached the file.
+bool Close(std::FILE* file);
+
+// Appends bytes as they are to a file, which is made when missing, in one piece whatever other
+// threads and processes append to it. False when the file cannot be opened or not all is written;
+// what was written by then stays.
+bool Append(const std::wstring& path, std::string_view bytes);
+
+// Makes an empty file without a name, open for reading and writing in binary mode. It lies in the
+// user's folder for temporary files, nobody else can open it, and it is gone when it is closed or
+// the process ends, in whatever way. Null on failure.
+std::FILE* OpenTemporary();
+
+// What becomes of a file that has the new name of a moved one: where it stays, the move fails.
+enum class Earlier { kStays, kIsReplaced };
+
+// False on failure, with the reason in GetLastError.
+bool Delete(const std::wstring& path);
+bool Move(const std::wstring& from, const std::wstring& to, Earlier earlier);
+bool CreateFolder(const std::wstring& path);
+
+}  // namespace larkspan::file_system

@@ -1,0 +1,86 @@
+// The system's own calls behind base/FileSystem.h, function by function. They are inline, so that
+// the door costs the product nothing.
+#pragma once
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "base/FileSystem.h"
+
+namespace larkspan::system_files {
+
+inline std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
+  return _wfopen(path.c_str(), mode);
+}
+
+// The C runtime's own temporary files lie in the root of the drive, where an ordinary user may not
+// write. This one is made with its name and then opened anew, to be deleted when it is closed.
+inline HANDLE CreateTemporary() {
+  std::array<wchar_t, MAX_PATH + 1> folder{};
+  std::array<wchar_t, MAX_PATH> path{};
+  if (GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()) == 0 ||
+      GetTempFileNameW(folder.data(), L"lks", 0, path.data()) == 0) {
+    return INVALID_HANDLE_VALUE;
+  }
+  return CreateFileW(path.data(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
+                     FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+}
+
+// A handle that became a descriptor, and a descriptor that became a stream, are closed with it.
+inline std::FILE* OpenTemporary() {
+  const HANDLE handle = CreateTemporary();
+  if (handle == INVALID_HANDLE_VALUE) return nullptr;
+  const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
+  if (descriptor == -1) {
+    CloseHandle(handle);
+    return nullptr;
+  }
+  std::FILE* const file = _fdopen(descriptor, "w+b");
+  if (file == nullptr) _close(descriptor);
+  return file;
+}
+
+inline std::size_t Write(std::FILE* file, std::string_view bytes) {
+  return std::fwrite(bytes.data(), 1, bytes.size(), file);
+}
+
+inline bool Close(std::FILE* file) {
+  const bool written = std::ferror(file) == 0;
+  return std::fclose(file) == 0 && written;
+}
+
+// Not every file system appends in one piece, so the threads of this process take turns.
+inline bool Append(const std::wstring& path, std::string_view bytes) {
+  static std::mutex turn;
+  const std::lock_guard lock(turn);
+  const HANDLE file =
+      CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  DWORD written = 0;
+  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  return CloseHandle(file) != 0 && written == bytes.size();
+}
+
+inline bool Delete(const std::wstring& path) { return DeleteFileW(path.c_str()) != 0; }
+
+inline bool Move(const std::wstring& from, const std::wstring& to, file_system::Earlier earlier) {
+  const DWORD replacing =
+      earlier == file_system::Earlier::kIsReplaced ? MOVEFILE_REPLACE_EXISTING : 0;
+  return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED | replacing) != 0;
+}
+
+inline bool CreateFolder(const std::wstring& path) {
+  return CreateDirectoryW(path.c_str(), nullptr) != 0;
+}
+
+}  // namespace larkspan::system_files

@@ -1,0 +1,33 @@
+// temp.tmp of the output folder: every DXL and XML file is written there first and gets its final
+// name when it is complete, so that a run that dies at any moment leaves no half file under a final
+// name. Deleting and moving are each attempted five times, a second apart, with a DEBUG line for
+// each retry: virus scanners and indexers hold new files open for moments. One file at a time, main
+// thread.
+#pragma once
+
+#include <string>
+
+#include "base/FileSystem.h"
+#include "notes/Status.h"
+
+namespace larkspan {
+
+// Results of our own that travel where a status of the library does.
+inline constexpr Status kTemporaryFileNotDeleted{260};
+inline constexpr Status kFileNotMoved{264};
+inline constexpr Status kOutputNotWritten{270};
+
+// The full path of temp.tmp.
+std::wstring StagedFilePath();
+
+// Deletes what was left of an earlier file; a missing one is no error. Logs a final failure.
+Status ClearStagedFile();
+
+// Deletes it in one attempt, and says nothing of a failure.
+void DeleteStagedFile();
+
+// Moves the complete file to its final path. Where an earlier file has that name and is to stay,
+// the move fails. After a final failure, which is logged, temp.tmp is deleted.
+Status PlaceStagedFile(const std::wstring& path, file_system::Earlier earlier);
+
+}  // namespace larkspan

@@ -1,0 +1,77 @@
+#include "dxl/ViewEntryElement.h"
+
+#include <array>
+#include <cstdio>
+
+#include "dxl/ItemValue.h"
+#include "notes/Summary.h"
+
+namespace larkspan {
+
+namespace {
+
+using tinyxml2::XMLPrinter;
+
+enum class EntryKind { kDocument, kPartial, kCategory, kTotal };
+
+EntryKind KindOf(const ViewEntry& entry) {
+  constexpr int kTopTwoBits = 30;
+  return static_cast<EntryKind>(entry.noteId >> kTopTwoBits);
+}
+
+const char* ElementOf(EntryKind kind) {
+  constexpr std::array kElements = {"document", "partial", "category", "total"};
+  return kElements[static_cast<std::size_t>(kind)];
+}
+
+// The library looks for the item behind lengths that it trusts, so a summary that is damaged is
+// kept from it.
+bool IsConflict(const Summary& summary) {
+  SummaryValue value;
+  return summary.isWhole && FindSummaryValue(summary.bytes, "$Conflict", value);
+}
+
+void PushFormatted(XMLPrinter& printer, const char* attribute, const char* format,
+                   unsigned int number) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), format, number);
+  printer.PushAttribute(attribute, text.data());
+}
+
+void WriteAttributes(XMLPrinter& printer, const ViewEntry& entry) {
+  if (KindOf(entry) == EntryKind::kDocument) PushFormatted(printer, "noteId", "%08X", entry.noteId);
+  if (entry.indent != 0) PushFormatted(printer, "indent", "%u", entry.indent);
+  if (IsConflict(entry.summary)) printer.PushAttribute("conflict", "true");
+}
+
+void WriteValue(XMLPrinter& printer, Bytes value) {
+  printer.OpenElement("value");
+  WriteItemValue(printer, value);
+  printer.CloseElement();
+}
+
+void WriteValues(XMLPrinter& printer, const ViewEntry& entry, const ViewColumns& columns) {
+  auto value = entry.summary.values.begin();
+  const auto end = entry.summary.values.end();
+  for (const ColumnConstant& constant : columns) {
+    if (value == end && KindOf(entry) != EntryKind::kDocument) return;
+    if (!constant.empty()) {
+      WriteValue(printer, constant);
+    } else if (value == end) {
+      return;
+    } else {
+      WriteValue(printer, *value++);
+    }
+  }
+}
+
+}  // namespace
+
+void WriteViewEntry(XMLPrinter& printer, const ViewEntry& entry, const ViewColumns& columns) {
+  printer.OpenElement(ElementOf(KindOf(entry)));
+  WriteAttributes(printer, entry);
+  WriteValues(printer, entry, columns);
+  printer.CloseElement();
+}
+
+}  // namespace larkspan

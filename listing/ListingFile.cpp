@@ -1,0 +1,26 @@
+#include "listing/ListingFile.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "app/Settings.h"
+#include "base/FileSystem.h"
+
+namespace larkspan {
+
+// Without a buffer, each line is on its way when it is written.
+bool ListingFile::Open(std::wstring_view name) {
+  file_ = OpenFile(InOutputFolder(name), L"w");
+  if (!file_) return false;
+  std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+  return true;
+}
+
+void ListingFile::WriteLine(std::string_view line) {
+  const std::string bytes = std::string(line) + '\n';
+  if (file_system::Write(file_.get(), bytes) < bytes.size()) isWritten_ = false;
+}
+
+bool ListingFile::Close() { return CloseFile(std::move(file_)) && isWritten_; }
+
+}  // namespace larkspan

@@ -1,0 +1,30 @@
+// A text file of lines in the output folder, as the listing modes write it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/File.h"
+
+namespace larkspan {
+
+// Each line is on disk, whole, before the next is begun, so that a library that ends the process
+// leaves no half line.
+class ListingFile {
+ public:
+  // Opens the file of the output folder with this name, which begins with a backslash, in place of
+  // an earlier one. False when that fails.
+  bool Open(std::wstring_view name);
+
+  // Writes a line, which has no line end of its own. What fails is told by Close.
+  void WriteLine(std::string_view line);
+
+  // Whether every line has reached the file.
+  bool Close();
+
+ private:
+  UniqueFile file_;
+  bool isWritten_ = true;
+};
+
+}  // namespace larkspan

@@ -1,0 +1,51 @@
+#include "listing/ListingRun.h"
+
+#include <windows.h>
+
+#include "notes/Identity.h"
+#include "notes/Runtime.h"
+#include "report/RunLog.h"
+
+namespace larkspan {
+
+namespace {
+
+using List = std::function<void(ListingFile&)>;
+
+void SwitchIdAndList(ListingFile& file, const List& list) {
+  const Status status = SwitchId();
+  if (status.ok()) {
+    list(file);
+  } else {
+    LogStatus(LogLevel::kError, L"Unable to switch id (%s)", status);
+  }
+}
+
+void StartAndList(ListingFile& file, const List& list) {
+  const Status status = StartNotesRuntime();
+  if (!status.ok()) {
+    LogError(L"Notes initialization failed (%X)", static_cast<unsigned int>(status.code()));
+    return;
+  }
+  try {
+    SwitchIdAndList(file, list);
+  } catch (...) {
+    LogDebug(L"Exiting via catch-all handler");
+  }
+  EndNotesRuntime();
+}
+
+}  // namespace
+
+void RunListing(const wchar_t* fileName, const List& list) {
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  ListingFile file;
+  if (!file.Open(fileName)) {
+    LogError(L"Unable to open output file");
+    return;
+  }
+  StartAndList(file, list);
+  if (!file.Close()) LogError(L"Unable to write output file");
+}
+
+}  // namespace larkspan

@@ -1,0 +1,15 @@
+// What the listing modes share: the file, the runtime and the ID around what they list.
+#pragma once
+
+#include <functional>
+
+#include "listing/ListingFile.h"
+
+namespace larkspan {
+
+// Opens the listing's file, starts the Notes runtime, switches to the ID file of the settings, runs
+// the listing, ends the runtime and closes the file. What fails is logged and leaves out the rest;
+// the file keeps what was written. No fault dialog is shown from here on. Lets no exception out.
+void RunListing(const wchar_t* fileName, const std::function<void(ListingFile&)>& list);
+
+}  // namespace larkspan

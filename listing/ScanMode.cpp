@@ -1,0 +1,49 @@
+#include "listing/ScanMode.h"
+
+#include <string>
+
+#include "app/Settings.h"
+#include "base/OutputPaths.h"
+#include "listing/ListingRun.h"
+#include "listing/ScanLine.h"
+#include "notes/Database.h"
+#include "notes/DirectorySearch.h"
+#include "notes/Text.h"
+#include "report/RunLog.h"
+
+namespace larkspan {
+
+namespace {
+
+// The root of a data directory: of this machine, or of a server.
+std::wstring DirectoryPath() {
+  const std::wstring& server = ProcessSettings().server;
+  return server == L"<Local>" ? L"" : server + L"!!";
+}
+
+// The server of the directory's path, or the whole path where it names none.
+std::string ServerOf(const Database& directory) {
+  std::string path;
+  if (!GetDatabasePath(directory, path).ok()) return {};
+  return path.substr(0, path.find("!!"));
+}
+
+void ListDirectory(ListingFile& file) {
+  Database directory;
+  const Status status = OpenDatabase(WideToNotes(DirectoryPath()), directory);
+  if (!status.ok()) {
+    LogStatus(LogLevel::kError, L"Error opening root directory (%s)", status);
+    return;
+  }
+  file.WriteLine(ServerOf(directory));
+  SearchDirectory(directory,
+                  [&](const notes_api::SearchMatch& match, const notes_api::ItemTable& summary) {
+                    WriteScanLine(file, match, summary);
+                  });
+}
+
+}  // namespace
+
+void RunScanMode() { RunListing(output::kScan, ListDirectory); }
+
+}  // namespace larkspan

@@ -1,0 +1,72 @@
+#include "notes/Properties.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+
+namespace larkspan {
+
+namespace {
+
+using notes_api::DWORD;
+
+// The limit of a parsed field may be exceeded by its NUL.
+constexpr std::size_t kCapacity = 1024;
+constexpr std::size_t kFieldLimit = kCapacity - 1;
+using TextBuffer = std::array<char, kCapacity>;
+
+std::string ParseField(const char* info, notes_api::WORD field, notes_api::WORD limit) {
+  TextBuffer text{};
+  notes_api::NSFDbInfoParse(info, field, text.data(), limit);
+  return std::string(text.data(), strnlen(text.data(), kFieldLimit));
+}
+
+std::uint32_t Kilobytes(std::uint64_t granules, DWORD granuleBytes) {
+  constexpr std::uint64_t kBytesPerKilobyte = 1024;
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::min(granules * granuleBytes / kBytesPerKilobyte, kMost));
+}
+
+}  // namespace
+
+Status GetReplicaId(const Database& database, notes_api::DatabaseId& id) {
+  notes_api::ReplicaInfo info{};
+  const Status status(notes_api::NSFDbReplicaInfoGet(database.get(), &info));
+  id = info.replicaId;
+  return status;
+}
+
+Status GetDatabaseTitles(const Database& database, DatabaseTitles& titles) {
+  TextBuffer info{};
+  const Status status(notes_api::NSFDbInfoGet(database.get(), info.data()));
+  if (!status.ok()) return status;
+  titles = {ParseField(info.data(), notes_api::kInfoTitle, kFieldLimit),
+            ParseField(info.data(), notes_api::kInfoCategories, kFieldLimit)};
+  return status;
+}
+
+std::string ParseTitle(const char* info, std::uint16_t limit) {
+  return ParseField(info, notes_api::kInfoTitle, limit);
+}
+
+Status GetDatabaseId(const Database& database, notes_api::DatabaseId& id) {
+  return Status(notes_api::NSFDbIDGet(database.get(), &id));
+}
+
+Status GetSpaceUsage(const Database& database, SpaceUsage& usage) {
+  DWORD allocated = 0;
+  DWORD unused = 0;
+  DWORD granuleBytes = 0;
+  const Status status(
+      notes_api::NSFDbSpaceUsageScaled(database.get(), &allocated, &unused, &granuleBytes));
+  usage = {Kilobytes(allocated, granuleBytes),
+           Kilobytes(allocated - std::min(allocated, unused), granuleBytes)};
+  return status;
+}
+
+Status GetModifiedTimes(const Database& database, ModifiedTimes& times) {
+  return Status(notes_api::NSFDbModifiedTime(database.get(), &times.data, &times.other));
+}
+
+}  // namespace larkspan

@@ -1,0 +1,130 @@
+// The tests' room behind the door to files: each operation first asks the plan, then the system.
+// A stream whose write failed fails its close too, as it does in the C runtime.
+#include <windows.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "base/FileSystem.h"
+#include "base/SystemFiles.h"
+#include "tests/faults/FileFaults.h"
+
+namespace larkspan::file_system {
+
+namespace {
+
+using testing::CountFileOperation;
+using testing::FileError;
+using testing::FileNameOf;
+
+constexpr char kTemporaryFile[] = "(temporary)";
+
+struct Stream {
+  std::string name;
+  std::optional<FileError> failure;
+};
+
+// The open streams. One that was opened elsewhere has no name.
+class Streams {
+ public:
+  void Add(std::FILE* file, Stream stream) {
+    const std::lock_guard lock(mutex_);
+    streams_[file] = std::move(stream);
+  }
+  Stream Get(std::FILE* file) {
+    const std::lock_guard lock(mutex_);
+    return streams_[file];
+  }
+  Stream Take(std::FILE* file) {
+    const std::lock_guard lock(mutex_);
+    Stream stream = std::move(streams_[file]);
+    streams_.erase(file);
+    return stream;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::map<std::FILE*, Stream> streams_;
+};
+
+Streams& OpenStreams() {
+  static Streams& streams = *new Streams;
+  return streams;
+}
+
+void Fail(const FileError& error) {
+  errno = error.runtimeError;
+  SetLastError(error.systemError);
+}
+
+// Counts an operation that has nothing to do but fail.
+bool Fails(const std::string& operation, const std::string& file) {
+  const auto fault = CountFileOperation(operation, file);
+  if (fault) Fail(fault->error);
+  return fault.has_value();
+}
+
+}  // namespace
+
+std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
+  const std::string name = FileNameOf(path);
+  if (Fails("open", name)) return nullptr;
+  std::FILE* const file = system_files::Open(path, mode);
+  if (file != nullptr) OpenStreams().Add(file, {name, std::nullopt});
+  return file;
+}
+
+// What is written into it does not pass the door, so a fault of its writes opens a stream that
+// takes none.
+std::FILE* OpenTemporary() {
+  if (Fails("open", kTemporaryFile)) return nullptr;
+  if (CountFileOperation("write", kTemporaryFile)) return _wfopen(L"NUL", L"rb");
+  return system_files::OpenTemporary();
+}
+
+std::size_t Write(std::FILE* file, std::string_view bytes) {
+  Stream stream = OpenStreams().Get(file);
+  const auto fault = CountFileOperation("write", stream.name);
+  if (!fault) return system_files::Write(file, bytes);
+  const std::size_t written = system_files::Write(file, bytes.substr(0, fault->bytes));
+  stream.failure = fault->error;
+  OpenStreams().Add(file, stream);
+  Fail(fault->error);
+  return written;
+}
+
+bool Close(std::FILE* file) {
+  Stream stream = OpenStreams().Take(file);
+  if (const auto fault = CountFileOperation("close", stream.name)) stream.failure = fault->error;
+  const bool closed = system_files::Close(file);
+  if (stream.failure) Fail(*stream.failure);
+  return closed && !stream.failure;
+}
+
+bool Append(const std::wstring& path, std::string_view bytes) {
+  const std::string name = FileNameOf(path);
+  if (Fails("open", name)) return false;
+  auto failure = CountFileOperation("write", name);
+  const bool appended =
+      system_files::Append(path, failure ? bytes.substr(0, failure->bytes) : bytes);
+  if (const auto closing = CountFileOperation("close", name)) failure = closing;
+  if (failure) Fail(failure->error);
+  return appended && !failure;
+}
+
+bool Delete(const std::wstring& path) {
+  return !Fails("delete", FileNameOf(path)) && system_files::Delete(path);
+}
+
+bool Move(const std::wstring& from, const std::wstring& to, Earlier earlier) {
+  return !Fails("move", FileNameOf(to)) && system_files::Move(from, to, earlier);
+}
+
+bool CreateFolder(const std::wstring& path) {
+  return !Fails("folder", FileNameOf(path)) && system_files::CreateFolder(path);
+}
+
+}  // namespace larkspan::file_system
