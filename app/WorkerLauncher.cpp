@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <array>
+#include <utility>
 
 namespace larkspan {
 
@@ -27,13 +28,17 @@ WorkerEnding WaitForEnd(const PROCESS_INFORMATION& process) {
 
 }  // namespace
 
+ProcessLauncher::ProcessLauncher() : ProcessLauncher(OwnPath()) {}
+
+ProcessLauncher::ProcessLauncher(std::wstring program) : program_(std::move(program)) {}
+
 WorkerEnding ProcessLauncher::RunToEnd(const std::wstring& commandLine) {
   constexpr BOOL kInheritHandles = TRUE;
   std::wstring writableCommandLine = commandLine;
   STARTUPINFOW startup{};
   PROCESS_INFORMATION process{};
   const BOOL created =
-      CreateProcessW(OwnPath().c_str(), writableCommandLine.data(), nullptr, nullptr,
+      CreateProcessW(program_.c_str(), writableCommandLine.data(), nullptr, nullptr,
                      kInheritHandles, 0, nullptr, nullptr, &startup, &process);
   if (!created) return {WorkerEnding::Kind::kNotCreated, GetLastError()};
   return WaitForEnd(process);

@@ -27,7 +27,16 @@ class WorkerLauncher {
 // current folder and its standard streams.
 class ProcessLauncher : public WorkerLauncher {
  public:
+  // Starts this program's own file.
+  ProcessLauncher();
+
+  // Starts that file.
+  explicit ProcessLauncher(std::wstring program);
+
   WorkerEnding RunToEnd(const std::wstring& commandLine) override;
+
+ private:
+  std::wstring program_;
 };
 
 }  // namespace larkspan

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/EarlierFile.h"
+
 namespace larkspan::file_system {
 
 // Opens a stream in a mode of the C runtime; null on failure, with the reason in errno.
@@ -31,9 +33,6 @@ bool Append(const std::wstring& path, std::string_view bytes);
 // user's folder for temporary files, nobody else can open it, and it is gone when it is closed or
 // the process ends, in whatever way. Null on failure.
 std::FILE* OpenTemporary();
-
-// What becomes of a file that has the new name of a moved one: where it stays, the move fails.
-enum class Earlier { kStays, kIsReplaced };
 
 // False on failure, with the reason in GetLastError.
 bool Delete(const std::wstring& path);

@@ -10,11 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <mutex>
 #include <string>
 #include <string_view>
 
-#include "base/FileSystem.h"
+#include "base/EarlierFile.h"
 
 namespace larkspan::system_files {
 
@@ -58,10 +57,7 @@ inline bool Close(std::FILE* file) {
   return std::fclose(file) == 0 && written;
 }
 
-// Not every file system appends in one piece, so the threads of this process take turns.
 inline bool Append(const std::wstring& path, std::string_view bytes) {
-  static std::mutex turn;
-  const std::lock_guard lock(turn);
   const HANDLE file =
       CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                   OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -15,10 +15,10 @@ using TimeText = std::array<char, 100>;
 TimeText FormatDateTime(const notes_api::TIMEDATE& time) {
   const CalendarTime at = ToUniversalTime(time);
   TimeText text{};
-  if (JulianDay(time) == notes_api::kNoPart) {
+  if (JulianDay(time) == notes_api::kNoTimePart) {
     std::snprintf(text.data(), text.size(), "T%02d%02d%02d,%02d", at.hour, at.minute, at.second,
                   at.hundredth);
-  } else if (TimeOfDay(time) == notes_api::kNoPart) {
+  } else if (TimeOfDay(time) == notes_api::kNoTimePart) {
     std::snprintf(text.data(), text.size(), "%04d%02d%02d", at.year, at.month, at.day);
   } else {
     std::snprintf(text.data(), text.size(), "%04d%02d%02dT%02d%02d%02d,%02d+00", at.year, at.month,

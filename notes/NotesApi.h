@@ -70,8 +70,9 @@ inline constexpr WORD kViewColumnFormat = 30;
 // Bit of the signal flags of NIFReadEntries: there is more to read.
 inline constexpr WORD kSignalMoreToDo = 0x20;
 
-// What the extraction of a part gives for a date-time without it.
-inline constexpr DWORD kNoPart = 0xFFFFFFFF;
+// What the time part is of a date-time without one, and what an extraction gives for a missing
+// part.
+inline constexpr DWORD kNoTimePart = 0xFFFFFFFF;
 
 // Word 0: hundredths of a second since midnight GMT, 0xFFFFFFFF without a time part. Word 1: low
 // 24 bits Julian day number, 0xFFFFFF without a date part; top byte zone and daylight bits.

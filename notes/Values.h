@@ -31,7 +31,7 @@ struct CalendarTime {
 // the date-time does not have are the library's choice.
 CalendarTime ToUniversalTime(const notes_api::TIMEDATE& time);
 
-// The Julian day number, and hundredths of a second since midnight; notes_api::kNoPart without that
+// The Julian day number, and hundredths of a second since midnight; notes_api::kNoTimePart without that
 // part.
 std::uint32_t JulianDay(const notes_api::TIMEDATE& time);
 std::uint32_t TimeOfDay(const notes_api::TIMEDATE& time);

@@ -16,10 +16,6 @@ namespace larkspan::file_system {
 
 namespace {
 
-using testing::CountFileOperation;
-using testing::FileError;
-using testing::FileNameOf;
-
 constexpr char kTemporaryFile[] = "(temporary)";
 
 struct Stream {
@@ -90,8 +86,10 @@ std::size_t Write(std::FILE* file, std::string_view bytes) {
   const auto fault = CountFileOperation("write", stream.name);
   if (!fault) return system_files::Write(file, bytes);
   const std::size_t written = system_files::Write(file, bytes.substr(0, fault->bytes));
-  stream.failure = fault->error;
-  OpenStreams().Add(file, stream);
+  if (fault->error.runtimeError != 0) {
+    stream.failure = fault->error;
+    OpenStreams().Add(file, stream);
+  }
   Fail(fault->error);
   return written;
 }

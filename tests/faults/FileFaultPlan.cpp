@@ -13,18 +13,21 @@
 
 #include "base/Utf8.h"
 
-namespace larkspan::testing {
+namespace larkspan {
 
 namespace {
 
 const std::set<std::string> kOperations = {"open", "write", "close", "delete", "move", "folder"};
+
+constexpr char kNoError[] = "noError";
 
 const std::map<std::string, FileError> kErrors = {
     {"diskFull", {ENOSPC, ERROR_DISK_FULL}},
     {"sharingViolation", {EACCES, ERROR_SHARING_VIOLATION}},
     {"accessDenied", {EACCES, ERROR_ACCESS_DENIED}},
     {"fileNotFound", {ENOENT, ERROR_FILE_NOT_FOUND}},
-    {"pathNotFound", {ENOENT, ERROR_PATH_NOT_FOUND}}};
+    {"pathNotFound", {ENOENT, ERROR_PATH_NOT_FOUND}},
+    {kNoError, {}}};
 
 std::string LowerCase(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
@@ -57,8 +60,11 @@ void ReadCalls(const std::string& calls, FileFault& fault) {
 
 FileFault ReadFault(const std::vector<std::string>& words) {
   if (words.size() < 4 || words.size() > 5 || !kOperations.contains(words[0]) ||
-      !kErrors.contains(words[3]) || (words.size() == 5 && words[0] != "write")) {
+      !kErrors.contains(words[3])) {
     throw std::invalid_argument("no fault");
+  }
+  if (words[0] != "write" && (words.size() == 5 || words[3] == kNoError)) {
+    throw std::invalid_argument("for a write only");
   }
   FileFault fault{
       .operation = words[0], .file = LowerCase(words[1]), .error = kErrors.at(words[3])};
@@ -95,4 +101,4 @@ std::string FileNameOf(std::wstring_view path) {
       WideToUtf8(separator == std::wstring_view::npos ? path : path.substr(separator + 1)));
 }
 
-}  // namespace larkspan::testing
+}  // namespace larkspan

@@ -11,7 +11,8 @@
 //   CALLS      which of the process's calls of this operation for such a file fail, counted from
 //              1: "3", "2-4", "5-" for all from the fifth on, or * for all.
 //   ERROR      diskFull, sharingViolation, accessDenied, fileNotFound or pathNotFound: what errno
-//              and GetLastError then say.
+//              and GetLastError then say. noError, for a write, is a short one that sets no error,
+//              so that the close succeeds.
 //   BYTES      for a write: how many bytes are written nevertheless; 0 when left out.
 //
 //   write temp.tmp 2 diskFull 10; delete temp.tmp 1-4 sharingViolation
@@ -22,7 +23,7 @@
 #include <string_view>
 #include <vector>
 
-namespace larkspan::testing {
+namespace larkspan {
 
 // What a failing operation leaves in errno and in GetLastError.
 struct FileError {
@@ -45,4 +46,4 @@ std::vector<FileFault> ParseFileFaultPlan(const std::string& plan);
 // The last component of a path, in lower case and UTF-8.
 std::string FileNameOf(std::wstring_view path);
 
-}  // namespace larkspan::testing
+}  // namespace larkspan

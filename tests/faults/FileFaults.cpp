@@ -8,7 +8,7 @@
 
 #include "base/Utf8.h"
 
-namespace larkspan::testing {
+namespace larkspan {
 
 namespace {
 
@@ -95,4 +95,4 @@ std::optional<FileFault> CountFileOperation(const std::string& operation, const 
   return struck;
 }
 
-}  // namespace larkspan::testing
+}  // namespace larkspan

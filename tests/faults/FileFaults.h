@@ -9,7 +9,7 @@
 
 #include "tests/faults/FileFaultPlan.h"
 
-namespace larkspan::testing {
+namespace larkspan {
 
 // The environment variable with the plan of a process; it is read at the first file operation.
 // Workers get it from their supervisor, and each process counts its own calls.
@@ -36,4 +36,4 @@ class FileFaults {
 // the plan has for it. Any thread may call.
 std::optional<FileFault> CountFileOperation(const std::string& operation, const std::string& file);
 
-}  // namespace larkspan::testing
+}  // namespace larkspan

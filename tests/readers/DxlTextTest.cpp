@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,8 @@ struct Case {
   std::string_view utf8;
   std::string expected;
 };
+
+void PrintTo(const Case& test, std::ostream* out) { *out << test.expected; }
 
 class DxlTextTest : public testing::TestWithParam<Case> {};
 

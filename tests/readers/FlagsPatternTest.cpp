@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string_view>
 
 namespace larkspan {
@@ -13,6 +14,10 @@ struct Case {
   std::string_view pattern;
   bool matches;
 };
+
+void PrintTo(const Case& test, std::ostream* out) {
+  *out << test.flags << " against " << test.pattern;
+}
 
 class FlagsPatternTest : public testing::TestWithParam<Case> {};
 

@@ -36,9 +36,9 @@ void** FindSlot(const IMAGE_IMPORT_DESCRIPTOR& library, const char* name) {
   return nullptr;
 }
 
-void** FindSlot(const char* name) {
+void** FindSlot(const char* libraryName, const char* name) {
   for (const auto* library = FirstImportedLibrary(); library->Name != 0; ++library) {
-    if (_stricmp(At<char>(library->Name), "nnotes.dll") != 0) continue;
+    if (_stricmp(At<char>(library->Name), libraryName) != 0) continue;
     if (void** const slot = FindSlot(*library, name); slot != nullptr) return slot;
   }
   throw std::runtime_error("the program does not import this entry point");
@@ -55,8 +55,8 @@ void* Exchange(void** slot, void* function) {
 
 }  // namespace
 
-ReplacedEntryPoint::ReplacedEntryPoint(const char* name, void* function)
-    : slot_(FindSlot(name)), original_(Exchange(slot_, function)) {}
+ReplacedEntryPoint::ReplacedEntryPoint(const char* library, const char* name, void* function)
+    : slot_(FindSlot(library, name)), original_(Exchange(slot_, function)) {}
 
 ReplacedEntryPoint::~ReplacedEntryPoint() { Exchange(slot_, original_); }
 

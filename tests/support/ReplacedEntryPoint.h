@@ -1,17 +1,21 @@
-// Calls of the Notes library that a test answers by itself.
+// Calls of the Notes library, or of the system, that a test answers by itself.
 #pragma once
 
 namespace larkspan {
 
 // Puts a function of the test in the place of an entry point that this program imports from the
-// Notes library, for as long as it lives. Throws when the program does not import the name.
-// The function must have the entry point's own type; Original() gives the library's own.
+// Notes library, or from the library that is named, for as long as it lives. Throws when the
+// program does not import the name. The function must have the entry point's own type; Original()
+// gives the library's own.
 class ReplacedEntryPoint {
  public:
   template <typename Function>
   ReplacedEntryPoint(const char* name, Function* function)
-      : ReplacedEntryPoint(name, reinterpret_cast<void*>(function)) {}
-  ReplacedEntryPoint(const char* name, void* function);
+      : ReplacedEntryPoint("nnotes.dll", name, function) {}
+  template <typename Function>
+  ReplacedEntryPoint(const char* library, const char* name, Function* function)
+      : ReplacedEntryPoint(library, name, reinterpret_cast<void*>(function)) {}
+  ReplacedEntryPoint(const char* library, const char* name, void* function);
   ~ReplacedEntryPoint();
   ReplacedEntryPoint(const ReplacedEntryPoint&) = delete;
   ReplacedEntryPoint& operator=(const ReplacedEntryPoint&) = delete;

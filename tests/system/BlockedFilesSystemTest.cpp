@@ -10,25 +10,6 @@ namespace {
 class BlockedFilesSystemTest : public SystemTest {
  protected:
   BlockedFilesSystemTest() { run_.AddDatabase(L"x.nsf", DocumentsJson(1)); }
-
-  std::wstring Path(const std::wstring& name) const { return run_.output() + L"\\" + name; }
-
-  // Creates the file and keeps every other program from opening or deleting it.
-  UniqueSystemHandle Hold(const std::wstring& name) const {
-    const HANDLE file = CreateFileW(Path(name).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    EXPECT_NE(file, INVALID_HANDLE_VALUE);
-    return UniqueSystemHandle(file);
-  }
-
-  // Waits until the log holds the line. The log exists from the supervisor's first line on.
-  void AwaitLogLine(const std::string& line) const {
-    for (int i = 0; i < 3000; ++i) {
-      if (run_.HasOutputFile(L"log.txt") && run_.Log().find(line) != std::string::npos) return;
-      Sleep(10);
-    }
-    ADD_FAILURE() << "the log never held: " << line;
-  }
 };
 
 TEST_F(BlockedFilesSystemTest, ALogThatCannotBeOpenedMakesLoggingSilent) {

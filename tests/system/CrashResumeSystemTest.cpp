@@ -112,6 +112,7 @@ TEST_F(CrashResumeSystemTest, TheNextWorkerSendsItsProgressFromTheNextNoteOn) {
   const ProgramResult result = Export(2, kAccessViolationInTheFirstNote, {L"-archive"});
   EXPECT_EQ(result.standardOutput,
             "PROGRESS: Opening 'x.nsf' on ''\r\nPROGRESS: Exporting database properties\r\n"
+            "PROGRESS: VIEWCOUNT: 0\r\n"
             "PROGRESS: Scanning documents\r\nPROGRESS: DOCCOUNT: 2\r\n"
             "PROGRESS: DOCUMENT: 00000902\r\nPROGRESS: Opening 'x.nsf' on ''\r\n"
             "PROGRESS: DOCUMENT: 00000906\r\n");

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "base/Utf8.h"
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 
 namespace larkspan::testing {
@@ -43,6 +44,12 @@ void ExportRun::UseProgramCopy(const std::wstring& folder, const std::wstring& l
   programFolder_ = folder;
 }
 
+void ExportRun::UseFaultyFiles(const std::string& plan) {
+  ParseFileFaultPlan(plan);  // Throws here rather than in the program.
+  programName_ = L"larkspan_faulty.exe";
+  fileFaults_.emplace(kFileFaultsVariable, std::wstring(plan.begin(), plan.end()));
+}
+
 std::wstring ExportRun::ConfigurationArgument() const {
   const std::wstring file = folder_.path() + L"\\notes.ini";
   WriteConfigurationTo(file);
@@ -58,7 +65,7 @@ std::wstring ExportRun::CommandLine(const std::wstring& database,
   return BuildCommandLine(all);
 }
 
-std::wstring ExportRun::Executable() const { return programFolder_ + L"\\larkspan.exe"; }
+std::wstring ExportRun::Executable() const { return programFolder_ + L"\\" + programName_; }
 
 ProgramResult ExportRun::Export(const std::wstring& database,
                                 const std::vector<std::wstring>& arguments) {

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tests/support/OutputTree.h"
 #include "tests/support/Program.h"
+#include "tests/support/ScopedEnvironmentVariable.h"
 #include "tests/support/TempFolder.h"
 
 namespace larkspan::testing {
@@ -39,6 +41,9 @@ class ExportRun {
 
   // Copies the program into that folder, beside a library from another one, and starts it there.
   void UseProgramCopy(const std::wstring& folder, const std::wstring& libraryFolder);
+
+  // Starts the program with files that fail by this plan, which its workers inherit.
+  void UseFaultyFiles(const std::string& plan);
 
   // Writes the library's configuration file and gives the argument that names it.
   std::wstring ConfigurationArgument() const;
@@ -78,6 +83,8 @@ class ExportRun {
   TempFolder folder_{L"larkspan-run"};
   std::wstring output_;
   std::wstring programFolder_;
+  std::wstring programName_ = L"larkspan.exe";
+  std::optional<ScopedEnvironmentVariable> fileFaults_;
   std::wstring dataFolder_;
   std::vector<std::string> configuration_;
   bool passConfiguration_ = true;

@@ -65,6 +65,34 @@ TEST_F(ProcessSystemTest, WorkersKeepTheCurrentFolder) {
   EXPECT_EQ(FilesIn("data").size(), 2u);
 }
 
+// Only the worker writes a marker, so only a plan that came down to it can strike.
+TEST_F(ProcessSystemTest, WorkersGetTheEnvironmentOfTheirSupervisor) {
+  run_.UseFaultyFiles("write marker.txt 1 diskFull");
+  run_.Export(L"two.nsf", {L"-archive", L"-debug"});
+  EXPECT_TRUE(Contains(LogLines(), "#DEBUG# - Retry WriteMarkerFile (No space left on device): 1"));
+  EXPECT_EQ(FilesIn("data").size(), 2u);
+}
+
+TEST_F(ProcessSystemTest, AWorkerThatCannotBeCreatedEndsTheRunWithAWholeAuditReport) {
+  run_.AddDatabase(
+      L"x.nsf",
+      DocumentsJson(
+          1, FaultsMember(R"({"entry": "DXLExportNote", "note": "00000902", "action": "exit"})")));
+  run_.UseProgramCopy(run_.folder() + L"\\program", ProgramFolder());
+  UniqueSystemHandle marker = Hold(L"marker.txt");
+  Program program(run_.Executable(), run_.CommandLine(L"x.nsf", {L"-archive", L"-debug"}));
+  // The first worker runs by now, and waits.
+  AwaitLogLine("#DEBUG# - Retry WriteMarkerFile");
+  ASSERT_TRUE(MoveFileW(run_.Executable().c_str(), (run_.Executable() + L".away").c_str()));
+  marker.reset();
+  EXPECT_EQ(program.WaitForEnd().exitCode, 0u);
+  const Lines log = LogLines();
+  EXPECT_TRUE(Contains(log, "#WARNING# - Major: Incomplete run detected for note id 00000902"));
+  EXPECT_TRUE(Contains(log, "#ERROR# - CreateProcess failed (2)"));
+  EXPECT_EQ(CountLines(log, "#DEBUG# - Invoking child process"), 2);
+  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 1, .failed = 1}));
+}
+
 TEST_F(ProcessSystemTest, ALaterWorkerInheritsTheStopPipeToo) {
   run_.AddDatabase(L"slow.nsf",
                    DocumentsJson(60, FaultsMember(

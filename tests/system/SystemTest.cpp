@@ -47,6 +47,22 @@ Lines SystemTest::FilesIn(const std::string& subfolder) const {
   return names;
 }
 
+UniqueSystemHandle SystemTest::Hold(const std::wstring& name) const {
+  const HANDLE file = CreateFileW(Path(name).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  EXPECT_NE(file, INVALID_HANDLE_VALUE);
+  return UniqueSystemHandle(file);
+}
+
+// The log exists from the supervisor's first line on.
+void SystemTest::AwaitLogLine(const std::string& text) const {
+  for (int i = 0; i < 3000; ++i) {
+    if (run_.HasOutputFile(L"log.txt") && run_.Log().find(text) != std::string::npos) return;
+    Sleep(10);
+  }
+  ADD_FAILURE() << "the log never held: " << text;
+}
+
 bool Contains(const Lines& lines, const std::string& line) { return CountLines(lines, line) > 0; }
 
 int CountLines(const Lines& lines, const std::string& line) {

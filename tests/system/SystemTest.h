@@ -31,6 +31,15 @@ class SystemTest : public ::testing::Test {
   // The names of the exported notes of that subfolder, with slashes, in ascending order.
   Lines FilesIn(const std::string& subfolder) const;
 
+  // The path of an entry of the output folder.
+  std::wstring Path(const std::wstring& name) const { return run_.output() + L"\\" + name; }
+
+  // Creates a file of the output folder and keeps every other program from opening or deleting it.
+  UniqueSystemHandle Hold(const std::wstring& name) const;
+
+  // Waits until the log holds the text; fails the test when it never does.
+  void AwaitLogLine(const std::string& text) const;
+
   ExportRun run_;
 };
 

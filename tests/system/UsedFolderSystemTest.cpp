@@ -1,4 +1,6 @@
 // An output folder that is not empty: what is old stays, but for the files that belong to one run.
+#include <chrono>
+
 #include "tests/support/FileBytes.h"
 #include "tests/system/SystemTest.h"
 
@@ -8,14 +10,15 @@ namespace {
 class UsedFolderSystemTest : public SystemTest {
  protected:
   UsedFolderSystemTest() { run_.AddDatabase(L"x.nsf", DocumentsJson(1)); }
-
-  std::wstring Path(const std::wstring& name) const { return run_.output() + L"\\" + name; }
 };
 
 TEST_F(UsedFolderSystemTest, ANoteWhoseFileIsThereFailsAfterFiveMovesAndLeavesTheOldFile) {
   MakeFolder(Path(L"data"));
   WriteBytes(Path(L"data\\00000902.dxl"), "old");
+  constexpr std::chrono::seconds kFourPauses{4};
+  const auto start = std::chrono::steady_clock::now();
   run_.Export(L"x.nsf", {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_GE(std::chrono::steady_clock::now() - start, kFourPauses);
   EXPECT_EQ(LogLines(),
             (Lines{"#DEBUG# - Retrying move DXL file into place: 1",
                    "#DEBUG# - Retrying move DXL file into place: 2",

@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "notes/IdTables.h"
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/NotesTest.h"
+#include "tests/support/NotesFixture.h"
 
 namespace larkspan {
 namespace {
@@ -31,8 +32,10 @@ NoteIds IdsOf(const IdTable& table) {
   return noteIds;
 }
 
-class IdTableFileTest : public NotesTest {
+class IdTableFileTest : public NotesFixture {
  protected:
+  IdTableFileTest() { Start(); }
+
   const std::wstring file_ = PathOf(L"idtable.txt");
 };
 
@@ -60,6 +63,30 @@ TEST_F(IdTableFileTest, WritingReplacesAnOldFile) {
 TEST_F(IdTableFileTest, WritingWhereAFolderIsFails) {
   MakeFolder(file_);
   EXPECT_FALSE(WriteIdTableFile(TableOf({0x2A})));
+}
+
+// Faults of which each leaves the list incomplete on disk.
+class IdTableFileFault : public IdTableFileTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(IdTableFileFault, MakesWritingFailAndLeavesNoFile) {
+  WriteBytes(file_, "00000004\r\n");
+  const FileFaults faults(GetParam());
+  EXPECT_FALSE(WriteIdTableFile(TableOf({0x2A, 0x2E, 0x32})));
+  EXPECT_FALSE(Exists(file_));
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, IdTableFileFault,
+                         testing::Values("write idtable.txt 1 diskFull",
+                                         "write idtable.txt 2 diskFull 4",
+                                         "write idtable.txt 3 noError 8",
+                                         "close idtable.txt 1 diskFull"));
+
+TEST_F(IdTableFileTest, NothingIsWrittenBehindALineThatFailed) {
+  const FileFaults faults("write idtable.txt 2 diskFull");
+  WriteIdTableFile(TableOf({0x2A, 0x2E, 0x32}));
+  EXPECT_EQ(faults.Operations(),
+            (std::vector<std::string>{"open idtable.txt", "write idtable.txt", "write idtable.txt",
+                                      "close idtable.txt", "delete idtable.txt"}));
 }
 
 TEST_F(IdTableFileTest, WritingDoesNotChangeTheTable) {

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,12 @@ class MarkerFileTest : public OutputFolderTest {
   const PauseRecorder recorder_;
 };
 
+std::string EightDigits(std::uint32_t number) {
+  char text[9];
+  std::snprintf(text, sizeof text, "%08X", static_cast<unsigned int>(number));
+  return text;
+}
+
 Lines RetryLines(int count) {
   Lines lines;
   for (int made = 1; made <= count; ++made) {
@@ -31,20 +38,24 @@ Lines RetryLines(int count) {
   return lines;
 }
 
-TEST_F(MarkerFileTest, HoldsEightDigitsAndALineEnd) {
-  EXPECT_TRUE(WriteMarkerFile(0x12F6));
-  EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
+struct Written {
+  std::uint32_t noteId;
+  const char* bytes;
+};
+
+class MarkerFileWritten : public MarkerFileTest, public testing::WithParamInterface<Written> {};
+
+TEST_P(MarkerFileWritten, HoldsEightUpperCaseDigitsAndALineEndAndIsReadBack) {
+  EXPECT_TRUE(WriteMarkerFile(GetParam().noteId));
+  EXPECT_EQ(ReadBytes(marker_), GetParam().bytes);
+  EXPECT_EQ(ReadMarkerFile(), GetParam().noteId);
 }
 
-TEST_F(MarkerFileTest, HoldsUpperCaseDigits) {
-  EXPECT_TRUE(WriteMarkerFile(0xABCDEF01));
-  EXPECT_EQ(ReadBytes(marker_), "ABCDEF01\r\n");
-}
-
-TEST_F(MarkerFileTest, HoldsZeroInFull) {
-  EXPECT_TRUE(WriteMarkerFile(0));
-  EXPECT_EQ(ReadBytes(marker_), "00000000\r\n");
-}
+INSTANTIATE_TEST_SUITE_P(NoteIds, MarkerFileWritten,
+                         testing::Values(Written{0x12F6, "000012F6\r\n"},
+                                         Written{0xABCDEF01, "ABCDEF01\r\n"},
+                                         Written{0, "00000000\r\n"},
+                                         Written{0xFFFFFFFE, "FFFFFFFE\r\n"}));
 
 TEST_F(MarkerFileTest, WritingReplacesLongerContent) {
   WriteBytes(marker_, "00000001\r\n00000002\r\n00000003\r\n");
@@ -86,33 +97,19 @@ TEST_F(MarkerFileTest, MissingOutputFolderIsTriedThirtyTimes) {
   EXPECT_EQ(recorder_.pauses().size(), 29u);
 }
 
-TEST_F(MarkerFileTest, WritingSucceedsAtALaterAttempt) {
-  MakeFolder(marker_);
-  int pauses = 0;
-  PauseRecorder recorder([&] {
-    if (++pauses == 3) ClearTheWay();
-  });
-  EXPECT_TRUE(WriteMarkerFile(0x12F6));
-  EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
-}
-
-TEST_F(MarkerFileTest, LaterSuccessLeavesOnlyTheRetryLines) {
-  MakeFolder(marker_);
-  int pauses = 0;
-  PauseRecorder recorder([&] {
-    if (++pauses == 3) ClearTheWay();
-  });
-  WriteMarkerFile(0x12F6);
-  EXPECT_EQ(LogLines(), RetryLines(3));
-}
-
-TEST_F(MarkerFileTest, WritingSucceedsAtTheLastAttempt) {
-  MakeFolder(marker_);
-  int pauses = 0;
-  PauseRecorder recorder([&] {
-    if (++pauses == 29) ClearTheWay();
-  });
-  EXPECT_TRUE(WriteMarkerFile(0x12F6));
+TEST_F(MarkerFileTest, WritingSucceedsAtALaterAttemptUpToTheLast) {
+  for (const int blocked : {1, 3, 29}) {
+    WriteBytes(PathOf(L"log.txt"), "");
+    MakeFolder(marker_);
+    int pauses = 0;
+    const PauseRecorder recorder([&] {
+      if (++pauses == blocked) ClearTheWay();
+    });
+    EXPECT_TRUE(WriteMarkerFile(0x12F6));
+    EXPECT_EQ(ReadBytes(marker_), "000012F6\r\n");
+    EXPECT_EQ(LogLines(), RetryLines(blocked));
+    DeleteMarkerFile();
+  }
 }
 
 TEST_F(MarkerFileTest, FileThatAnotherProgramHoldsIsTriedAgain) {
@@ -137,6 +134,13 @@ TEST_P(MarkerFileContent, ReadsAs) {
   EXPECT_EQ(ReadMarkerFile(), GetParam().value);
 }
 
+TEST_P(MarkerFileContent, IsLoggedAsItIsRead) {
+  WriteBytes(marker_, GetParam().bytes);
+  ReadMarkerFile();
+  EXPECT_EQ(LogLines(),
+            Lines{"#DEBUG# - ReadMarkerFile returned " + EightDigits(GetParam().value)});
+}
+
 const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(Contents, MarkerFileContent,
@@ -156,23 +160,6 @@ INSTANTIATE_TEST_SUITE_P(Contents, MarkerFileContent,
                          kNameOf);
 
 TEST_F(MarkerFileTest, MissingFileMeansComplete) { EXPECT_EQ(ReadMarkerFile(), 0xFFFFFFFF); }
-
-TEST_F(MarkerFileTest, WrittenNoteIdIsReadBack) {
-  WriteMarkerFile(0xFFFFFFFE);
-  EXPECT_EQ(ReadMarkerFile(), 0xFFFFFFFE);
-}
-
-TEST_F(MarkerFileTest, ReadingIsLogged) {
-  WriteBytes(marker_, "ab\r\n");
-  ReadMarkerFile();
-  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - ReadMarkerFile returned 000000AB"});
-}
-
-TEST_F(MarkerFileTest, ReadingAnEmptyFileIsLogged) {
-  WriteBytes(marker_, "");
-  ReadMarkerFile();
-  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - ReadMarkerFile returned FFFFFFFF"});
-}
 
 TEST_F(MarkerFileTest, ReadingAMissingFileIsLogged) {
   ReadMarkerFile();

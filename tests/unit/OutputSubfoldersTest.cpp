@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "base/Utf8.h"
 #include "export/OutputFolder.h"
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
 
@@ -13,7 +16,7 @@ namespace {
 
 class OutputSubfoldersTest : public OutputFolderTest {
  protected:
-  void Create(bool archive) {
+  static void Create(bool archive) {
     Settings settings = ProcessSettings();
     settings.archive = archive;
     SetProcessSettings(std::move(settings));
@@ -61,6 +64,26 @@ TEST_F(OutputSubfoldersTest, FileInTheWayOfOneIsSilent) {
   EXPECT_EQ(ReadBytes(PathOf(L"design")), "file");
   EXPECT_TRUE(Exists(PathOf(L"views")));
   EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(OutputSubfoldersTest, FolderThatCannotBeMadeIsSilentAndTheOthersAreMade) {
+  for (const std::wstring& refused : kAll) {
+    SCOPED_TRACE(WideToUtf8(refused));
+    for (const std::wstring& name : kAll) RemoveDirectoryW(PathOf(name).c_str());
+    const FileFaults faults("folder " + WideToUtf8(refused) + " 1 accessDenied");
+    Create(true);
+    std::vector<std::wstring> others = kAll;
+    std::erase(others, refused);
+    EXPECT_EQ(Subfolders(), others);
+  }
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(OutputSubfoldersTest, FoldersAreMadeInAFixedOrder) {
+  const FileFaults files;
+  Create(true);
+  EXPECT_EQ(files.Operations(), (Lines{"folder data", "folder design", "folder design2",
+                                       "folder profile", "folder views"}));
 }
 
 }  // namespace

@@ -6,8 +6,9 @@
 #include <string>
 
 #include "notes/Notes.h"
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
-#include "tests/support/NotesTest.h"
+#include "tests/support/NotesFixture.h"
 
 namespace larkspan {
 namespace {
@@ -16,16 +17,18 @@ constexpr char kTwoNotes[] = R"({"notes": [
   {"id": "0000002A", "unid": "0123456789ABCDEF0000000AFEDCBA98"},
   {"id": "ABCDEF00", "unid": "FFFFFFFF000000000000000100000002"}]})";
 
-class UnidIndexTest : public NotesTest {
+class UnidIndexTest : public NotesFixture {
  protected:
-  Note Open(std::uint32_t noteId) {
-    Note note;
-    EXPECT_TRUE(OpenNote(database_, noteId, note).ok());
-    return note;
+  UnidIndexTest() {
+    WriteDatabase(kTwoNotes);
+    Start();
+    database_ = OpenTestDatabase();
   }
 
+  Note Open(std::uint32_t noteId) { return OpenTestNote(database_, noteId); }
+
   const std::wstring file_ = PathOf(L"unidindex.txt");
-  const Database database_ = MakeDatabase(kTwoNotes);
+  Database database_;
 };
 
 TEST_F(UnidIndexTest, NoteGivesItsIdAndItsUniversalId) {
@@ -60,6 +63,37 @@ TEST_F(UnidIndexTest, FileIsNotKeptOpenBetweenLines) {
 TEST_F(UnidIndexTest, FolderInTheWayIsSilent) {
   MakeFolder(file_);
   AppendUnidLine(Open(0x2A), 0x2A);
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+// Faults of the second line of three, and what is then left of it.
+struct LineFault {
+  const char* plan;
+  const char* left;
+};
+
+class UnidIndexFault : public UnidIndexTest, public testing::WithParamInterface<LineFault> {};
+
+TEST_P(UnidIndexFault, IsSilentAndTheNextLineIsAppended) {
+  const FileFaults faults(GetParam().plan);
+  for (int i = 0; i < 3; ++i) AppendUnidLine(Open(0x2A), 0x2A);
+  const std::string line = "0000002A,0123456789ABCDEF0000000AFEDCBA98\r\n";
+  EXPECT_EQ(ReadBytes(file_), line + GetParam().left + line);
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, UnidIndexFault,
+                         testing::Values(LineFault{"open unidindex.txt 2 sharingViolation", ""},
+                                         LineFault{"write unidindex.txt 2 diskFull 4", "0000"},
+                                         LineFault{
+                                             "close unidindex.txt 2 diskFull",
+                                             "0000002A,0123456789ABCDEF0000000AFEDCBA98\r\n"}));
+
+TEST_F(UnidIndexTest, DeletingThatFailsIsSilent) {
+  WriteBytes(file_, "old\r\n");
+  const FileFaults faults("delete unidindex.txt 1 accessDenied");
+  DeleteUnidIndex();
+  EXPECT_EQ(ReadBytes(file_), "old\r\n");
   EXPECT_EQ(LogLines(), Lines());
 }
 

@@ -95,7 +95,7 @@ struct Space {
 };
 
 class DatabaseSpaceTest : public DatabasePropertiesTest,
-                          public ::testing::WithParamInterface<Space> {};
+                          public testing::WithParamInterface<Space> {};
 
 TEST_P(DatabaseSpaceTest, IsToldInBytesAndPercent) {
   const Space& space = GetParam();
@@ -109,7 +109,7 @@ TEST_P(DatabaseSpaceTest, IsToldInBytesAndPercent) {
 
 INSTANTIATE_TEST_SUITE_P(
     Sizes, DatabaseSpaceTest,
-    ::testing::Values(
+    testing::Values(
         Space{R"({"allocatedGranules": 3, "freeGranules": 2, "granuleBytes": 1024})", "3072",
               "33.333333333333336"},
         // 5 GiB wrap to 1 GiB.
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
         Space{R"({"allocatedGranules": 3, "freeGranules": 0, "granuleBytes": 512})", "1024", "100"},
         // A product of more than 32 bits; the used granules are rounded on their own.
         Space{R"({"allocatedGranules": 20000000, "freeGranules": 5000000, "granuleBytes": 4096})",
-              "307232768", "75"},
+              "315621376", "75"},
         // More kilobytes than 32 bits hold.
         Space{R"({"allocatedGranules": 4294967295, "freeGranules": 0, "granuleBytes": 65536})",
               "4294966272", "100"}));
@@ -142,7 +142,7 @@ struct Failure {
 };
 
 class DatabasePropertiesFailureTest : public DatabasePropertiesTest,
-                                      public ::testing::WithParamInterface<Failure> {
+                                      public testing::WithParamInterface<Failure> {
  protected:
   Status ExportWithFailure() {
     WriteDatabase("{}");
@@ -178,12 +178,12 @@ TEST_P(DatabasePropertiesFailureTest, LeavesAnEarlierFileAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(
     Calls, DatabasePropertiesFailureTest,
-    ::testing::Values(Failure{"NSFDbReplicaInfoGet", "Error retrieving replicaid"},
-                      Failure{"NSFDbPathGet", "Error retrieving database path"},
-                      Failure{"NSFDbInfoGet", "Error retrieving database info"},
-                      Failure{"NSFDbIDGet", "Error retrieving database id"},
-                      Failure{"NSFDbSpaceUsageScaled", "Error retrieving database space usage"},
-                      Failure{"NSFDbModifiedTime", "Error retrieving database modified times"}));
+    testing::Values(Failure{"NSFDbReplicaInfoGet", "Error retrieving replicaid"},
+                    Failure{"NSFDbPathGet", "Error retrieving database path"},
+                    Failure{"NSFDbInfoGet", "Error retrieving database info"},
+                    Failure{"NSFDbIDGet", "Error retrieving database id"},
+                    Failure{"NSFDbSpaceUsageScaled", "Error retrieving database space usage"},
+                    Failure{"NSFDbModifiedTime", "Error retrieving database modified times"}));
 
 // The library's stop ends what was begun: nothing behind the failing call is asked.
 TEST_F(DatabasePropertiesTest, FailureOfTheFirstCallAsksNothingMore) {
@@ -202,7 +202,7 @@ TEST_F(DatabasePropertiesTest, EarlierFileIsReplaced) {
 }
 
 TEST_F(DatabasePropertiesTest, FileThatCannotBeWrittenIsLoggedAndAFailure) {
-  const testing::FileFaults faults("write temp.tmp * diskFull");
+  const FileFaults faults("write temp.tmp * diskFull");
   EXPECT_EQ(Export("").code(), 270);
   ASSERT_EQ(LogLines().size(), 1U);
   EXPECT_TRUE(LogLines()[0].starts_with("#WARNING# - Unable to write "));

@@ -104,7 +104,7 @@ struct Flags {
   bool isWritten;
 };
 
-class ViewFlagsTest : public ViewDocumentTest, public ::testing::WithParamInterface<Flags> {};
+class ViewFlagsTest : public ViewDocumentTest, public testing::WithParamInterface<Flags> {};
 
 TEST_P(ViewFlagsTest, DecideWhetherAViewIsExported) {
   EXPECT_EQ(IsWritten(GetParam().flags), GetParam().isWritten);
@@ -116,11 +116,11 @@ const std::string kHiddenBehind99 = std::string(99, 'Y') + "G";
 const std::string kHiddenAt99 = std::string(98, 'Y') + "G";
 
 INSTANTIATE_TEST_SUITE_P(Views, ViewFlagsTest,
-                         ::testing::Values(Flags{nullptr, true}, Flags{"", true}, Flags{"Y", true},
-                                           Flags{"F", true}, Flags{"FG", true}, Flags{"G", false},
-                                           Flags{"^", false}, Flags{"4", false}, Flags{"n", false},
-                                           Flags{"F0", false}, Flags{kHiddenBehind99.c_str(), true},
-                                           Flags{kHiddenAt99.c_str(), false}));
+                         testing::Values(Flags{nullptr, true}, Flags{"", true}, Flags{"Y", true},
+                                         Flags{"F", true}, Flags{"FG", true}, Flags{"G", false},
+                                         Flags{"^", false}, Flags{"4", false}, Flags{"n", false},
+                                         Flags{"F0", false}, Flags{kHiddenBehind99.c_str(), true},
+                                         Flags{kHiddenAt99.c_str(), false}));
 
 TEST_F(ViewDocumentTest, ViewWithoutAFormatIsLeftOut) {
   EXPECT_EQ(Written("", R"("format": false)"), "none");
@@ -183,7 +183,7 @@ struct SilentFailure {
 };
 
 class ViewDocumentFailureTest : public ViewDocumentTest,
-                                public ::testing::WithParamInterface<SilentFailure> {};
+                                public testing::WithParamInterface<SilentFailure> {};
 
 TEST_P(ViewDocumentFailureTest, LeavesNoFileAndNoLine) {
   WriteViewDatabase("", kTwoEntries);
@@ -196,13 +196,12 @@ TEST_P(ViewDocumentFailureTest, LeavesNoFileAndNoLine) {
 
 INSTANTIATE_TEST_SUITE_P(
     Calls, ViewDocumentFailureTest,
-    ::testing::Values(SilentFailure{R"([{"entry": "NSFNoteOpen", "status": 1}])", 0},
-                      SilentFailure{R"([{"entry": "NSFItemInfo", "status": 1}])", 0},
-                      // Whatever keeps the index from opening, it may have been built.
-                      SilentFailure{R"([{"entry": "NIFOpenCollection", "status": 1}])", 1},
-                      SilentFailure{R"([{"entry": "NIFOpenCollection", "call": 2, "status": 1}])",
-                                    1},
-                      SilentFailure{R"([{"entry": "NIFReadEntries", "status": 1}])", 1}));
+    testing::Values(SilentFailure{R"([{"entry": "NSFNoteOpen", "status": 1}])", 0},
+                    SilentFailure{R"([{"entry": "NSFItemInfo", "status": 1}])", 0},
+                    // Whatever keeps the index from opening, it may have been built.
+                    SilentFailure{R"([{"entry": "NIFOpenCollection", "status": 1}])", 1},
+                    SilentFailure{R"([{"entry": "NIFOpenCollection", "call": 2, "status": 1}])", 1},
+                    SilentFailure{R"([{"entry": "NIFReadEntries", "status": 1}])", 1}));
 
 // 3,000 entries do not fit into one reading.
 constexpr char kManyEntries[] = R"("columns": [{"title": "Plant"}], "generateEntries": 3000)";
@@ -305,7 +304,7 @@ TEST_F(ViewDocumentTest, ExceptionOnTheWayDropsTheIndexToo) {
 
 TEST_F(ViewDocumentTest, FileThatCannotBeWrittenIsLogged) {
   WriteViewDatabase("", kTwoEntries);
-  const testing::FileFaults faults("open temp.tmp * accessDenied");
+  const FileFaults faults("open temp.tmp * accessDenied");
   Write();
   EXPECT_FALSE(Exists(path_));
   ASSERT_EQ(LogLines().size(), 1U);
@@ -333,7 +332,7 @@ TEST_F(ViewDocumentTest, EntryBehindWhichNoOtherIsFoundAbandonsTheDocument) {
 TEST_F(ViewDocumentTest, ValueThatRunsPastItsSummaryEndsTheEntryAlone) {
   const std::string document = Written("", R"("columns": [{"title": "Plant"}, {"title": "Kind"}],
                      "entries": [{"note": "000008FA", "summaryBytes":
-                                  "0F00 0200 0100 0300 0100 FFFF 41 0005 42"},
+                                  "1000 0200 0100 0300 0100 FFFF 41 0005 42"},
                                  {"note": "000008FE", "values": [{"text": "Yew"}]}])");
   EXPECT_NE(document.find("<text>B</text>"), std::string::npos) << document;
   EXPECT_NE(document.find("<text>Yew</text>"), std::string::npos) << document;

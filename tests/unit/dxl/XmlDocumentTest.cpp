@@ -114,13 +114,13 @@ std::vector<Failure> Failures() {
 }
 
 class XmlDocumentFailureTest : public XmlDocumentTest,
-                               public ::testing::WithParamInterface<Failure> {};
+                               public testing::WithParamInterface<Failure> {};
 
 TEST_P(XmlDocumentFailureTest, IsLoggedAndTheEarlierFileStays) {
   const Failure& failure = GetParam();
   WriteBytes(path_, "earlier");
   const PauseRecorder recorder;
-  const testing::FileFaults faults(failure.faults);
+  const FileFaults faults(failure.faults);
   EXPECT_EQ(Save().code(), failure.code);
   EXPECT_EQ(ReadBytes(path_), "earlier");
   EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
@@ -131,16 +131,16 @@ TEST_P(XmlDocumentFailureTest, IsLoggedAndTheEarlierFileStays) {
 
 TEST_P(XmlDocumentFailureTest, LeavesNoFileWhereThereWasNone) {
   const PauseRecorder recorder;
-  const testing::FileFaults faults(GetParam().faults);
+  const FileFaults faults(GetParam().faults);
   EXPECT_FALSE(Save().ok());
   EXPECT_FALSE(Exists(path_));
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, XmlDocumentFailureTest, ::testing::ValuesIn(Failures()));
+INSTANTIATE_TEST_SUITE_P(Files, XmlDocumentFailureTest, testing::ValuesIn(Failures()));
 
 TEST_F(XmlDocumentTest, MoveThatFailsFourTimesSucceedsAtTheFifth) {
   const PauseRecorder recorder;
-  const testing::FileFaults faults("move a.xml 1-4 sharingViolation");
+  const FileFaults faults("move a.xml 1-4 sharingViolation");
   EXPECT_TRUE(Save().ok());
   EXPECT_EQ(ReadBytes(path_), kContent);
   EXPECT_EQ(recorder.pauses(), std::vector<long long>(4, 1000));

@@ -1,4 +1,4 @@
-#include "export/FilePlacement.h"
+#include "tests/unit/export/FilePlacementTest.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -7,9 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "notes/DxlExporter.h"
-#include "tests/support/NotesFixture.h"
-#include "tests/support/PauseRecorder.h"
 #include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
@@ -38,22 +35,15 @@ STATUS LARKSPAN_NOTES_CALL ScriptedExport(DHANDLE, DxlOutputCallback output, DHA
   return exportStatus;
 }
 
-class FilePlacementTest : public NotesFixture {
+// With an exporter that follows the script.
+class ScriptedPlacementTest : public FilePlacementTest {
  protected:
-  FilePlacementTest() {
-    WriteDatabase(R"({"chunkBytes": 50, "notes": [{"id": "00000902"}]})");
-    Start();
-    database_ = OpenTestDatabase();
-    note_ = OpenTestNote(database_, 0x902);
-    EXPECT_TRUE(CreateExporter(exporter_).ok());
+  ScriptedPlacementTest() {
     chunks.clear();
     exportStatus = 0;
     betweenChunks = nullptr;
   }
 
-  Status ExportNote() { return ExportNoteToFile(exporter_, note_, L"\\00000902.dxl"); }
-
-  // With an exporter that follows the script.
   Status ExportScripted() {
     const ReplacedEntryPoint replaced("DXLExportNote", ScriptedExport);
     return ExportNote();
@@ -65,12 +55,6 @@ class FilePlacementTest : public NotesFixture {
     EXPECT_NE(held, INVALID_HANDLE_VALUE);
     return held;
   }
-
-  const std::wstring temporary_ = PathOf(L"temp.tmp");
-  const std::wstring final_ = PathOf(L"00000902.dxl");
-  Database database_;
-  Note note_;
-  Exporter exporter_;
 };
 
 TEST_F(FilePlacementTest, NoteIsPlacedUnderItsName) {
@@ -92,25 +76,25 @@ TEST_F(FilePlacementTest, PlacingIsNotLoggedAndNeverWaits) {
   EXPECT_EQ(recorder.pauses().size(), 0u);
 }
 
-TEST_F(FilePlacementTest, ChunksFollowOneAnother) {
+TEST_F(ScriptedPlacementTest, ChunksFollowOneAnother) {
   chunks = {"one ", "", "two ", "three"};
   EXPECT_TRUE(ExportScripted().ok());
   EXPECT_EQ(ReadBytes(final_), "one two three");
 }
 
-TEST_F(FilePlacementTest, LineFeedsBecomeCarriageReturnAndLineFeed) {
+TEST_F(ScriptedPlacementTest, LineFeedsBecomeCarriageReturnAndLineFeed) {
   chunks = {"a\nb", "\n", "c\r\n"};
   EXPECT_TRUE(ExportScripted().ok());
   EXPECT_EQ(ReadBytes(final_), "a\r\nb\r\nc\r\r\n");
 }
 
-TEST_F(FilePlacementTest, ChunkMayBeLarge) {
+TEST_F(ScriptedPlacementTest, ChunkMayBeLarge) {
   chunks = {std::string(3000000, 'a'), "b"};
   EXPECT_TRUE(ExportScripted().ok());
   EXPECT_EQ(ReadBytes(final_), std::string(3000000, 'a') + "b");
 }
 
-TEST_F(FilePlacementTest, NothingStaysOpenBetweenChunks) {
+TEST_F(ScriptedPlacementTest, NothingStaysOpenBetweenChunks) {
   chunks = {"one", "two", "three"};
   int opened = 0;
   betweenChunks = [&] {
@@ -124,7 +108,7 @@ TEST_F(FilePlacementTest, NothingStaysOpenBetweenChunks) {
   EXPECT_EQ(opened, 2);
 }
 
-TEST_F(FilePlacementTest, WrittenChunkIsOnDiskBeforeTheNext) {
+TEST_F(ScriptedPlacementTest, WrittenChunkIsOnDiskBeforeTheNext) {
   chunks = {"one ", "two"};
   std::string seen;
   betweenChunks = [&] { seen = ReadBytes(temporary_); };
@@ -143,7 +127,7 @@ TEST_F(FilePlacementTest, CallbackIsGivenTheBareName) {
   EXPECT_EQ(name, L"temp.tmp");
 }
 
-TEST_F(FilePlacementTest, TemporaryFileOfACrashIsDeletedAtTheFirstAttempt) {
+TEST_F(ScriptedPlacementTest, TemporaryFileOfACrashIsDeletedAtTheFirstAttempt) {
   const PauseRecorder recorder;
   WriteBytes(temporary_, "half a note");
   chunks = {"whole"};
@@ -168,7 +152,7 @@ TEST_F(FilePlacementTest, ExportThatFailsLeavesNoFile) {
   EXPECT_EQ(LogLines(), Lines());
 }
 
-TEST_F(FilePlacementTest, ChunkThatCannotBeWrittenMakesTheExportFail) {
+TEST_F(ScriptedPlacementTest, ChunkThatCannotBeWrittenMakesTheExportFail) {
   chunks = {"one", "two"};
   HANDLE held = INVALID_HANDLE_VALUE;
   betweenChunks = [&] { held = HoldTemporaryFile(); };
@@ -176,7 +160,7 @@ TEST_F(FilePlacementTest, ChunkThatCannotBeWrittenMakesTheExportFail) {
   CloseHandle(held);
 }
 
-TEST_F(FilePlacementTest, ChunkThatCannotBeWrittenIsADebugLine) {
+TEST_F(ScriptedPlacementTest, ChunkThatCannotBeWrittenIsADebugLine) {
   chunks = {"one", "two"};
   HANDLE held = INVALID_HANDLE_VALUE;
   betweenChunks = [&] { held = HoldTemporaryFile(); };
@@ -185,7 +169,7 @@ TEST_F(FilePlacementTest, ChunkThatCannotBeWrittenIsADebugLine) {
   EXPECT_EQ(LogLines(), Lines{"#DEBUG# - Unable to open temp file for writing: temp.tmp"});
 }
 
-TEST_F(FilePlacementTest, FurtherChunksAreDropped) {
+TEST_F(ScriptedPlacementTest, FurtherChunksAreDropped) {
   chunks = {"one", "two", "three", "four"};
   HANDLE held = INVALID_HANDLE_VALUE;
   betweenChunks = [&] {
@@ -203,7 +187,7 @@ TEST_F(FilePlacementTest, FurtherChunksAreDropped) {
   EXPECT_FALSE(Exists(final_));
 }
 
-TEST_F(FilePlacementTest, FailingOutputWinsOverTheStatusOfTheExport) {
+TEST_F(ScriptedPlacementTest, FailingOutputWinsOverTheStatusOfTheExport) {
   chunks = {"one"};
   exportStatus = 1173;
   static std::wstring folder;
@@ -217,7 +201,7 @@ TEST_F(FilePlacementTest, FailingOutputWinsOverTheStatusOfTheExport) {
   EXPECT_EQ(ExportNote().code(), 270);
 }
 
-TEST_F(FilePlacementTest, NextExportForgetsTheFailingOutput) {
+TEST_F(ScriptedPlacementTest, NextExportForgetsTheFailingOutput) {
   chunks = {"one", "two"};
   HANDLE held = INVALID_HANDLE_VALUE;
   betweenChunks = [&] { held = HoldTemporaryFile(); };

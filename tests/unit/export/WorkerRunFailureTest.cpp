@@ -1,12 +1,28 @@
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <string>
 
+#include "tests/faults/FileFaults.h"
 #include "tests/support/PauseRecorder.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/unit/export/WorkerRunTest.h"
 
 namespace larkspan {
 namespace {
+
+HMODULE WINAPI FindNoNotesLibrary(const wchar_t* name) {
+  return name == std::wstring(L"nnotes.dll") ? nullptr : LoadLibraryW(name);
+}
+
+TEST_F(WorkerRunTest, LibraryThatIsNotThereIsAnErrorLineAndEndsTheRun) {
+  {
+    const ReplacedEntryPoint replaced("kernel32.dll", "GetModuleHandleW", FindNoNotesLibrary);
+    Run();
+  }
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to get module handle for nnotes.dll"});
+  EXPECT_EQ(Calls("DXLCreateExporter"), 0);
+}
 
 TEST_F(WorkerRunTest, DatabaseThatDoesNotOpenIsAnErrorLineAndEndsTheRun) {
   ChangeSettings([](Settings& settings) { settings.databasePath = L"missing.nsf"; });
@@ -29,6 +45,25 @@ TEST_F(WorkerRunTest, ExporterThatCannotBeCreatedEndsTheRunBeforeTheDatabaseIsOp
   EXPECT_EQ(LogLines(), Lines{"#ERROR# - Error creating DXL Exporter (no images, no convert) "
                               "(Insufficient memory)"});
   EXPECT_EQ(Calls("NSFDbOpen"), 0);
+}
+
+TEST_F(WorkerRunTest, PropertiesThatCannotBeToldEndTheRunBeforeAnyNote) {
+  SetFaults(R"([{"entry": "NSFDbIDGet", "status": 554}])");
+  SetArchive(true);
+  Run();
+  EXPECT_EQ(LogLines(),
+            (Lines{"#WARNING# - Error retrieving database id (Database file is damaged)",
+                   "#ERROR# - Error exporting database properties (Database file is damaged)"}));
+  EXPECT_EQ(Calls("DXLExportACL") + Calls("NSFSearchExtended3") + Calls("IDCreateTable"), 0);
+  EXPECT_EQ(AuditLines().back(), "Database size before archive: 6291456");
+}
+
+TEST_F(WorkerRunTest, PropertiesThatCannotBeWrittenEndTheRunBeforeAnyNote) {
+  const FileFaults faults("write temp.tmp 1 diskFull");
+  Run();
+  ASSERT_EQ(LogLines().size(), 2u);
+  EXPECT_TRUE(LogLines()[1].starts_with("#ERROR# - Error exporting database properties ("));
+  EXPECT_EQ(Calls("DXLExportACL"), 0);
 }
 
 TEST_F(WorkerRunTest, AclThatCannotBeExportedIsAWarning) {
@@ -89,6 +124,21 @@ TEST_F(WorkerRunTest, ListThatCannotBeSavedIsAnErrorLineAndEndsTheRun) {
   EXPECT_EQ(Calls("NSFNoteOpen"), 0);
   EXPECT_EQ(progress_.find("DOCCOUNT"), std::string::npos);
 }
+
+// A list that is incomplete on disk would make later workers lose notes.
+class IncompleteListTest : public WorkerRunTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(IncompleteListTest, IsAnErrorLineAndEndsTheRunAndIsDeleted) {
+  const FileFaults faults(GetParam());
+  Run();
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to save document list"});
+  EXPECT_FALSE(Exists(PathOf(L"idtable.txt")));
+  EXPECT_EQ(Calls("NSFNoteOpen"), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, IncompleteListTest,
+                         testing::Values("write idtable.txt 1 diskFull 4",
+                                         "close idtable.txt 1 diskFull"));
 
 TEST_F(WorkerRunTest, RunThatEndsEarlyTellsNoSizeAfter) {
   MakeFolder(PathOf(L"idtable.txt"));

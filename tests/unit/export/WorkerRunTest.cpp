@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tests/faults/FileFaults.h"
+
 namespace larkspan {
 namespace {
 
@@ -66,6 +68,20 @@ TEST_F(WorkerRunTest, SubfoldersAreMadeInAnArchiveOnly) {
   EXPECT_FALSE(Exists(PathOf(L"views")));
 }
 
+TEST_F(WorkerRunTest, WhatIsDoneOnceIsDoneInAFixedOrder) {
+  SetArchive(true);
+  WriteBytes(PathOf(L"unidindex.txt"), "old\r\n");
+  const Lines inOrder = {"move acl.dxl",         "folder data",      "folder design",
+                         "folder design2",       "folder profile",   "folder views",
+                         "delete unidindex.txt", "open idtable.txt", "open marker.txt",
+                         "open unidindex.txt"};
+  const FileFaults files;
+  Run();
+  Lines done = files.OperationsAmong(inOrder);
+  done.resize(inOrder.size());  // What follows is the same for every note.
+  EXPECT_EQ(done, inOrder);
+}
+
 TEST_F(WorkerRunTest, UnidIndexIsStartedAfresh) {
   SetArchive(true);
   WriteBytes(PathOf(L"unidindex.txt"), "old\r\n");
@@ -85,6 +101,7 @@ TEST_F(WorkerRunTest, ProgressTellsOfEveryStage) {
   EXPECT_EQ(progress_,
             "PROGRESS: Opening 'test.nsf' on ''\r\n"
             "PROGRESS: Exporting database properties\r\n"
+            "PROGRESS: VIEWCOUNT: 0\r\n"
             "PROGRESS: Scanning documents\r\n"
             "PROGRESS: DOCCOUNT: 3\r\n"
             "PROGRESS: DOCUMENT: 00000902\r\n"
@@ -95,6 +112,56 @@ TEST_F(WorkerRunTest, ProgressTellsOfEveryStage) {
 TEST_F(WorkerRunTest, NoProgressIsToldOutsideArchives) {
   Run();
   EXPECT_EQ(progress_, "");
+}
+
+constexpr char kDatabaseWithAView[] =
+    R"({"notes": [{"id": "0000011A", "class": "view", "view": {"indexed": true}}]})";
+
+class WorkerRunViewTest : public WorkerRunTest {
+ protected:
+  WorkerRunViewTest() {
+    WriteData(L"views.nsf", kDatabaseWithAView);
+    ChangeSettings([](Settings& settings) { settings.databasePath = L"views.nsf"; });
+  }
+
+  bool HasViewFile() const { return Exists(PathOf(L"views\\0000011A.xml")); }
+};
+
+TEST_F(WorkerRunViewTest, ArchiveHasTheViewsBeforeTheNotesAreListed) {
+  SetArchive(true);
+  Run();
+  EXPECT_TRUE(HasViewFile());
+  EXPECT_EQ(Order({"NSFDbGetModifiedNoteTable", "NSFSearchExtended3"}),
+            (Lines{"NSFDbGetModifiedNoteTable", "NSFSearchExtended3"}));
+}
+
+TEST_F(WorkerRunViewTest, ViewsCanBeLeftOut) {
+  SetArchive(true);
+  ChangeSettings([](Settings& settings) { settings.noViews = true; });
+  Run();
+  EXPECT_FALSE(HasViewFile());
+  EXPECT_EQ(Calls("NSFDbGetModifiedNoteTable"), 0);
+  EXPECT_EQ(progress_.find("VIEW"), std::string::npos);
+}
+
+TEST_F(WorkerRunViewTest, OutsideArchivesViewsAreLeftOut) {
+  Run();
+  EXPECT_EQ(Calls("NSFDbGetModifiedNoteTable"), 0);
+  EXPECT_EQ(Calls("NIFOpenCollection"), 0);
+}
+
+TEST_F(WorkerRunViewTest, LaterWorkerLeavesTheViewsOut) {
+  SetArchive(true);
+  WriteBytes(PathOf(L"idtable.txt"), "0000011A\n");
+  Run(0x902);
+  EXPECT_EQ(Calls("NSFDbGetModifiedNoteTable"), 0);
+}
+
+TEST_F(WorkerRunTest, PropertiesAreWrittenBeforeTheAcl) {
+  Run();
+  EXPECT_TRUE(ReadBytes(PathOf(L"db.dxl")).ends_with("</database>\r\n"));
+  EXPECT_EQ(Order({"NSFDbModifiedTime", "DXLExportACL"}),
+            (Lines{"NSFDbModifiedTime", "DXLExportACL"}));
 }
 
 TEST_F(WorkerRunTest, EmptyDatabaseGivesAnEmptyListAndTheSizes) {
