@@ -16,6 +16,9 @@ CallSubject SubjectOf(const Runtime& runtime, const About& about) {
   if (const OpenCollection* collection = runtime.collections.Find(about.collection)) {
     subject.note = collection->view;
   }
+  if (const OpenDatabase* directory = runtime.databases.Find(about.directory)) {
+    subject.path = directory->path;
+  }
   if (const Exporter* exporter = runtime.exporters.Find(about.exporter)) {
     subject.exporter = exporter->ordinal;
   }
@@ -43,7 +46,7 @@ void Call::StrikeNow(const About& about) {
     current.Load(about.path, &database);
   }
   for (const Fault* fault : current.faults.Strike(entry_, SubjectOf(current, about))) {
-    if (fault->chunks) {
+    if (fault->pieces) {
       waiting_.push_back(fault);
     } else if (status_ == 0) {
       status_ = Act(*fault);
@@ -51,10 +54,10 @@ void Call::StrikeNow(const About& about) {
   }
 }
 
-notes_api::STATUS Call::AfterChunks(std::uint32_t delivered, bool isLast) {
+notes_api::STATUS Call::AfterPieces(std::size_t given, bool isLast) {
   notes_api::STATUS wanted = 0;
   std::erase_if(waiting_, [&](const Fault* fault) {
-    const bool isDue = isLast || *fault->chunks <= delivered;
+    const bool isDue = isLast || *fault->pieces <= given;
     if (isDue && wanted == 0) wanted = Act(*fault);
     return isDue;
   });

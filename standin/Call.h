@@ -23,6 +23,7 @@ struct About {
   notes_api::HCOLLECTION collection = 0;  // stands for the note of its view
   std::string_view item = {};
   std::string_view path = {};
+  notes_api::DHANDLE directory = 0;  // stands for the path by which it was opened
 };
 
 enum class Allowed {
@@ -46,9 +47,9 @@ class Call {
 
   void StrikeNow(const About& about);
 
-  // For exports: what faults want after so many chunks were delivered; zero to go on. Faults that
-  // wait for more chunks than there are strike after the last one.
-  notes_api::STATUS AfterChunks(std::uint32_t delivered, bool isLast);
+  // For exports and searches: what faults want after so many chunks or matches were given to the
+  // caller; zero to go on. Faults that wait for more than there are strike after the last one.
+  notes_api::STATUS AfterPieces(std::size_t given, bool isLast);
 
   Runtime& runtime() const { return TheRuntime(); }
 

@@ -38,7 +38,7 @@ STATUS LARKSPAN_NOTES_CALL NIFOpenCollection(DHANDLE viewDatabase, DHANDLE dataD
   Require(viewNote == nullptr && viewUnid == nullptr && collapsed == nullptr && selected == nullptr,
           "the stand-in library gives no more than the collection");
   Database& database = runtime.DatabaseOf(viewDatabase);
-  runtime.databases.Get(dataDatabase);
+  runtime.DatabaseOf(dataDatabase);
   const auto note = database.CopyNote(view);
   if (!note) return kNoteDoesNotExist;
   if (note->noteClass != kClassView) return kNoteHasNoView;

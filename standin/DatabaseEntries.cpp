@@ -7,6 +7,7 @@
 #include "standin/Call.h"
 #include "standin/CharacterSet.h"
 #include "standin/NamesList.h"
+#include "standin/Paths.h"
 #include "standin/StatusCodes.h"
 #include "standin/Times.h"
 
@@ -16,15 +17,36 @@ namespace {
 
 using namespace larkspan::standin;
 
-STATUS OpenFile(Runtime& runtime, std::string_view path, bool hasFullAccess, DHANDLE* database) {
-  Require(database != nullptr, "there is no place for the handle");
-  std::shared_ptr<Database> found;
-  const STATUS status = runtime.Load(path, &found);
+STATUS OpenFile(Runtime& runtime, bool hasFullAccess, OpenDatabase* opened) {
+  const STATUS status = runtime.Load(opened->path, &opened->database);
   if (status != kSuccess) return status;
-  if (found->properties().fullAccessOnly && !hasFullAccess) return kNoAccess;
-  auto opened = std::make_unique<OpenDatabase>(OpenDatabase{found, std::string(path)});
+  opened->canonicalPath = opened->path;
+  return opened->database->properties().fullAccessOnly && !hasFullAccess ? kNoAccess : kSuccess;
+}
+
+STATUS OpenFolder(Runtime& runtime, OpenDatabase* opened) {
+  const STATUS status = runtime.LoadDirectory(opened->path, &opened->directory);
+  if (status != kSuccess) return status;
+  opened->canonicalPath = opened->directory->path().value_or(runtime.DirectoryPath(opened->path));
+  return kSuccess;
+}
+
+// A path without a file opens the data directory itself.
+STATUS OpenPath(Runtime& runtime, std::string_view path, bool hasFullAccess, DHANDLE* database) {
+  Require(database != nullptr, "there is no place for the handle");
+  auto opened = std::make_unique<OpenDatabase>();
+  opened->path = path;
+  const bool isFolder = SplitNetPath(path).file.empty();
+  const STATUS status =
+      isFolder ? OpenFolder(runtime, opened.get()) : OpenFile(runtime, hasFullAccess, opened.get());
+  if (status != kSuccess) return status;
   *database = runtime.databases.Add(std::move(opened));
   return kSuccess;
+}
+
+// A directory has none.
+TimePair LastModified(const OpenDatabase& opened) {
+  return opened.database == nullptr ? TimePair() : opened.database->LastModified();
 }
 
 nlohmann::json RecordedNames(const std::optional<NamesList>& names) {
@@ -51,7 +73,7 @@ bool AnyUses(const HandleTable<T>& table, DHANDLE database, DHANDLE T::*member) 
 STATUS LARKSPAN_NOTES_CALL NSFDbOpen(const char* path, DHANDLE* database) {
   const Call call("NSFDbOpen", {.path = PeekText(path, kPathSize)});
   if (call.stops()) return call.status();
-  return OpenFile(call.runtime(), RequireText(path, kPathSize), false, database);
+  return OpenPath(call.runtime(), RequireText(path, kPathSize), false, database);
 }
 
 STATUS LARKSPAN_NOTES_CALL NSFDbOpenExtended(const char* path, WORD options, DHANDLE namesList,
@@ -68,9 +90,9 @@ STATUS LARKSPAN_NOTES_CALL NSFDbOpenExtended(const char* path, WORD options, DHA
                                                   {"hasSince", since != nullptr}});
   const bool hasFullAccess = names && names->authentication == kFullAccessAuthentication &&
                              names->name == runtime.userName;
-  const STATUS status = OpenFile(runtime, text, hasFullAccess, database);
+  const STATUS status = OpenPath(runtime, text, hasFullAccess, database);
   if (status != kSuccess) return status;
-  const TimePair modified = runtime.DatabaseOf(*database).LastModified();
+  const TimePair modified = LastModified(runtime.databases.Get(*database));
   WriteIfWanted(dataModified, modified.data);
   WriteIfWanted(otherModified, modified.other);
   return kSuccess;
@@ -94,7 +116,7 @@ STATUS LARKSPAN_NOTES_CALL NSFDbPathGet(DHANDLE database, char* canonicalPath, c
   const Call call("NSFDbPathGet");
   if (call.stops()) return call.status();
   const OpenDatabase& opened = call.runtime().databases.Get(database);
-  if (canonicalPath != nullptr) WriteTextWithNul(opened.path, canonicalPath, kPathSize);
+  if (canonicalPath != nullptr) WriteTextWithNul(opened.canonicalPath, canonicalPath, kPathSize);
   if (expandedPath != nullptr) {
     WriteTextWithNul(call.runtime().ExpandedPath(opened.path), expandedPath, kPathSize);
   }

@@ -6,7 +6,7 @@
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
 #include "standin/Call.h"
-#include "standin/CharacterSet.h"
+#include "standin/DatabaseInfo.h"
 #include "standin/StatusCodes.h"
 #include "standin/Times.h"
 
@@ -15,11 +15,6 @@ namespace larkspan::notes_api {
 namespace {
 
 using namespace larkspan::standin;
-
-// The information buffer holds the fields one after another, each ended with a NUL, and the title
-// leaves some of it to the categories.
-constexpr std::size_t kInfoSize = 128;
-constexpr std::size_t kInfoTitleSize = 96;
 
 const DatabaseProperties& PropertiesOf(const Call& call, DHANDLE database) {
   return call.runtime().DatabaseOf(database).properties();
@@ -74,20 +69,19 @@ STATUS LARKSPAN_NOTES_CALL NSFDbInfoGet(DHANDLE database, char* info) {
   const Call call("NSFDbInfoGet");
   if (call.stops()) return call.status();
   Require(info != nullptr, "there is no place for the information");
-  const DatabaseProperties& properties = PropertiesOf(call, database);
   std::memset(info, 0, kInfoSize);
-  const std::size_t title = WriteTextWithNul(Utf8ToNotes(properties.title), info, kInfoTitleSize);
-  WriteTextWithNul(Utf8ToNotes(properties.categories), info + title + 1, kInfoSize - title - 1);
+  const std::string made = MakeDatabaseInfo(PropertiesOf(call, database));
+  std::memcpy(info, made.data(), made.size());
   return kSuccess;
 }
 
-// The limit counts the text alone.
+// The limit counts the text alone. Information that fills its buffer is ended with a NUL behind it.
 void LARKSPAN_NOTES_CALL NSFDbInfoParse(const char* info, WORD field, char* out, WORD limit) {
   const Call call("NSFDbInfoParse");
   if (call.stops()) return;
   Require(info != nullptr, "the information is missing");
   Require(field == kInfoTitle || field == kInfoCategories, "unknown field");
-  WriteTextWithNul(InfoField({info, kInfoSize}, field), out, std::size_t{limit} + 1);
+  WriteTextWithNul(InfoField({info, kInfoSize + 1}, field), out, std::size_t{limit} + 1);
 }
 
 STATUS LARKSPAN_NOTES_CALL NSFDbModifiedTime(DHANDLE database, TIMEDATE* data, TIMEDATE* other) {

@@ -10,6 +10,7 @@ inline constexpr std::string_view kEntryNames[] = {
     "NotesTerm",
     "OSLoadString",
     "OSTranslate",
+    "OSGetEnvironmentString",
     "OSGetIntlSettings",
     "OSMemAlloc",
     "OSMemFree",
@@ -33,6 +34,7 @@ inline constexpr std::string_view kEntryNames[] = {
     "NSFDbSpaceUsageScaled",
     "NSFDbQuotaGet",
     "NSFDbGetModifiedNoteTable",
+    "NSFSearch",
     "NSFSearchExtended3",
     "IDCreateTable",
     "IDDestroyTable",
@@ -72,6 +74,11 @@ inline constexpr std::string_view kEntryNames[] = {
     "TimeLocalToGM",
     "TimeExtractJulianDate",
     "TimeExtractTicks",
+    "NAMELookup",
+    "NAMELocateNextName",
+    "NAMELocateNextMatch",
+    "NAMEGetTextItem",
+    "DNAbbreviate",
 };
 
 constexpr bool IsEntryName(std::string_view name) {

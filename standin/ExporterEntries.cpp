@@ -15,12 +15,12 @@ using namespace larkspan::standin;
 // Hands the text over piece by piece, each from memory of its own that is gone afterwards.
 STATUS Deliver(Call& call, const std::string& dxl, std::uint32_t chunkBytes,
                DxlOutputCallback output, void* context) {
-  STATUS status = call.AfterChunks(0, dxl.empty());
+  STATUS status = call.AfterPieces(0, dxl.empty());
   std::uint32_t delivered = 0;
   for (std::size_t done = 0; status == kSuccess && done < dxl.size(); done += chunkBytes) {
     const std::string chunk = dxl.substr(done, chunkBytes);
     output(reinterpret_cast<const BYTE*>(chunk.data()), static_cast<DWORD>(chunk.size()), context);
-    status = call.AfterChunks(++delivered, done + chunkBytes >= dxl.size());
+    status = call.AfterPieces(++delivered, done + chunkBytes >= dxl.size());
   }
   return status;
 }

@@ -33,6 +33,19 @@ constexpr NamedAction kActions[] = {
     {"exception", FaultAction::kException},
 };
 
+// The entry points that give their result to the caller piece by piece, and what a piece is.
+struct PieceByPiece {
+  std::string_view entry;
+  std::string_view pieces;
+};
+
+constexpr PieceByPiece kPieceByPiece[] = {
+    {"DXLExportNote", "chunks"},
+    {"DXLExportACL", "chunks"},
+    {"NSFSearch", "matches"},
+    {"NSFSearchExtended3", "matches"},
+};
+
 FaultAction ActionNamed(const std::string& name) {
   for (const NamedAction& known : kActions) {
     if (known.name == name) return known.action;
@@ -40,12 +53,24 @@ FaultAction ActionNamed(const std::string& name) {
   throw std::runtime_error("unknown action \"" + name + "\"");
 }
 
+std::optional<std::uint32_t> ReadPieces(const json& from) {
+  for (const PieceByPiece& known : kPieceByPiece) {
+    if (from.at("entry") == known.entry && from.contains(known.pieces)) {
+      return from.at(std::string(known.pieces)).get<std::uint32_t>();
+    }
+  }
+  if (from.contains("chunks") || from.contains("matches")) {
+    throw std::runtime_error("the entry point gives no such pieces");
+  }
+  return std::nullopt;
+}
+
 void ReadConditions(const json& from, Fault* fault) {
   if (from.contains("note")) fault->note = HexadecimalValue(from.at("note"));
   if (from.contains("exporter")) fault->exporter = from.at("exporter").get<std::uint32_t>();
   if (from.contains("item")) fault->item = NotesTextValue(from.at("item"));
   if (from.contains("path")) fault->path = NotesTextValue(from.at("path"));
-  if (from.contains("chunks")) fault->chunks = from.at("chunks").get<std::uint32_t>();
+  fault->pieces = ReadPieces(from);
   if (from.contains("call")) {
     fault->firstCall = fault->lastCall = from.at("call").get<std::uint64_t>();
   } else if (from.contains("from")) {
@@ -67,8 +92,8 @@ void ReadConsequences(const json& from, Fault* fault) {
 }
 
 Fault ReadFault(const json& from) {
-  RequireKeys(from, {"entry", "note", "exporter", "item", "path", "chunks", "call", "from",
-                     "status", "action", "wait", "code", "comment"});
+  RequireKeys(from, {"entry", "note", "exporter", "item", "path", "chunks", "matches", "call",
+                     "from", "status", "action", "wait", "code", "comment"});
   Fault fault;
   fault.entry = from.at("entry").get<std::string>();
   if (!IsEntryName(fault.entry)) throw std::runtime_error("no entry point " + fault.entry);

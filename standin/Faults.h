@@ -43,7 +43,7 @@ struct Fault {
   std::optional<std::string> path;
   std::uint64_t firstCall = 1;
   std::uint64_t lastCall = UINT64_MAX;
-  std::optional<std::uint32_t> chunks;  // strikes only after so many chunks were delivered
+  std::optional<std::uint32_t> pieces;  // strikes only after so many chunks or matches were given
 
   FaultAction action = FaultAction::kOnlyWait;
   notes_api::STATUS status = 0;

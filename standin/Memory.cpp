@@ -36,6 +36,11 @@ void MemoryObject::RequireReleasable() const {
   RequireGuard();
 }
 
+bool MemoryObject::Holds(const notes_api::BYTE* at) const {
+  const std::less<> isBefore;
+  return !isBefore(at, bytes_.data()) && isBefore(at, bytes_.data() + size_);
+}
+
 void MemoryObject::RequireHoldsAll(const notes_api::BYTE* start, std::size_t count) const {
   const std::less<> isBefore;
   const notes_api::BYTE* const end = bytes_.data() + size_;

@@ -28,6 +28,9 @@ class MemoryObject {
 
   notes_api::BYTE* bytes() { return bytes_.data(); }
 
+  // Whether the byte belongs to this object.
+  bool Holds(const notes_api::BYTE* at) const;
+
   // A strict failure when the bytes start in this object, or at its end, and reach past its end.
   void RequireHoldsAll(const notes_api::BYTE* start, std::size_t count) const;
 

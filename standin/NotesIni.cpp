@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
-#include <string_view>
 
 #include "standin/CharacterSet.h"
 #include "standin/Platform.h"
@@ -63,9 +62,11 @@ void NotesIni::AddLine(std::string line) {
   values_[LowerCase(Trimmed(line.substr(0, sign)))] = Trimmed(line.substr(sign + 1));
 }
 
-std::string NotesIni::Value(const std::string& key) const {
-  const auto found = values_.find(key);
-  return found == values_.end() ? std::string() : found->second;
+std::string NotesIni::Value(const std::string& key) const { return Variable(key).value_or(""); }
+
+std::optional<std::string> NotesIni::Variable(std::string_view key) const {
+  const auto found = values_.find(LowerCase(std::string(key)));
+  return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::filesystem::path NotesIni::PathValue(const std::string& key) const {

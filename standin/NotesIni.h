@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace larkspan::standin {
 
@@ -19,6 +20,9 @@ class NotesIni {
 
   // Empty when the key is missing. The key is in lower case.
   std::string Value(const std::string& key) const;
+
+  // Nothing when the key is missing. The key may have any letter case.
+  std::optional<std::string> Variable(std::string_view key) const;
 
   // The value as a path; a relative one is taken from the folder of the file. Empty when missing.
   std::filesystem::path PathValue(const std::string& key) const;

@@ -32,10 +32,19 @@ NetPath SplitNetPath(std::string_view path) {
   return parts;
 }
 
+std::filesystem::path ServersFolder(const std::filesystem::path& dataFolder) {
+  return dataFolder / "servers";
+}
+
+std::filesystem::path ServerFolder(const std::filesystem::path& dataFolder,
+                                   const std::string& server) {
+  return server.empty() ? dataFolder : ServersFolder(dataFolder) / AsPath(server);
+}
+
 std::filesystem::path DatabaseFile(const std::filesystem::path& dataFolder, std::string_view path) {
   const NetPath parts = SplitNetPath(path);
   if (parts.server.empty()) return dataFolder / AsPath(parts.file);
-  return dataFolder / "servers" / AsPath(parts.server) / AsPath(parts.file).relative_path();
+  return ServerFolder(dataFolder, parts.server) / AsPath(parts.file).relative_path();
 }
 
 }  // namespace larkspan::standin

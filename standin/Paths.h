@@ -17,6 +17,13 @@ struct NetPath {
 // Splits "file", "server!!file" or "port!!!server!!file".
 NetPath SplitNetPath(std::string_view path);
 
+// Where the files of all servers lie.
+std::filesystem::path ServersFolder(const std::filesystem::path& dataFolder);
+
+// The data directory of a server, or the data folder itself when the name is empty.
+std::filesystem::path ServerFolder(const std::filesystem::path& dataFolder,
+                                   const std::string& server);
+
 // The file below the data folder: a relative one straight below it, or below servers/<server>/ when
 // the path names a server. An absolute path without a server stands for itself.
 std::filesystem::path DatabaseFile(const std::filesystem::path& dataFolder, std::string_view path);

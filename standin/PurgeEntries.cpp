@@ -17,7 +17,7 @@ STATUS LARKSPAN_NOTES_CALL NIFPurgeCollection(DHANDLE viewDatabase, DHANDLE data
   if (call.stops()) return call.status();
   Runtime& runtime = call.runtime();
   Database& database = runtime.DatabaseOf(viewDatabase);
-  runtime.databases.Get(dataDatabase);
+  runtime.DatabaseOf(dataDatabase);
   runtime.ledger.RecordLast("NIFPurgeCollection",
                             {{"view", view}, {"hadIndex", database.HasIndex(view)}});
   const auto& open = runtime.collections.objects();

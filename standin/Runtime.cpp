@@ -4,9 +4,11 @@
 #include <fstream>
 
 #include "standin/CharacterSet.h"
+#include "standin/DirectoryReader.h"
 #include "standin/JsonValues.h"
 #include "standin/Paths.h"
 #include "standin/Platform.h"
+#include "standin/ReadOrReport.h"
 #include "standin/StatusCodes.h"
 
 namespace larkspan::standin {
@@ -44,12 +46,7 @@ nlohmann::json ReadFaultFile(const std::filesystem::path& file) {
 }
 
 std::shared_ptr<Database> ReadDatabase(const std::filesystem::path& file) {
-  try {
-    return std::make_shared<Database>(file);
-  } catch (const std::exception& error) {
-    WriteToStandardError("nnotes: " + PathToUtf8(file) + ": " + error.what() + "\n");
-    return nullptr;
-  }
+  return std::make_shared<Database>(file);
 }
 
 std::size_t CallersMemory(const Runtime& runtime) {
@@ -93,12 +90,34 @@ notes_api::STATUS Runtime::Load(std::string_view path, std::shared_ptr<Database>
   if (!std::filesystem::is_regular_file(file, ignored)) return kFileDoesNotExist;
   const auto [entry, isNew] = loaded.try_emplace(file);
   if (isNew) {
-    entry->second = ReadDatabase(file);
+    entry->second = ReadOrReport(file, ReadDatabase);
     if (entry->second != nullptr) faults.Add(entry->second->faults(), PathToUtf8(file));
   }
   if (entry->second == nullptr) return kDatabaseDamaged;
   *database = entry->second;
   return kSuccess;
+}
+
+notes_api::STATUS Runtime::LoadDirectory(std::string_view path,
+                                         std::shared_ptr<const Directory>* directory) const {
+  const std::filesystem::path folder = ServerFolder(dataFolder, SplitNetPath(path).server);
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(folder, ignored)) return kFileDoesNotExist;
+  *directory = ReadOrReport(folder, [&](const std::filesystem::path& found) {
+    return ReadDirectory(found, ServersFolder(dataFolder));
+  });
+  return *directory == nullptr ? kDatabaseDamaged : kSuccess;
+}
+
+std::string Runtime::DirectoryPath(std::string_view path) const {
+  if (!SplitNetPath(path).server.empty()) return std::string(path);
+  return Utf8ToNotes(ini.Variable("directory").value_or(PathToUtf8(ini.folder())));
+}
+
+Database& Runtime::DatabaseOf(notes_api::DHANDLE database) {
+  const OpenDatabase& opened = databases.Get(database);
+  Require(opened.database != nullptr, "the handle is that of a directory");
+  return *opened.database;
 }
 
 std::string Runtime::ExpandedPath(std::string_view path) const {

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "standin/Database.h"
+#include "standin/Directory.h"
 #include "standin/Exporter.h"
 #include "standin/Faults.h"
 #include "standin/HandleTable.h"
@@ -24,9 +25,12 @@
 
 namespace larkspan::standin {
 
+// A database, or a data directory, which opens like one.
 struct OpenDatabase {
-  std::shared_ptr<Database> database;
-  std::string path;  // as the caller gave it
+  std::shared_ptr<Database> database;  // null when this is a directory
+  std::shared_ptr<const Directory> directory;
+  std::string path;           // as the caller gave it
+  std::string canonicalPath;  // as the library tells it
 };
 
 struct OpenCollection {
@@ -69,13 +73,22 @@ struct Runtime {
   // The database of a path, read at its first use, when the faults of the file join the plan.
   notes_api::STATUS Load(std::string_view path, std::shared_ptr<Database>* database);
 
+  // The data directory of a path without a file, read anew.
+  notes_api::STATUS LoadDirectory(std::string_view path,
+                                  std::shared_ptr<const Directory>* directory) const;
+
+  // What the library tells of the path of a directory that tells none itself: the server, or for
+  // the local one what the configuration says.
+  std::string DirectoryPath(std::string_view path) const;
+
   // The full path of a database: the server, if one is named, and the whole path of the file.
   std::string ExpandedPath(std::string_view path) const;
 
   // ID files are named relative to the data folder.
   std::filesystem::path IdFilePath(const char* name) const;
 
-  Database& DatabaseOf(notes_api::DHANDLE database) { return *databases.Get(database).database; }
+  // A strict failure when the handle is that of a directory.
+  Database& DatabaseOf(notes_api::DHANDLE database);
 
   // A strict failure when the bytes lie in a memory object and reach past its end. Whether memory
   // of the caller's own is long enough, nobody can tell.

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "notes/NotesApi.h"
+#include "standin/Buffers.h"
 #include "standin/Call.h"
 #include "standin/CharacterSet.h"
 #include "standin/Platform.h"
@@ -44,6 +45,19 @@ void LARKSPAN_NOTES_CALL NotesTerm() {
   // A program whose own thread has crashed ends the runtime from another one.
   const Call call("NotesTerm", {}, Allowed::kFromAnyThread);
   EndRuntime();
+}
+
+// The limit counts the text alone. Without such a variable the place stays as it is.
+BOOL LARKSPAN_NOTES_CALL OSGetEnvironmentString(const char* name, char* out, WORD limit) {
+  const Call call("OSGetEnvironmentString", {.item = PeekText(name, kTextSize)});
+  if (call.stops()) return 0;
+  const std::string key = NotesToUtf8(RequireText(name, kTextSize));
+  call.runtime().ledger.RecordLast("OSGetEnvironmentString", {{"name", key}, {"limit", limit}});
+  Require(out != nullptr, "there is no place for the text");
+  const std::optional<std::string> value = call.runtime().ini.Variable(key);
+  if (!value) return 0;
+  WriteTextWithNul(Utf8ToNotes(*value), out, std::size_t{limit} + 1);
+  return 1;
 }
 
 }  // namespace larkspan::notes_api

@@ -1,10 +1,10 @@
 // The search entry point. It has an object file of its own so that a library can be built that
 // lacks it.
 #include <nlohmann/json.hpp>
-#include <numeric>
 
 #include "notes/NotesApi.h"
 #include "standin/Call.h"
+#include "standin/Scrambler.h"
 #include "standin/StatusCodes.h"
 #include "standin/Times.h"
 
@@ -13,21 +13,6 @@ namespace larkspan::notes_api {
 namespace {
 
 using namespace larkspan::standin;
-
-// An order that is always the same and helps nobody: steps of a fixed share of the count, made
-// coprime to it so that every entry has its turn.
-class Scrambler {
- public:
-  explicit Scrambler(std::size_t count) : count_(count), step_(count * 5 / 8 + 1) {
-    while (count_ != 0 && std::gcd(count_, step_) != 1) ++step_;
-  }
-
-  std::size_t At(std::size_t turn) const { return (turn * step_ + count_ / 3) % count_; }
-
- private:
-  std::size_t count_;
-  std::size_t step_;
-};
 
 bool Matches(const NoteSummary& entry, WORD classMask, const TIMEDATE* since) {
   if ((entry.noteClass & ~kDeletedBit & classMask) == 0) return false;
@@ -60,7 +45,7 @@ STATUS LARKSPAN_NOTES_CALL NSFSearchExtended3(DHANDLE database, DHANDLE formula,
                                               WORD classMask, TIMEDATE* since,
                                               SearchCallback callback, void* context,
                                               TIMEDATE* until, DHANDLE namesList) {
-  const Call call("NSFSearchExtended3");
+  Call call("NSFSearchExtended3");
   if (call.stops()) return call.status();
   Runtime& runtime = call.runtime();
   runtime.ledger.RecordLast(
@@ -69,16 +54,21 @@ STATUS LARKSPAN_NOTES_CALL NSFSearchExtended3(DHANDLE database, DHANDLE formula,
        searchFlags2, searchFlags3, searchFlags4, classMask, TimeOrNull(since), callback != nullptr,
        context != nullptr, until != nullptr, namesList});
   Require(callback != nullptr, "there is no callback");
+  runtime.DatabaseOf(database);
   const std::shared_ptr<Database> searched = runtime.databases.Get(database).database;
   const Scrambler order(searched->entryCount());
-  for (std::size_t turn = 0; turn < searched->entryCount(); ++turn) {
+  std::size_t given = 0;
+  STATUS status = call.AfterPieces(given, false);
+  for (std::size_t turn = 0; status == kSuccess && turn < searched->entryCount(); ++turn) {
     const NoteSummary entry = searched->EntryAt(order.At(turn));
     if (!Matches(entry, classMask, since)) continue;
     SearchMatch match = MatchOf(entry, searched->properties());
     ItemTable summary = {sizeof(ItemTable), 0};
-    const STATUS status = callback(context, &match, &summary);
-    if (status != kSuccess) return status;
+    status = callback(context, &match, &summary);
+    if (status == kSuccess) status = call.AfterPieces(++given, false);
   }
+  if (status == kSuccess) status = call.AfterPieces(given, true);
+  if (status != kSuccess) return status;
   if (until != nullptr) *until = searched->LastModified().data;
   return kSuccess;
 }

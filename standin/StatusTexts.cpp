@@ -35,6 +35,10 @@ constexpr Entry kTexts[] = {
     {kNoSuchPosition, "View has no entry at the position"},
     {575, "Form holds a field that cannot be exported"},
     {kNoAccess, "You are not authorized to open the database"},
+    {kNoServer, "Server cannot be reached"},
+    {kNoAddressBook, "Address book does not exist"},
+    {kNoNameSpace, "Address book has no such name space"},
+    {kNameDamaged, "Name is not a distinguished name"},
     {1173, "Rich text is damaged"},
     {kUnknownExporterProperty, "Exporter property is unknown"},
     {kIdFileNotFound, "ID file does not exist"},
@@ -44,6 +48,7 @@ constexpr Entry kTexts[] = {
     {kNotAReader, "Document is encrypted for other users"},
     {6967, "Design of the database cannot be exported"},
     {6968, "Design of the database is hidden"},
+    {8209, "Configuration names no mail server"},
 };
 
 constexpr notes_api::STATUS kFirstDamage = 0x3600;

@@ -1,4 +1,4 @@
-// Entry points for text: translation, status texts, paths, comparison.
+// Entry points for text: translation, status texts, paths, names, comparison.
 #include <cstring>
 #include <nlohmann/json.hpp>
 
@@ -6,6 +6,7 @@
 #include "standin/Buffers.h"
 #include "standin/Call.h"
 #include "standin/CharacterSet.h"
+#include "standin/Names.h"
 #include "standin/Paths.h"
 #include "standin/StatusCodes.h"
 #include "standin/StatusTexts.h"
@@ -56,6 +57,21 @@ STATUS LARKSPAN_NOTES_CALL OSPathNetParse(const char* path, char* port, char* se
   WriteTextWithNul(parts.port, port, kNameSize);
   WriteTextWithNul(parts.server, server, kNameSize);
   WriteTextWithNul(parts.file, file, kNameSize);
+  return kSuccess;
+}
+
+// The limit counts the text alone.
+STATUS LARKSPAN_NOTES_CALL DNAbbreviate(DWORD flags, const char* nameTemplate, const char* name,
+                                        char* out, WORD limit, WORD* length) {
+  const Call call("DNAbbreviate");
+  if (call.stops()) return call.status();
+  const std::string_view text = RequireText(name, kTextSize);
+  call.runtime().ledger.RecordLast(
+      "DNAbbreviate", {{"flags", flags}, {"name", NotesToUtf8(text)}, {"limit", limit}});
+  Require(flags == 0 && nameTemplate == nullptr, "a reserved argument is not zero");
+  const std::optional<std::string> abbreviated = AbbreviatedName(text);
+  if (!abbreviated) return kNameDamaged;
+  WriteIfWanted(length, WriteTextWithNul(*abbreviated, out, std::size_t{limit} + 1));
   return kSuccess;
 }
 

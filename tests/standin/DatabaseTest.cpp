@@ -35,7 +35,6 @@ TEST_F(Databases, ThatAreMissingDoNotOpen) {
   Start();
   EXPECT_EQ(Open("none.nsf"), kMissing);
   EXPECT_EQ(Open("Garden!!none.nsf"), kMissing);
-  EXPECT_EQ(Open(""), kMissing);
 }
 
 TEST_F(Databases, ThatAreNoJsonOrHaveUnknownKeysDoNotOpen) {

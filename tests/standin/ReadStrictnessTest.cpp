@@ -76,7 +76,7 @@ TEST_F(ReadStrictnessDeathTest, CollectionsAreOpenAndOpenedInAKnownWay) {
 }
 
 TEST_F(ReadStrictnessDeathTest, DatabasesAreAskedWithAPlaceForTheAnswer) {
-  char info[128] = {};
+  char info[129] = {};
   char out[8];
   EXPECT_STRICT(NSFDbReplicaInfoGet(database_, nullptr), "no place");
   EXPECT_STRICT(NSFDbIDGet(database_, nullptr), "no place");
