@@ -1,5 +1,6 @@
 #include "standin/DirectoryReader.h"
 
+#include <cstdint>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -25,7 +26,7 @@ notes_api::TIMEDATE ReadIdentifier(const json& from) {
 
 Bytes ReadSummary(const json& from) {
   std::vector<SummaryItem> items;
-  for (const auto& [name, value] : from.items()) {
+  for (const auto& [name, value] : from.get_ref<const json::object_t&>()) {
     items.push_back({NotesTextValue(name), ReadViewValue(value)});
   }
   Bytes summary = MakeSummary(items);
@@ -44,8 +45,16 @@ DirectoryEntry ReadEntry(const json& from) {
 
 std::vector<DirectoryEntry> ReadEntries(const json& from) {
   std::vector<DirectoryEntry> entries;
-  for (const json& entry : from) entries.push_back(ReadEntry(entry));
+  for (const json& entry : from.get_ref<const json::array_t&>())
+    entries.push_back(ReadEntry(entry));
   return entries;
+}
+
+// The number of each database must fit into 32 bits of its ID.
+std::size_t ReadGenerated(const json& from) {
+  const auto count = from.value("generate", std::int64_t{0});
+  if (count < 0 || count > UINT32_MAX) throw std::runtime_error("so many databases cannot be");
+  return static_cast<std::size_t>(count);
 }
 
 }  // namespace
@@ -60,8 +69,7 @@ std::shared_ptr<const Directory> ReadDirectory(const std::filesystem::path& fold
   const bool isListed = !from.contains("entries") && !from.contains("generate");
   std::vector<DirectoryEntry> entries =
       isListed ? ListFolder(folder, hidden) : ReadEntries(from.value("entries", json::array()));
-  return std::make_shared<Directory>(std::move(path), std::move(entries),
-                                     from.value("generate", 0U));
+  return std::make_shared<Directory>(std::move(path), std::move(entries), ReadGenerated(from));
 }
 
 }  // namespace larkspan::standin

@@ -160,6 +160,8 @@ TEST_F(FaultDeathTest, ThatMakeNoSenseAreRefused) {
   for (const char* plan :
        {R"([{"entry": "NSFNoteOpn", "status": 1}])", R"([{"entry": "NSFNoteOpen"}])",
         R"([{"entry": "NSFNoteOpen", "status": 1, "calls": 2}])", R"([{"status": 1}])",
+        R"([{"entry": "NSFSearch", "status": 1, "chunks": 2}])",
+        R"([{"entry": "DXLExportNote", "status": 1, "matches": 2}])",
         R"([{"entry": "NSFNoteOpen", "action": "explode"}])", R"({})", "nonsense"}) {
     EXPECT_EXIT(StandinSetFaults(plan), testing::ExitedWithCode(70), "nnotes:") << plan;
   }

@@ -1,6 +1,7 @@
 // Searching a database.
 #include <algorithm>
 
+#include "standin/StandinHooks.h"
 #include "tests/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
@@ -118,6 +119,19 @@ TEST_F(Searches, EndWithTheStatusOfTheCallback) {
   hits.answer = 77;
   EXPECT_EQ(Run(0x7FFF, nullptr, &hits), 77);
   EXPECT_EQ(hits.matches.size(), 1U);
+}
+
+TEST_F(Searches, FailAfterSomeMatches) {
+  StandinSetFaults(R"([{"entry": "NSFSearchExtended3", "call": 1, "matches": 3, "status": 77},
+                       {"entry": "NSFSearchExtended3", "call": 2, "matches": 99, "status": 78},
+                       {"entry": "NSFSearchExtended3", "call": 3, "matches": 0, "status": 79}])");
+  Hits three, all, none;
+  EXPECT_EQ(Run(0x7FFF, nullptr, &three), 77);
+  EXPECT_EQ(three.matches.size(), 3U);
+  EXPECT_EQ(Run(0x7FFF, nullptr, &all), 78);
+  EXPECT_EQ(all.matches.size(), 9U);
+  EXPECT_EQ(Run(0x7FFF, nullptr, &none), 79);
+  EXPECT_TRUE(none.matches.empty());
 }
 
 }  // namespace larkspan::standin_test

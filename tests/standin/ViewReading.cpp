@@ -76,6 +76,13 @@ std::string TakeBuffer(DHANDLE buffer, WORD length) {
 
 }  // namespace
 
+SummaryItems SummaryIn(std::string_view bytes) {
+  Taker taker(bytes);
+  const SummaryItems items = TakeSummary(&taker);
+  EXPECT_EQ(taker.left(), 0U);
+  return items;
+}
+
 HCOLLECTION OpenCollection(DHANDLE database, NOTEID view) {
   HCOLLECTION collection = 0;
   EXPECT_EQ(NIFOpenCollection(database, database, view, 0, 0, &collection, nullptr, nullptr,

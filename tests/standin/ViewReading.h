@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -36,6 +37,9 @@ struct Entry {
 
   bool operator==(const Entry&) const = default;
 };
+
+// The items of a summary; a failed expectation when it does not fill the bytes exactly.
+SummaryItems SummaryIn(std::string_view bytes);
 
 HCOLLECTION OpenCollection(DHANDLE database, NOTEID view);
 
