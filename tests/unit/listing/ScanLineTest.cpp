@@ -101,7 +101,7 @@ TEST_F(ScanLineTest, LineHasSixFields) {
                   {"$NONDATAMOD", TimeValue(2, kFirstDay)},
                   {"$Length", NumberValue(1048576)}},
                  {{0xABC, 0xC12583D0}}),
-            "mail\\ada.nsf\tAda's mail\t1\t2\t4697254411347427328\tC12583D000000ABC");
+            "mail\\ada.nsf\tAda's mail Private\t1\t2\t4697254411347427328\tC12583D000000ABC");
 }
 
 TEST_F(ScanLineTest, MissingItemsLeaveEmptyFields) {

@@ -21,22 +21,22 @@ class ServersModeTest : public ListingTest {
                   const std::string& servers) {
     if (!mailServer.empty()) AddConfiguration("MailServer=" + mailServer);
     WriteData(L"names.json", R"({"$Connections": [)" + connections + "]}");
-    WriteData(L"servers/CN=Mill/O=Example/names.json", R"({"($Servers)": [)" + servers + "]
+    WriteData(L"servers/CN=Mill/O=Example/names.json",
+              R"json({"($Servers)": [)json" + servers + "]}");
   }
-  ");
-}
 
-static std::string
-Destination(const std::string& name) {
-  return R"({"Destination": ")" + name + "\"}";
-}
+  static std::string Destination(const std::string& name) {
+    return R"({"Destination": ")" + name + "\"}";
+  }
 
-static std::string Server(const std::string& name) { return R"({"ServerName": ")" + name + "\"}"; }
+  static std::string Server(const std::string& name) {
+    return R"({"ServerName": ")" + name + "\"}";
+  }
 
-std::string Listed() {
-  RunServersMode();
-  return ReadBytes(PathOf(L"servers.txt"));
-}
+  std::string Listed() {
+    RunServersMode();
+    return ReadBytes(PathOf(L"servers.txt"));
+  }
 };
 
 constexpr char kMill[] = "CN=Mill/O=Example";
@@ -76,7 +76,7 @@ TEST_F(ServersModeTest, BooksAreAskedAsTheyAreKept) {
   EXPECT_EQ(Arguments("NAMELookup"),
             R"([{"flags":1,"items":["Destination",""],"nameSpaces":["$Connections"],)"
             R"("names":[""],"server":null},)"
-            R"({"flags":1,"items":["ServerName",""],"nameSpaces":["($Servers)"],)"
+            R"json({"flags":1,"items":["ServerName",""],"nameSpaces":["($Servers)"],)json"
             R"("names":[""],"server":"CN=Mill/O=Example"}])");
 }
 
