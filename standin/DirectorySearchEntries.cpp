@@ -18,6 +18,39 @@ constexpr WORD kClassMask = 0x200A;
 constexpr WORD kDatabaseClass = 0x2002;
 constexpr WORD kFolderClass = 0x2008;
 
+// How a caller wants to search.
+struct Wanted {
+  DHANDLE formula;
+  const char* viewTitle;
+  WORD searchFlags;
+  WORD classMask;
+  const TIMEDATE* since;
+  SearchCallback callback;
+  void* context;
+  const TIMEDATE* until;
+};
+
+void Record(Runtime& runtime, const std::string& path, const Wanted& wanted) {
+  runtime.ledger.RecordLast("NSFSearch", {{"path", NotesToUtf8(path)},
+                                          {"formula", wanted.formula},
+                                          {"hasViewTitle", wanted.viewTitle != nullptr},
+                                          {"searchFlags", wanted.searchFlags},
+                                          {"classMask", wanted.classMask},
+                                          {"hasSince", wanted.since != nullptr},
+                                          {"hasContext", wanted.context != nullptr},
+                                          {"hasUntil", wanted.until != nullptr}});
+}
+
+// The one way of searching that programs use.
+void RequireKnownWay(const Wanted& wanted) {
+  Require(wanted.formula == 0 && wanted.viewTitle == nullptr && wanted.since == nullptr &&
+              wanted.until == nullptr,
+          "directories are searched without formula, view title and times");
+  Require(wanted.searchFlags == kSearchFlags, "unknown search flags");
+  Require(wanted.classMask == kClassMask, "unknown class mask");
+  Require(wanted.callback != nullptr, "there is no callback");
+}
+
 SearchMatch MatchOf(const DirectoryEntry& entry) {
   SearchMatch match = {};
   match.noteTime = entry.identifier;
@@ -26,10 +59,23 @@ SearchMatch MatchOf(const DirectoryEntry& entry) {
   return match;
 }
 
-// Each match and its summary lie in memory of their own that is gone afterwards.
-STATUS GiveEntry(DirectoryEntry entry, SearchCallback callback, void* context) {
+// The match and the summary lie in memory of their own that is gone afterwards.
+STATUS GiveEntry(DirectoryEntry entry, const Wanted& wanted) {
   SearchMatch match = MatchOf(entry);
-  return callback(context, &match, reinterpret_cast<ItemTable*>(entry.summary.data()));
+  return wanted.callback(wanted.context, &match,
+                         reinterpret_cast<ItemTable*>(entry.summary.data()));
+}
+
+// The directory stays even if a callback closes its handle.
+STATUS GiveEntries(Call* call, std::shared_ptr<const Directory> directory, const Wanted& wanted) {
+  const std::size_t count = directory->entryCount();
+  const Scrambler order(count);
+  STATUS status = call->AfterPieces(0, count == 0);
+  for (std::size_t turn = 0; status == kSuccess && turn < count; ++turn) {
+    status = GiveEntry(directory->EntryAt(order.At(turn)), wanted);
+    if (status == kSuccess) status = call->AfterPieces(turn + 1, turn + 1 == count);
+  }
+  return status;
 }
 
 }  // namespace
@@ -39,31 +85,13 @@ STATUS LARKSPAN_NOTES_CALL NSFSearch(DHANDLE database, DHANDLE formula, char* vi
                                      SearchCallback callback, void* context, TIMEDATE* until) {
   Call call("NSFSearch", {.directory = database});
   if (call.stops()) return call.status();
-  Runtime& runtime = call.runtime();
-  const OpenDatabase& opened = runtime.databases.Get(database);
-  runtime.ledger.RecordLast("NSFSearch", {{"path", NotesToUtf8(opened.path)},
-                                          {"formula", formula},
-                                          {"hasViewTitle", viewTitle != nullptr},
-                                          {"searchFlags", searchFlags},
-                                          {"classMask", classMask},
-                                          {"hasSince", since != nullptr},
-                                          {"hasContext", context != nullptr},
-                                          {"hasUntil", until != nullptr}});
+  const OpenDatabase& opened = call.runtime().databases.Get(database);
+  const Wanted wanted = {formula, viewTitle, searchFlags, classMask,
+                         since,   callback,  context,     until};
+  Record(call.runtime(), opened.path, wanted);
   Require(opened.directory != nullptr, "the handle is not that of a directory");
-  Require(formula == 0 && viewTitle == nullptr && since == nullptr && until == nullptr,
-          "directories are searched without formula, view title and times");
-  Require(searchFlags == kSearchFlags, "unknown search flags");
-  Require(classMask == kClassMask, "unknown class mask");
-  Require(callback != nullptr, "there is no callback");
-  const std::shared_ptr<const Directory> searched = opened.directory;
-  const std::size_t count = searched->entryCount();
-  const Scrambler order(count);
-  STATUS status = call.AfterPieces(0, count == 0);
-  for (std::size_t turn = 0; status == kSuccess && turn < count; ++turn) {
-    status = GiveEntry(searched->EntryAt(order.At(turn)), callback, context);
-    if (status == kSuccess) status = call.AfterPieces(turn + 1, turn + 1 == count);
-  }
-  return status;
+  RequireKnownWay(wanted);
+  return GiveEntries(&call, opened.directory, wanted);
 }
 
 }  // namespace larkspan::notes_api

@@ -95,6 +95,14 @@ TEST_F(DatabaseInfo, IsCutToABufferOf128Bytes) {
   EXPECT_EQ(Field(database, kInfoCategories), many.substr(0, 31));
 }
 
+TEST_F(DatabaseInfo, MayFillItsBufferWithTheNulBehindIt) {
+  Start();
+  const std::string info(128, 'x');
+  char out[200] = {};
+  NSFDbInfoParse(info.c_str(), kInfoTitle, out, 199);
+  EXPECT_EQ(out, info);
+}
+
 TEST_F(DatabaseInfo, IsParsedUpToALimitThatDoesNotCountTheNul) {
   const DHANDLE database = OpenDatabase(R"({"title": "abcdef", "categories": "ä1"})");
   EXPECT_EQ(Field(database, kInfoTitle, 4), "abcd");

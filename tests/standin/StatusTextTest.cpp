@@ -19,8 +19,9 @@ class StatusText : public StandinTest {};
 }  // namespace
 
 TEST_F(StatusText, DiffersForEveryStatusThatProgramsReactTo) {
-  const STATUS statuses[] = {0,    259,  260,    264,    270,    0x1A5,  551,  575,  582,
-                             1173, 6402, 0x3600, 0x361F, 0x3620, 0x35FF, 6408, 6967, 6968};
+  const STATUS statuses[] = {0,      259,    260,    264,    270,  0x1A5, 551, 575,
+                             582,    1173,   6402,   586,    588,  590,   592, 8209,
+                             0x3600, 0x361F, 0x3620, 0x35FF, 6408, 6967,  6968};
   std::set<std::string> texts;
   for (const STATUS status : statuses) texts.insert(Text(status));
   EXPECT_EQ(texts.size(), std::size(statuses));
