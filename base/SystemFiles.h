@@ -30,8 +30,11 @@ inline HANDLE CreateTemporary() {
       GetTempFileNameW(folder.data(), L"lks", 0, path.data()) == 0) {
     return INVALID_HANDLE_VALUE;
   }
-  return CreateFileW(path.data(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
-                     FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  const HANDLE file =
+      CreateFileW(path.data(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
+                  FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (file == INVALID_HANDLE_VALUE) DeleteFileW(path.data());
+  return file;
 }
 
 // A handle that became a descriptor, and a descriptor that became a stream, are closed with it.

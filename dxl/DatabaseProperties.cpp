@@ -1,13 +1,12 @@
 #include "dxl/DatabaseProperties.h"
 
-#include <array>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 
 #include "app/Settings.h"
 #include "base/OutputPaths.h"
 #include "dxl/DateTime.h"
+#include "dxl/FormattedAttribute.h"
 #include "dxl/XmlDocument.h"
 #include "notes/Database.h"
 #include "notes/NotesApi.h"
@@ -35,6 +34,7 @@ class PropertiesDocument {
 
   // Stops at the first operation that fails.
   Status Write() {
+    if (!document_.HasFile()) return Save();
     printer_.PushUnknown("DOCTYPE database");
     printer_.OpenElement("database", kOnTheSameLine);
     printer_.PushAttribute("xmlns", notes_api::kDxlNamespace);
@@ -44,10 +44,12 @@ class PropertiesDocument {
       if (const Status status = (this->*write)(); !status.ok()) return status;
     }
     printer_.CloseElement();
-    return document_.Save(InOutputFolder(output::kProperties));
+    return Save();
   }
 
  private:
+  Status Save() { return document_.Save(InOutputFolder(output::kProperties)); }
+
   Status WriteReplicaId() {
     notes_api::DatabaseId id{};
     const Status status = Logged(L"Error retrieving replicaid (%s)", GetReplicaId(database_, id));
@@ -122,15 +124,11 @@ class PropertiesDocument {
 
   void PushId(const char* attribute, const notes_api::DatabaseId& id) {
     const auto word = [&](int index) { return static_cast<unsigned long>(id.innards[index]); };
-    std::array<char, 17> text{};
-    std::snprintf(text.data(), text.size(), "%08lX%08lX", word(1), word(0));
-    printer_.PushAttribute(attribute, text.data());
+    PushFormatted(printer_, attribute, "%08lX%08lX", word(1), word(0));
   }
 
   void PushNumber(const char* attribute, double number) {
-    std::array<char, 200> text{};
-    std::snprintf(text.data(), text.size(), "%.17g", number);
-    printer_.PushAttribute(attribute, text.data());
+    PushFormatted(printer_, attribute, "%.17g", number);
   }
 
   static std::string ToUtf8(const std::string& text) {

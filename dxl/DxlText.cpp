@@ -1,8 +1,8 @@
 #include "dxl/DxlText.h"
 
-#include <array>
-#include <cstdio>
 #include <string>
+
+#include "dxl/FormattedAttribute.h"
 
 namespace larkspan {
 
@@ -17,10 +17,8 @@ void WriteBreak(tinyxml2::XMLPrinter& printer) {
 }
 
 void WriteNonXmlCharacter(tinyxml2::XMLPrinter& printer, unsigned int code) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), "%04X", code);
   printer.OpenElement("nonxmlchar", kInline);
-  printer.PushAttribute("value", text.data());
+  PushFormatted(printer, "value", "%04X", code);
   printer.CloseElement();
 }
 

@@ -30,30 +30,25 @@ bool IsExported(const Note& viewNote, bool& isFolder) {
          HasItem(viewNote, kViewFormatItem);
 }
 
-// Drops a view's index when it goes out of scope, unless the index was there before.
+// Knows whether a view's index is to be dropped after the export: unless it was there before.
 class IndexPurge {
  public:
   IndexPurge(const LibraryFunctions& functions, const Database& database, std::uint32_t viewId)
       : functions_(functions), database_(database), viewId_(viewId) {}
-  ~IndexPurge() {
-    if (isNeeded_) Purge();
-  }
-  IndexPurge(const IndexPurge&) = delete;
-  IndexPurge& operator=(const IndexPurge&) = delete;
-
   void PurgeUnlessIndexExists() {
     Collection existing;
     isNeeded_ = !OpenExistingCollection(database_, viewId_, existing).ok();
   }
 
- private:
-  void Purge() {
+  void Run() const {
+    if (!isNeeded_) return;
     const Status status = PurgeCollection(functions_, database_, viewId_);
     if (status.ok()) return;
     LogDebug(L"Purging collection %x failed", static_cast<unsigned int>(viewId_));
     LogStatus(LogLevel::kDebug, L"Error '%s'", status);
   }
 
+ private:
   const LibraryFunctions& functions_;
   const Database& database_;
   const std::uint32_t viewId_;
@@ -75,13 +70,21 @@ void PrintAndSave(const Collection& collection, const ViewColumns& columns,
                   const std::wstring& path) {
   XmlDocument document;
   document.printer().OpenElement("view");
-  const bool complete = ReadEntries(collection, [&](const EntryBatch& batch) {
-    return PrintEntries(batch, columns, document.printer());
-  });
+  const bool complete =
+      !document.HasFile() || ReadEntries(collection, [&](const EntryBatch& batch) {
+        return PrintEntries(batch, columns, document.printer());
+      });
   if (!complete) return;
   document.printer().CloseElement();
   // A failure has its line in the log; the other views go on.
   static_cast<void>(document.Save(path));
+}
+
+void ReadAndSave(const Database& database, std::uint32_t viewId, const Note& viewNote,
+                 const std::wstring& path) {
+  Collection collection;
+  if (!OpenCollection(database, viewId, collection).ok()) return;
+  PrintAndSave(collection, ReadViewColumns(viewNote), path);
 }
 
 }  // namespace
@@ -94,9 +97,13 @@ void WriteViewDocument(const LibraryFunctions& functions, const Database& databa
   if (!IsExported(viewNote, isFolder)) return;
   IndexPurge purge(functions, database, viewId);
   if (!isFolder) purge.PurgeUnlessIndexExists();
-  Collection collection;
-  if (!OpenCollection(database, viewId, collection).ok()) return;
-  PrintAndSave(collection, ReadViewColumns(viewNote), path);
+  try {
+    ReadAndSave(database, viewId, viewNote, path);
+  } catch (...) {
+    purge.Run();
+    throw;
+  }
+  purge.Run();
 }
 
 }  // namespace larkspan

@@ -1,8 +1,8 @@
 #include "dxl/ViewEntryElement.h"
 
 #include <array>
-#include <cstdio>
 
+#include "dxl/FormattedAttribute.h"
 #include "dxl/ItemValue.h"
 #include "notes/Summary.h"
 
@@ -31,16 +31,9 @@ bool IsConflict(const Summary& summary) {
   return summary.isWhole && FindSummaryValue(summary.bytes, "$Conflict", value);
 }
 
-void PushFormatted(XMLPrinter& printer, const char* attribute, const char* format,
-                   unsigned int number) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), format, number);
-  printer.PushAttribute(attribute, text.data());
-}
-
 void WriteAttributes(XMLPrinter& printer, const ViewEntry& entry) {
   if (KindOf(entry) == EntryKind::kDocument) PushFormatted(printer, "noteId", "%08X", entry.noteId);
-  if (entry.indent != 0) PushFormatted(printer, "indent", "%u", entry.indent);
+  if (entry.indent != 0) PushFormatted(printer, "indent", "%d", int{entry.indent});
   if (IsConflict(entry.summary)) printer.PushAttribute("conflict", "true");
 }
 

@@ -17,8 +17,11 @@ class XmlDocument {
   // Writes the XML declaration into a new temporary file.
   XmlDocument();
 
-  // What writes the document's content, indented by four spaces a level. When there is no temporary
-  // file, what it writes is lost and Save fails.
+  // Whether there is a temporary file. Without one Save fails, and nothing should be printed, since
+  // it would all be kept in memory.
+  bool HasFile() const { return file_ != nullptr; }
+
+  // What writes the document's content, indented by four spaces a level.
   tinyxml2::XMLPrinter& printer() { return printer_; }
 
   // Copies the document, which must be complete, to its final path, where it replaces an earlier

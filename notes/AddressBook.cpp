@@ -83,6 +83,7 @@ Status LookUpServers(const char* server, std::string_view nameSpace, std::string
   MemoryObject result;
   if (const Status status = LookUp(server, nameSpace, item, result); !status.ok()) return status;
   const MemoryLock lock(result);
+  if (lock.address() == nullptr) return kMemoryNotLocked;
   return VisitMatches(lock.address(), visit);
 }
 

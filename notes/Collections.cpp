@@ -47,6 +47,7 @@ Status ReadOnce(const Collection& collection, CollectionPosition& position, Read
 bool VisitReading(const Reading& reading, const std::function<bool(const EntryBatch&)>& visit) {
   if (reading.buffer.get() == 0) return true;
   const MemoryLock lock(reading.buffer);
+  if (lock.address() == nullptr) return false;
   return visit({reading.returned, Bytes(lock.address(), reading.bufferLength)});
 }
 

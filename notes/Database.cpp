@@ -31,8 +31,11 @@ void FillNamesList(std::byte* list, const std::string& name) {
 
 Status MakeNamesList(const std::string& name, MemoryObject& list) {
   const Status status = AllocateMemory(kNameOffset + name.size() + 1, list);
-  if (status.ok()) FillNamesList(MemoryLock(list).address(), name);
-  return status;
+  if (!status.ok()) return status;
+  const MemoryLock lock(list);
+  if (lock.address() == nullptr) return kMemoryNotLocked;
+  FillNamesList(lock.address(), name);
+  return Status();
 }
 
 using PathPartBuffer = std::array<char, 256>;

@@ -11,16 +11,23 @@ namespace larkspan {
 // Allocates `size` bytes of unspecified content.
 Status AllocateMemory(std::size_t size, MemoryObject& memory);
 
+// Memory that the library gave but does not lock; a result of our own that travels where a status
+// of the library does.
+inline constexpr Status kMemoryNotLocked{271};
+
 // Keeps a memory object locked, and its address valid, for as long as it lives.
 class MemoryLock {
  public:
   explicit MemoryLock(const MemoryObject& memory)
       : handle_(memory.get()),
         address_(static_cast<std::byte*>(notes_api::OSLockObject(handle_))) {}
-  ~MemoryLock() { notes_api::OSUnlockObject(handle_); }
+  ~MemoryLock() {
+    if (address_ != nullptr) notes_api::OSUnlockObject(handle_);
+  }
   MemoryLock(const MemoryLock&) = delete;
   MemoryLock& operator=(const MemoryLock&) = delete;
 
+  // Null when the library could not lock the object.
   std::byte* address() const { return address_; }
 
  private:

@@ -31,8 +31,8 @@ struct CalendarTime {
 // the date-time does not have are the library's choice.
 CalendarTime ToUniversalTime(const notes_api::TIMEDATE& time);
 
-// The Julian day number, and hundredths of a second since midnight; notes_api::kNoTimePart without that
-// part.
+// The Julian day number, and hundredths of a second since midnight; notes_api::kNoTimePart without
+// that part.
 std::uint32_t JulianDay(const notes_api::TIMEDATE& time);
 std::uint32_t TimeOfDay(const notes_api::TIMEDATE& time);
 
@@ -44,9 +44,6 @@ class TextList {
  public:
   // The value must outlive the list.
   explicit TextList(Bytes value);
-
-  // What the value claims, which may be more than it holds.
-  std::uint16_t count() const { return count_; }
 
   // Gives the text of an entry, in the Notes character set. Returns false, and asks nothing of the
   // library, when the entry or one before it does not lie inside the value. Entries are to be

@@ -88,12 +88,26 @@ TEST_F(ItemValueTest, DisplayMarksAreTakenOut) {
                     "<text>\x7F$0x</text>"}});
 }
 
-// The four bytes of a mark appear around the one that is taken out; the search is past the first.
-TEST_F(ItemValueTest, MarkThatForgesFromTwoHalvesStays) {
-  const std::string printed =
-      ItemText(TextValue("\x7F$\x7F$0\xFF"
-                         "0\x01\xFF"));
-  EXPECT_EQ(printed, "<text>\x7F$0\xC3\xBF</text>");
+// The two halves of a mark come together around the one that is taken out; the search is past the
+// first half. Its last byte stands for no character.
+TEST_F(ItemValueTest, MarkThatComesTogetherFromTwoHalvesStays) {
+  EXPECT_EQ(ItemText(TextValue("\x7F$\x7F$0\xFF"
+                               "0\xFF")),
+            "<text>\x7F$0\xEF\xBF\xBD</text>");
+}
+
+TEST_F(ItemValueTest, ElementsStandOnLinesOfTheirOwnButThoseInsideText) {
+  const auto printed = [](const ExactBytes& value) {
+    return Printed([&](tinyxml2::XMLPrinter& printer) { WriteItemValue(printer, Bytes(value)); });
+  };
+  EXPECT_EQ(printed(TextValue("\n")), "<text><break/>\n</text>");
+  EXPECT_EQ(printed(ListValue({"one", "two"})),
+            "<textlist>\n    <text>one</text>\n    <text>two</text>\n</textlist>");
+  ByteBuilder times = RangeHead(notes_api::kTypeTimeRange, 0, 1);
+  times.Add(kMorning).Add(kEvening);
+  EXPECT_EQ(printed(times.Build()), std::string("<datetimelist>\n    <datetimepair>\n        ") +
+                                        kMorningText + "\n        " + kEveningText +
+                                        "\n    </datetimepair>\n</datetimelist>");
 }
 
 TEST_F(ItemValueTest, LongestTextIsWrittenWhole) {

@@ -22,11 +22,11 @@ inline std::string Printed(const std::function<void(tinyxml2::XMLPrinter&)>& wri
   return text;
 }
 
-// Runs the library on a machine whose numbers have a decimal comma.
+// Runs the library on a machine whose decimal separator has two characters.
 class ReaderTest : public standin_test::StandinTest {
  protected:
   ReaderTest() {
-    Start("StandinDecimalSeparator=,\n");
+    Start("StandinDecimalSeparator=,,\n");
     FetchNumberSettings();
   }
 };

@@ -54,6 +54,13 @@ TEST_F(ViewColumnsTest, EachColumnHasItsConstantOrNone) {
   EXPECT_EQ(Described(ParseViewFormat(FormatOf(kThreeColumns))), kThreeConstants);
 }
 
+TEST_F(ViewColumnsTest, FieldsBeforeTheConstantAreSkippedWhateverTheyAre) {
+  EXPECT_EQ(Described(ParseViewFormat(FormatOf(
+                R"({"item": "a", "title": "bc", "formula": "def", "constant": {"text": "X"}},
+                   {"item": "a", "formula": "ghij", "constant": {"text": "Y"}})"))),
+            std::string("[") + '\x00' + '\x05' + "X][" + '\x00' + '\x05' + "Y]");
+}
+
 TEST_F(ViewColumnsTest, ViewWithoutColumnsHasNone) {
   EXPECT_TRUE(ParseViewFormat(FormatOf("")).empty());
 }

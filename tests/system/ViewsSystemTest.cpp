@@ -108,6 +108,20 @@ TEST_F(ViewsSystemTest, AStopInTheViewLoopEndsBeforeTheNextView) {
   EXPECT_EQ(run_.LedgerFault(1), "");
 }
 
+// There is no marker yet, so nothing tells the supervisor where to go on.
+TEST_F(ViewsSystemTest, ACrashInAViewEndsTheRunBeforeAnyNote) {
+  run_.AddDatabase(L"x.nsf",
+                   R"({"notes": [{"id": "00000102", "class": "view", "view": {"indexed": true}},
+                                 {"id": "00000106", "class": "view", "view": {"indexed": true}}]})");
+  run_.SetFaults(
+      R"([{"entry": "NIFReadEntries", "note": "00000106", "action": "accessViolation"}])");
+  EXPECT_EQ(run_.Export(L"x.nsf", {L"-archive"}).exitCode, 0u);
+  EXPECT_EQ(ViewFiles(), Lines{"00000102.xml"});
+  EXPECT_EQ(FilesIn("design"), Lines());
+  EXPECT_EQ(LogLines(), Lines());
+  EXPECT_FALSE(run_.HasOutputFile(L"idtable.txt"));
+}
+
 struct FaultyViewFile {
   const char* name;
   const char* plan;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "notes/Database.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
@@ -78,6 +79,23 @@ TEST_F(DatabasePropertiesTest, LibraryIsAskedInOrder) {
 }
 
 TEST_F(DatabasePropertiesTest, TitleIsAlwaysThere) { EXPECT_EQ(Attribute("title", ""), ""); }
+
+TEST_F(DatabasePropertiesTest, LongPathIsWhole) {
+  const std::wstring folder(120, L'p');
+  WriteData(folder + L"/" + folder + L"/long.nsf", "{}");
+  Start();
+  const std::string path = std::string(120, 'p') + "/" + std::string(120, 'p') + "/long.nsf";
+  Database database;
+  ASSERT_TRUE(OpenDatabase(path, database).ok());
+  EXPECT_TRUE(ExportDatabaseProperties(database).ok());
+  EXPECT_NE(ReadBytes(PathOf(L"db.dxl")).find(" path=\"" + path + "\""), std::string::npos);
+}
+
+TEST_F(DatabasePropertiesTest, NothingIsAskedThatCouldNotBeWritten) {
+  const FileFaults faults("open (temporary) * accessDenied");
+  EXPECT_EQ(Export("").code(), 270);
+  EXPECT_EQ(Calls("NSFDbReplicaInfoGet"), 0);
+}
 
 TEST_F(DatabasePropertiesTest, CategoriesAreThereOnlyWhenThereAreSome) {
   EXPECT_EQ(Attribute("categories", R"("title": "Herbs")"), "none");

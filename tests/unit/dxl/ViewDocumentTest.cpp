@@ -313,11 +313,35 @@ TEST_F(ViewDocumentTest, FileThatCannotBeWrittenIsLogged) {
   EXPECT_EQ(purges, 1);
 }
 
-TEST_F(ViewDocumentTest, ConstantsTakeTheirColumnsAndDamageTakesTheEntryOrTheDocument) {
-  EXPECT_NE(Written("", R"("columns": [{"constant": {"text": "always"}}],
-                           "entries": [{"note": "000008FA"}, {"total": true}])")
-                .find("<text>always</text>"),
-            std::string::npos);
+TEST_F(ViewDocumentTest, ConstantsOfTheColumnsStandInDocumentsWithoutValues) {
+  EXPECT_EQ(Written("", R"("columns": [{"constant": {"text": "always"}}],
+                           "entries": [{"note": "000008FA"}, {"total": true}])"),
+            std::string(kHead) +
+                "<view>\r\n"
+                "    <document noteId=\"000008FA\">\r\n"
+                "        <value>\r\n"
+                "            <text>always</text>\r\n"
+                "        </value>\r\n"
+                "    </document>\r\n"
+                "    <total/>\r\n"
+                "</view>\r\n");
+}
+
+TEST_F(ViewDocumentTest, EntriesThatCannotBeReadLeaveNoFile) {
+  WriteViewDatabase("", kTwoEntries);
+  // The first lock is that of the view's format.
+  Write(R"([{"entry": "OSLockObject", "call": 2, "status": 1}])");
+  EXPECT_FALSE(Exists(path_));
+  EXPECT_EQ(purges, 1);
+}
+
+TEST_F(ViewDocumentTest, NothingIsReadThatCouldNotBeWritten) {
+  WriteViewDatabase("", kTwoEntries);
+  const FileFaults faults("open (temporary) * accessDenied");
+  Write();
+  EXPECT_EQ(Calls("NIFReadEntries"), 0);
+  ASSERT_EQ(LogLines().size(), 1U);
+  EXPECT_TRUE(LogLines()[0].starts_with("#WARNING# - Unable to write "));
 }
 
 // A summary that claims more bytes than the reading gave hides where the next entry begins.

@@ -1,0 +1,96 @@
+// The two listings in whole runs.
+#include "tests/system/SystemTest.h"
+
+namespace larkspan::testing {
+namespace {
+
+class ListingSystemTest : public SystemTest {
+ protected:
+  // Runs the program with a configuration and these arguments.
+  ProgramResult List(std::vector<std::wstring> arguments) {
+    arguments.insert(arguments.begin(), {run_.ConfigurationArgument(), L"-o", run_.output()});
+    return run_.RunArguments(arguments);
+  }
+};
+
+TEST_F(ListingSystemTest, AScanOfThisMachineIsByteForByteAsExpected) {
+  EXPECT_EQ(List({L"-s", L"<Local>", L"-scan"}).exitCode, 0u);
+  EXPECT_EQ(CompareWithExpected(run_.Tree(), "scan-local"), "");
+  EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(ListingSystemTest, AScanOfAServerIsByteForByteAsExpected) {
+  EXPECT_EQ(List({L"-s", L"Garden", L"-scan"}).exitCode, 0u);
+  EXPECT_EQ(CompareWithExpected(run_.Tree(), "scan-garden"), "");
+  EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(ListingSystemTest, AScanOfAServerWithOtherLettersIsByteForByteAsExpected) {
+  EXPECT_EQ(List({L"-s", L"Glash\u00e4user", L"-scan"}).exitCode, 0u);
+  EXPECT_EQ(CompareWithExpected(run_.Tree(), "scan-glashaeuser"), "");
+  EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(ListingSystemTest, AScanOfTenThousandDatabasesHasALineEach) {
+  EXPECT_EQ(List({L"-s", L"Large", L"-scan"}).exitCode, 0u);
+  EXPECT_EQ(OutputLines(L"scan.txt").size(), 10001u);
+  EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(ListingSystemTest, TheServersAreByteForByteAsExpected) {
+  const ProgramResult result = List({L"-servers"});
+  EXPECT_EQ(result.exitCode, 0u);
+  EXPECT_EQ(result.standardOutput, "");
+  EXPECT_EQ(CompareWithExpected(run_.Tree(), "servers"), "");
+  EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(ListingSystemTest, AScanComesBeforeTheServersAndBothBeforeAnExport) {
+  List({L"-servers", L"-s", L"<Local>", L"-scan", L"-p", L"sample.nsf", L"-archive"});
+  EXPECT_TRUE(run_.HasOutputFile(L"scan.txt"));
+  EXPECT_FALSE(run_.HasOutputFile(L"servers.txt"));
+  EXPECT_FALSE(run_.HasOutputFile(L"audit.txt"));
+}
+
+TEST_F(ListingSystemTest, TheServersComeBeforeAnExport) {
+  List({L"-servers", L"-p", L"sample.nsf", L"-archive"});
+  EXPECT_TRUE(run_.HasOutputFile(L"servers.txt"));
+  EXPECT_FALSE(run_.HasOutputFile(L"audit.txt"));
+}
+
+TEST_F(ListingSystemTest, AMissingFolderIsSilentAndNoFault) {
+  run_.SetOutput(run_.folder() + L"\\missing");
+  EXPECT_EQ(List({L"-s", L"<Local>", L"-scan"}).exitCode, 0u);
+  EXPECT_EQ(List({L"-servers"}).exitCode, 0u);
+  EXPECT_EQ(run_.LedgerLines().size(), 0u);
+}
+
+TEST_F(ListingSystemTest, ADirectoryThatCannotBeOpenedIsAnError) {
+  EXPECT_EQ(List({L"-s", L"Nowhere", L"-scan"}).exitCode, 0u);
+  ASSERT_EQ(LogLines().size(), 1u);
+  EXPECT_TRUE(LogLines()[0].starts_with("#ERROR# - Error opening root directory ("));
+  EXPECT_EQ(run_.OutputFile(L"scan.txt"), "");
+  EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(ListingSystemTest, AnIdThatCannotBeSwitchedIsAnErrorInBothModes) {
+  for (const wchar_t* mode : {L"-scan", L"-servers"}) {
+    List({mode, L"-s", L"<Local>", L"-id", L"ids/missing.id", L"-password", L"x"});
+  }
+  ASSERT_EQ(LogLines().size(), 2u);
+  for (const std::string& line : LogLines()) {
+    EXPECT_TRUE(line.starts_with("#ERROR# - Unable to switch id (")) << line;
+  }
+}
+
+TEST_F(ListingSystemTest, ARuntimeThatDoesNotStartIsAnErrorInBothModes) {
+  run_.SetFaults(R"([{"entry": "NotesInitExtended", "status": "0x1A5"}])");
+  for (const wchar_t* mode : {L"-scan", L"-servers"}) {
+    EXPECT_EQ(List({mode, L"-s", L"<Local>"}).exitCode, 0u);
+  }
+  const std::string line = "#ERROR# - Notes initialization failed (1A5)";
+  EXPECT_EQ(LogLines(), (Lines{line, line}));
+}
+
+}  // namespace
+}  // namespace larkspan::testing
