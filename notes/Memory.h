@@ -11,11 +11,11 @@ namespace larkspan {
 // Allocates `size` bytes of unspecified content.
 Status AllocateMemory(std::size_t size, MemoryObject& memory);
 
-// Memory that the library gave but does not lock; a result of our own that travels where a status
-// of the library does.
-inline constexpr Status kMemoryNotLocked{271};
+// A result of our own: memory of the library could not be locked.
+inline constexpr Status kMemoryNotLocked{272};
 
-// Keeps a memory object locked, and its address valid, for as long as it lives.
+// Keeps a memory object locked, and its address valid, for as long as it lives. The address is null
+// when the library cannot lock it; then nothing is unlocked either.
 class MemoryLock {
  public:
   explicit MemoryLock(const MemoryObject& memory)
@@ -27,7 +27,6 @@ class MemoryLock {
   MemoryLock(const MemoryLock&) = delete;
   MemoryLock& operator=(const MemoryLock&) = delete;
 
-  // Null when the library could not lock the object.
   std::byte* address() const { return address_; }
 
  private:

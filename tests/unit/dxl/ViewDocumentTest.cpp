@@ -201,7 +201,8 @@ INSTANTIATE_TEST_SUITE_P(
                     // Whatever keeps the index from opening, it may have been built.
                     SilentFailure{R"([{"entry": "NIFOpenCollection", "status": 1}])", 1},
                     SilentFailure{R"([{"entry": "NIFOpenCollection", "call": 2, "status": 1}])", 1},
-                    SilentFailure{R"([{"entry": "NIFReadEntries", "status": 1}])", 1}));
+                    SilentFailure{R"([{"entry": "NIFReadEntries", "status": 1}])", 1},
+                    SilentFailure{R"([{"entry": "OSLockObject", "status": 1}])", 1}));
 
 // 3,000 entries do not fit into one reading.
 constexpr char kManyEntries[] = R"("columns": [{"title": "Plant"}], "generateEntries": 3000)";

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "notes/Identity.h"
+#include "notes/Memory.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
 
@@ -97,6 +98,13 @@ TEST_F(DatabaseTest, FullAccessWithoutMemoryOpensNothing) {
   SetFaults(R"([{"entry": "OSMemAlloc", "status": 273}])");
   EXPECT_EQ(OpenDatabaseFullAccess("locked.nsf", database_).code(), 273);
   EXPECT_EQ(Calls("NSFDbOpenExtended"), 0);
+}
+
+TEST_F(DatabaseTest, FullAccessWithoutALockOpensNothingAndFreesTheNamesList) {
+  SetFaults(R"([{"entry": "OSLockObject", "status": 273}])");
+  EXPECT_EQ(OpenDatabaseFullAccess("locked.nsf", database_), kMemoryNotLocked);
+  EXPECT_EQ(Calls("NSFDbOpenExtended"), 0);
+  EXPECT_EQ(LeftOpen(), kNothingOpen);
 }
 
 // What a names list held when the database was opened with it.

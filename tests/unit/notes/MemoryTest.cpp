@@ -42,6 +42,13 @@ TEST_F(MemoryTest, WhatIsWrittenUnderOneLockIsReadUnderTheNext) {
   EXPECT_EQ(MemoryLock(memory_).address()[9], std::byte{0x5A});
 }
 
+TEST_F(MemoryTest, LockThatFailsHasNoAddressAndIsNotUndone) {
+  EXPECT_TRUE(AllocateMemory(10, memory_).ok());
+  SetFaults(R"([{"entry": "OSLockObject", "status": 273}])");
+  EXPECT_EQ(MemoryLock(memory_).address(), nullptr);
+  EXPECT_EQ(Calls("OSUnlockObject"), 0);
+}
+
 TEST_F(MemoryTest, MemoryIsFreedByLettingItGo) {
   EXPECT_TRUE(AllocateMemory(10, memory_).ok());
   memory_.reset();
