@@ -16,10 +16,12 @@ using Structure = std::array<std::byte, 256>;
 constexpr std::size_t kColumnCountOffset = 2;
 constexpr std::size_t kFieldLengthsOffset = 4;
 
-// The library does not know where the bytes end, so their number is looked at before.
+// The library does not know where the bytes end, so their number is looked at before. No structure
+// is empty: a length of zero is one that the library does not tell.
 bool ReadStructure(ByteReader& reader, WORD kind, Structure& structure) {
+  const std::size_t length = notes_api::ODSLength(kind);
   Bytes kept;
-  if (!reader.Take(notes_api::ODSLength(kind), kept)) return false;
+  if (length == 0 || !reader.Take(length, kept)) return false;
   void* source = const_cast<std::byte*>(kept.data());
   notes_api::ODSReadMemory(&source, kind, structure.data(), 1);
   return true;

@@ -12,7 +12,8 @@ namespace larkspan {
 std::size_t ViewColumnDescriptorLength();
 
 // Reads a view's table header and gives its number of columns. Fails, like the next, when the
-// bytes are too few; the reader then stays where it was.
+// bytes are too few or the library does not tell how many are needed; the reader then stays where
+// it was.
 bool ReadViewTableHeader(ByteReader& reader, std::uint16_t& columnCount);
 
 // Lengths in bytes of the four fields that a view column owns in the data behind all descriptors.

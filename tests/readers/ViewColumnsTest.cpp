@@ -17,10 +17,10 @@ namespace {
 // stand-in library and only change their bytes.
 class ViewColumnsTest : public ReaderTest {
  protected:
-  // The view format of a view with these columns, in JSON.
-  ExactBytes FormatOf(const std::string& columns) {
+  // The view format of a view with these columns, in JSON, in a database with these faults.
+  ExactBytes FormatOf(const std::string& columns, const std::string& faults = "") {
     OpenDatabase(R"({"notes":[{"id":"0000011A","class":"view","view":{"columns":[)" + columns +
-                 "]}}]}");
+                 R"(]}}],"faults":[)" + faults + "]}");
     const notes_api::DHANDLE note = OpenNote(0x11A);
     notes_api::BlockId item{};
     notes_api::BlockId value{};
@@ -86,6 +86,13 @@ TEST_F(ViewColumnsTest, EveryTruncationKeepsTheColumnsAndLosesOnlyConstants) {
   }
   // The third column's fields follow the constant.
   EXPECT_GE(constants, std::string_view("Height").size());
+}
+
+// The library would read as far as the structure goes, whatever is there.
+TEST_F(ViewColumnsTest, StructureWhoseLengthIsNotToldIsNotRead) {
+  const ExactBytes format = FormatOf(kThreeColumns, R"({"entry": "ODSLength", "status": 1})");
+  EXPECT_EQ(Described(ParseViewFormat(FirstBytes(format, 2))), "");
+  EXPECT_EQ(Described(ParseViewFormat(format)), "");
 }
 
 TEST_F(ViewColumnsTest, CountThatClaimsMoreColumnsReadsNothingOutside) {
