@@ -23,12 +23,15 @@ std::wstring IdTablePath() { return InOutputFolder(output::kIdTable); }
 bool WriteIdTableFile(const IdTable& table) {
   UniqueFile file = OpenFile(IdTablePath(), L"w");
   if (!file) return false;
+  std::uint32_t lines = 0;
   const bool linesWritten = ScanIds(table, [&](std::uint32_t noteId) {
     const std::string line = FormatNarrow("%08X\n", static_cast<unsigned int>(noteId));
+    ++lines;
     return file_system::Write(file.get(), line) == line.size();
   });
   const bool closed = CloseFile(std::move(file));
-  if (linesWritten && closed) return true;
+  // A scan that fails looks like one that has reached the end.
+  if (linesWritten && closed && lines >= CountIds(table)) return true;
   file_system::Delete(IdTablePath());
   return false;
 }

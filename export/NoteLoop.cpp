@@ -76,7 +76,9 @@ bool ExportListedNote(const ExporterSet& exporters, const Database& database,
 
 bool ExportListedNotes(const ExporterSet& exporters, const Database& database, const IdTable& notes,
                        std::uint32_t resumeNoteId) {
-  return ScanIds(notes, [&](std::uint32_t noteId) {
+  std::uint32_t walked = 0;
+  const bool walkedOn = ScanIds(notes, [&](std::uint32_t noteId) {
+    ++walked;
     if (noteId <= resumeNoteId) return true;
     if (!WriteMarkerFile(noteId)) return false;
     if (Progress(L"DOCUMENT: %08X", noteId)) {
@@ -85,6 +87,11 @@ bool ExportListedNotes(const ExporterSet& exporters, const Database& database, c
     }
     return ExportListedNote(exporters, database, noteId);
   });
+  if (!walkedOn) return false;
+  // A scan that fails looks like one that has reached the end, and would lose the notes silently.
+  const bool reachedEnd = walked >= CountIds(notes);
+  if (!reachedEnd) LogError(L"Unable to read document list");
+  return reachedEnd;
 }
 
 }  // namespace larkspan

@@ -44,6 +44,13 @@ TEST_F(IdTableFileTest, HoldsEightDigitsALine) {
   EXPECT_EQ(ReadBytes(file_), "0000002A\r\n000012F6\r\n");
 }
 
+TEST_F(IdTableFileTest, ScanThatEndsBeforeTheEndLeavesNoFile) {
+  const IdTable table = TableOf({0x100, 0x200});
+  SetFaults(R"([{"entry": "IDScan", "call": 2, "status": 1}])");
+  EXPECT_FALSE(WriteIdTableFile(table));
+  EXPECT_FALSE(Exists(file_));
+}
+
 TEST_F(IdTableFileTest, LinesAreInAscendingOrder) {
   EXPECT_TRUE(WriteIdTableFile(TableOf({0x300, 0x100, 0x200})));
   EXPECT_EQ(ReadBytes(file_), "00000100\r\n00000200\r\n00000300\r\n");

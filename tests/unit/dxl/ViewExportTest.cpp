@@ -80,7 +80,7 @@ TEST_F(ViewExportTest, DatabaseWithoutViewsCountsNone) {
 TEST_F(ViewExportTest, ListIsOfAllViewsSinceTheEarliestTime) {
   Export("");
   const std::string arguments = Arguments("NSFDbGetModifiedNoteTable");
-  EXPECT_EQ(arguments, R"({"classMask":8,"since":null})");
+  EXPECT_EQ(arguments, R"({"classMask":8,"since":"-47131124T000000,00+00"})");
 }
 
 TEST_F(ViewExportTest, ListThatFailsIsSilent) {

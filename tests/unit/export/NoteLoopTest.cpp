@@ -21,6 +21,20 @@ TEST_F(NoteLoopTest, NoteThatIsNotListedIsNotExported) {
   EXPECT_FALSE(HasData(L"00000906"));
 }
 
+TEST_F(NoteLoopTest, ScanThatEndsBeforeTheEndIsAnErrorLine) {
+  SetFaults(R"([{"entry": "IDScan", "from": 2, "status": 1}])");
+  EXPECT_FALSE(Walk({0x902, 0x906}));
+  EXPECT_TRUE(HasData(L"00000902"));
+  EXPECT_FALSE(HasMarker());
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to read document list"});
+}
+
+TEST_F(NoteLoopTest, CountThatIsNotToldIsNoReasonToStop) {
+  SetFaults(R"([{"entry": "IDEntries", "status": 1}])");
+  EXPECT_TRUE(Walk({0x902, 0x906}));
+  EXPECT_EQ(LogLines(), Lines());
+}
+
 TEST_F(NoteLoopTest, EmptyListIsWalkedToItsEnd) {
   EXPECT_TRUE(Walk({}));
   EXPECT_EQ(progress_, "");
