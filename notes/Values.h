@@ -45,6 +45,9 @@ class TextList {
   // The value must outlive the list.
   explicit TextList(Bytes value);
 
+  // What the value claims, which may be more than it holds.
+  std::uint16_t count() const { return count_; }
+
   // Gives the text of an entry, in the Notes character set. Returns false, and asks nothing of the
   // library, when the entry or one before it does not lie inside the value. Entries are to be
   // asked for in ascending order from 0.
