@@ -21,21 +21,23 @@ std::wstring DirectoryPath() {
   return server == L"<Local>" ? L"" : server + L"!!";
 }
 
-// The server of the directory's path, or the whole path where it names none.
-std::string ServerOf(const Database& directory) {
+// The server of the directory's path, or the whole path where it names none. Where the library does
+// not tell it, it is that by which the directory was opened.
+std::string ServerOf(const Database& directory, const std::string& openedPath) {
   std::string path;
-  if (!GetDatabasePath(directory, path).ok()) return {};
+  if (!GetDatabasePath(directory, path).ok()) path = openedPath;
   return path.substr(0, path.find("!!"));
 }
 
 void ListDirectory(ListingFile& file) {
   Database directory;
-  const Status status = OpenDatabase(WideToNotes(DirectoryPath()), directory);
+  const std::string path = WideToNotes(DirectoryPath());
+  const Status status = OpenDatabase(path, directory);
   if (!status.ok()) {
     LogStatus(LogLevel::kError, L"Error opening root directory (%s)", status);
     return;
   }
-  file.WriteLine(ServerOf(directory));
+  file.WriteLine(ServerOf(directory, path));
   SearchDirectory(directory,
                   [&](const notes_api::SearchMatch& match, const notes_api::ItemTable& summary) {
                     WriteScanLine(file, match, summary);

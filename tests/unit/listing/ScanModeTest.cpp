@@ -140,9 +140,10 @@ TEST_F(ScanModeTest, SearchThatFailsKeepsWhatItFound) {
   EXPECT_EQ(Calls("NSFDbClose"), 1);
 }
 
-TEST_F(ScanModeTest, PathThatTheLibraryDoesNotTellIsAnEmptyLine) {
+TEST_F(ScanModeTest, PathThatTheLibraryDoesNotTellIsTheOneThatWasOpened) {
+  SetServer(L"Mill");
   ConfigureWithFaults(R"([{"entry": "NSFDbPathGet", "status": 554}])");
-  EXPECT_EQ(Scanned().at(0), "");
+  EXPECT_EQ(Scanned().at(0), "Mill");
 }
 
 TEST_F(ScanModeTest, FullDiskIsAnError) {

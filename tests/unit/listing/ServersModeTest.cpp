@@ -69,6 +69,12 @@ TEST_F(ServersModeTest, BothItemsOfAMatchAreRead) {
   EXPECT_EQ(Listed(), "Mill/Example\r\na\r\nb\r\n");
 }
 
+TEST_F(ServersModeTest, NamesAreCutAt255Bytes) {
+  WriteBooks(kMill, Destination(std::string(300, 'x')), "");
+  Configure();
+  EXPECT_EQ(Listed(), "Mill/Example\r\n" + std::string(255, 'x') + "\r\n");
+}
+
 TEST_F(ServersModeTest, BooksAreAskedAsTheyAreKept) {
   WriteBooks(kMill, "", "");
   Configure();
