@@ -30,7 +30,7 @@ void StartAndList(ListingFile& file, const List& list) {
   try {
     SwitchIdAndList(file, list);
   } catch (...) {
-    LogDebug(L"Exiting via catch-all handler");
+    LogError(L"The listing was ended by an exception");
   }
   EndNotesRuntime();
 }

@@ -51,6 +51,7 @@ Status VisitItems(void* match, const ItemVisitor& visit) {
 Status VisitMatches(void* result, const ItemVisitor& visit) {
   WORD matches = 0;
   void* name = notes_api::NAMELocateNextName(result, nullptr, &matches);
+  if (name == nullptr) return Status();
   void* match = nullptr;
   for (WORD i = 0; i < matches; ++i) {
     match = notes_api::NAMELocateNextMatch(result, name, match);

@@ -44,6 +44,13 @@ TEST_F(ListingSystemTest, AScanOfTenThousandDatabasesHasALineEach) {
   EXPECT_EQ(run_.LedgerFault(1), "");
 }
 
+// The lines before it are on disk, whole.
+TEST_F(ListingSystemTest, ATextThatIsTooLongEndsTheProcessBehindTheLastWholeLine) {
+  EXPECT_EQ(List({L"-s", L"Overlong", L"-scan"}).exitCode, 0xC0000409u);
+  const std::string listing = run_.OutputFile(L"scan.txt");
+  EXPECT_TRUE(listing.starts_with("Overlong\r\n") && listing.ends_with("\r\n")) << listing;
+}
+
 TEST_F(ListingSystemTest, TheServersAreByteForByteAsExpected) {
   const ProgramResult result = List({L"-servers"});
   EXPECT_EQ(result.exitCode, 0u);

@@ -127,15 +127,16 @@ TEST_F(ScanModeTest, DirectoryThatCannotBeOpenedIsAnErrorAndEndsTheRuntime) {
   SetServer(L"Nowhere");
   Configure();
   RunScanMode();
-  EXPECT_TRUE(OnlyError().starts_with("Error opening root directory (")) << OnlyError();
+  EXPECT_EQ(OnlyError(), "Error opening root directory (File does not exist)");
   EXPECT_EQ(ScanBytes(), "");
   EXPECT_EQ(Calls("NotesTerm"), 1);
   EXPECT_EQ(Calls("NSFSearch"), 0);
 }
 
 TEST_F(ScanModeTest, SearchThatFailsKeepsWhatItFound) {
-  ConfigureWithFaults(R"([{"entry": "NSFSearch", "status": 554}])");
-  EXPECT_EQ(Scanned().at(0), "C:\\data");
+  WriteData(L"directory.json", R"({"path": "C:\\data", "generate": 5})");
+  ConfigureWithFaults(R"([{"entry": "NSFSearch", "matches": 2, "status": 554}])");
+  EXPECT_EQ(Scanned().size(), 3U);
   EXPECT_EQ(LogLines(), Lines());
   EXPECT_EQ(Calls("NSFDbClose"), 1);
 }
@@ -157,6 +158,7 @@ TEST_F(ScanModeTest, ExceptionOutOfTheLibraryEndsTheRuntime) {
   ConfigureWithFaults(R"([{"entry": "NSFSearch", "action": "throw"}])");
   EXPECT_NO_THROW(RunScanMode());
   EXPECT_EQ(Calls("NotesTerm"), 1);
+  EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
 }
 
 }  // namespace
