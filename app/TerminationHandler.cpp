@@ -1,8 +1,9 @@
-// A crashed process can be damaged in any way, so the crash path starts no thread. From the
-// beginning a second thread waits for a crash. After a crash one of the two threads, the
-// crashed one or the waiting one, runs the closing while the other counts the time; whichever is
-// ready first ends the process. The crashed thread runs the closing, since the library may ask for
-// the thread that it knows; only when its stack is used up does the waiting thread do it.
+// A crashed process can be damaged in any way, so the crash path starts no thread. Two threads wait
+// from the beginning: one counts the time of the closing and then ends the process, the other runs
+// the closing when the crashed thread cannot. The crashed thread runs it where it can, since the
+// library may ask for the thread that it knows. It cannot when its stack is used up, and not when
+// it has ended: no handler sees a thread that the library ends, or that has not even the stack left
+// to report its fault, and without it the process would live on with nothing to do.
 #include "app/TerminationHandler.h"
 
 #include <windows.h>
@@ -21,9 +22,11 @@ constexpr UINT kAbortExitCode = 3;
 
 void (*registeredClosing)() = nullptr;
 std::atomic<bool> closingBegun{false};
-HANDLE crashHappened = nullptr;
 std::atomic<bool> crashed{false};
-std::atomic<DWORD> crashCode{0};
+std::atomic<UINT> crashCode{0};
+HANDLE closingLimited = nullptr;
+HANDLE closingHandedOver = nullptr;
+HANDLE bodyThread = nullptr;
 
 [[noreturn]] void EndProcessAtOnce(UINT code) {
   TerminateProcess(GetCurrentProcess(), code);
@@ -35,40 +38,70 @@ void RunClosingOnce() {
   if (!closingBegun.exchange(true)) registeredClosing();
 }
 
-bool StackIsUsedUp() { return crashCode == EXCEPTION_STACK_OVERFLOW; }
+// A second crash ends the process.
+void BeginCrash(UINT code) {
+  if (crashed.exchange(true)) EndProcessAtOnce(code);
+  crashCode = code;
+  SetEvent(closingLimited);
+}
 
-[[noreturn]] void CloseOrCountTime(bool close) {
-  if (close) {
-    RunClosingOnce();
-  } else {
-    Sleep(kClosingLimitMilliseconds);
-  }
+[[noreturn]] void CloseAndEnd() {
+  RunClosingOnce();
   EndProcessAtOnce(crashCode);
 }
 
-DWORD WINAPI WaitForCrash(void*) {
-  if (WaitForSingleObject(crashHappened, INFINITE) != WAIT_OBJECT_0) return 0;
-  CloseOrCountTime(StackIsUsedUp());
+[[noreturn]] void EndAfterClosingLimit() {
+  Sleep(kClosingLimitMilliseconds);
+  EndProcessAtOnce(crashCode);
+}
+
+DWORD WINAPI LimitClosing(void*) {
+  if (WaitForSingleObject(closingLimited, INFINITE) != WAIT_OBJECT_0) return 0;
+  EndAfterClosingLimit();
+}
+
+DWORD WINAPI CloseForBodyThread(void*) {
+  const HANDLE events[] = {closingHandedOver, bodyThread};
+  const DWORD event = WaitForMultipleObjects(2, events, FALSE, INFINITE);
+  if (event == WAIT_FAILED) return 0;
+  if (event == WAIT_OBJECT_0 + 1) BeginCrash(kAbortExitCode);
+  CloseAndEnd();
 }
 
 LONG WINAPI CloseAfterCrash(EXCEPTION_POINTERS* fault) {
   const DWORD code = fault->ExceptionRecord->ExceptionCode;
-  if (crashed.exchange(true)) EndProcessAtOnce(code);
-  crashCode = code;
-  SetEvent(crashHappened);
-  CloseOrCountTime(!StackIsUsedUp());
+  BeginCrash(code);
+  if (code != EXCEPTION_STACK_OVERFLOW) CloseAndEnd();
+  SetEvent(closingHandedOver);
+  EndAfterClosingLimit();
 }
 
 // Without this, and the error mode, the C runtime would show its own dialog before it ends a
 // windowless program.
 extern "C" void EndAfterAbort(int) { EndProcessAtOnce(kAbortExitCode); }
 
+void StartThread(LPTHREAD_START_ROUTINE routine) {
+  const HANDLE thread = CreateThread(nullptr, 0, routine, nullptr, 0, nullptr);
+  if (thread != nullptr) CloseHandle(thread);
+}
+
+// The events, and the handle of the calling thread, stay open for as long as the process lives.
+// Without the handle nothing could be told of the thread's end: the thread that waits for it is
+// then left out.
+void StartWaitingThreads() {
+  closingLimited = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  closingHandedOver = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  StartThread(LimitClosing);
+  if (DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &bodyThread,
+                      SYNCHRONIZE, FALSE, 0)) {
+    StartThread(CloseForBodyThread);
+  }
+}
+
 void InstallCrashHandlers() {
   ULONG stackBytes = kReservedStackBytes;
   SetThreadStackGuarantee(&stackBytes);
-  crashHappened = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  const HANDLE thread = CreateThread(nullptr, 0, WaitForCrash, nullptr, 0, nullptr);
-  if (thread != nullptr) CloseHandle(thread);
+  StartWaitingThreads();
   SetUnhandledExceptionFilter(CloseAfterCrash);
   _set_error_mode(_OUT_TO_STDERR);
   std::signal(SIGABRT, EndAfterAbort);

@@ -31,6 +31,7 @@ constexpr NamedAction kActions[] = {
     {"hang", FaultAction::kHang},
     {"throw", FaultAction::kThrow},
     {"exception", FaultAction::kException},
+    {"endThread", FaultAction::kEndThread},
 };
 
 // The entry points that give their result to the caller piece by piece, and what a piece is.
@@ -151,6 +152,8 @@ notes_api::STATUS Act(const Fault& fault) {
       throw std::runtime_error("thrown by " + fault.entry);
     case FaultAction::kException:
       RaiseSystemException(fault.code.value_or(kDefaultExceptionCode));
+    case FaultAction::kEndThread:
+      EndThread();
   }
   return 0;
 }

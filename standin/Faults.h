@@ -25,6 +25,7 @@ enum class FaultAction {
   kHang,
   kThrow,
   kException,
+  kEndThread,
 };
 
 // What a call is about, as far as the fault conditions go. Texts are in the Notes character set.

@@ -87,6 +87,8 @@ void RaiseSystemException(std::uint32_t code) {
   EndProcessNow(static_cast<int>(code));
 }
 
+void EndThread() { ExitThread(0); }
+
 #else
 
 std::u16string ArgumentToUtf16(std::string_view argument) { return Utf8ToUtf16(argument); }
@@ -116,6 +118,8 @@ void ExitProcessNormally(int code) { std::_Exit(code); }
 void AbortProcess() { std::abort(); }
 
 void RaiseSystemException(std::uint32_t) { std::abort(); }
+
+void EndThread() { std::abort(); }
 
 #endif
 

@@ -36,6 +36,9 @@ void WriteToStandardError(std::string_view text);
 // Raises a system exception with this code; systems without such exceptions abort.
 [[noreturn]] void RaiseSystemException(std::uint32_t code);
 
+// Ends the calling thread and leaves the others alone; aborts on systems other than Windows.
+[[noreturn]] void EndThread();
+
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);
 

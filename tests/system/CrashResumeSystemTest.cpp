@@ -183,6 +183,24 @@ TEST_F(CrashResumeSystemTest, AClosingThatHangsAfterACrashDoesNotKeepTheWorkerAl
             (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm"}));
 }
 
+TEST_F(CrashResumeSystemTest, AClosingThatHangsAfterTheEndOfTheThreadDoesNotKeepTheWorkerAlive) {
+  run_.SetFaults(R"([{"entry": "NotesTerm", "action": "hang"}])");
+  const ProgramResult result =
+      Export(1, R"({"entry": "DXLExportNote", "note": "00000902", "action": "endThread"})",
+             {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 3u);
+  EXPECT_EQ(LogLines(),
+            (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm"}));
+}
+
+TEST_F(CrashResumeSystemTest, AThreadThatEndsInTheClosingEndsTheWorker) {
+  run_.SetFaults(R"([{"entry": "NotesTerm", "action": "endThread"}])");
+  const ProgramResult result = Export(1, "", {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 3u);
+  EXPECT_EQ(CountLines(LogLines(), "#DEBUG# - Trying to NotesTerm"), 1);
+  EXPECT_EQ(FilesIn("data").size(), 1u);
+}
+
 TEST_F(CrashResumeSystemTest, AClosingThatCrashesAfterACrashIsNotRunAgain) {
   run_.SetFaults(R"([{"entry": "NotesTerm", "action": "accessViolation"}])");
   const ProgramResult result =
@@ -243,6 +261,9 @@ INSTANTIATE_TEST_SUITE_P(
     EveryWay, EndingSystemTest,
     ::testing::Values(Ending{"AccessViolation", R"("action": "accessViolation")", true},
                       Ending{"StackOverflow", R"("action": "stackOverflow")", true},
+                      Ending{"StackOverflowAfterAChunk",
+                             R"("chunks": 1, "action": "stackOverflow")", true},
+                      Ending{"EndOfTheThread", R"("action": "endThread")", true},
                       Ending{"Exit", R"("action": "exit", "code": 3)", false},
                       Ending{"ExitWithZero", R"("action": "exit", "code": 0)", false},
                       Ending{"Abort", R"("action": "abort")", false},
