@@ -3,7 +3,9 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "app/Settings.h"
@@ -62,6 +64,11 @@ std::uint32_t ReadMarkerFile() {
   file.reset();
   LogDebug(L"ReadMarkerFile returned %08X", noteId);
   return noteId;
+}
+
+bool HasMarkerFile() {
+  std::error_code unknown;
+  return std::filesystem::exists(MarkerPath(), unknown);
 }
 
 void DeleteMarkerFile() { file_system::Delete(MarkerPath()); }

@@ -16,6 +16,9 @@ bool WriteMarkerFile(std::uint32_t noteId);
 // hexadecimal number.
 std::uint32_t ReadMarkerFile();
 
+// Whether there is one, whatever it holds.
+bool HasMarkerFile();
+
 // Deletes the file; a missing file is no error.
 void DeleteMarkerFile();
 

@@ -60,6 +60,8 @@ void RunWorker(std::uint32_t resumeNoteId) {
     StartAndExport(resumeNoteId);
   } catch (...) {
     LogDebug(L"Exiting via catch-all handler");
+    // A marker makes the supervisor name the note and go on; without one this is the run's end.
+    if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
     EndNotesRuntime();
   }
 }

@@ -1,7 +1,8 @@
 // Recovery from crashes, step by step:
 //   1. A worker is started at the current note ID; the first one at 0.
 //   2. However it ends, its marker file tells where it was, and is deleted.
-//   3. No marker: the worker finished or was stopped, and the run ends.
+//   3. No marker: the worker finished, was stopped or failed before its first note, and the run
+//      ends.
 //   4. Another note ID: the worker died on that note. The next worker starts there at once and
 //      goes on after it; the note is lost and the run log says so.
 //   5. The worker's own note ID: it could not even start. The same is tried again after five
@@ -49,17 +50,28 @@ void LogEnding(const WorkerEnding& ending) {
   }
 }
 
+// A worker that dies before its first note, or between two, leaves nothing to resume at. Its end
+// must not look like that of a complete export.
+void LogEndOutsideANote(const WorkerEnding& ending) {
+  if (ending.kind == WorkerEnding::Kind::kExited && ending.code != 0) {
+    LogError(L"Child process returned %u outside a note; the export may be incomplete",
+             ending.code);
+  }
+}
+
 // Runs one worker and returns the note ID that it left in the marker file.
 std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& commandLine,
                            std::uint32_t noteId) {
   LogDebug(L"Top of Archive Main Loop with nid %08X", noteId);
   if (noteId != 0) LogWarning(L"Major: Incomplete run detected for note id %08X", noteId);
   LogDebug(L"Invoking child process");
-  LogEnding(launcher.RunToEnd(WorkerCommandLine(commandLine, noteId)));
+  const WorkerEnding ending = launcher.RunToEnd(WorkerCommandLine(commandLine, noteId));
+  LogEnding(ending);
   LogDebug(L"Child process complete");
   LogDebug(L"Checking for marker file");
   const std::uint32_t markedNoteId = ReadMarkerFile();
   DeleteMarkerFile();
+  if (markedNoteId == kNoNoteId) LogEndOutsideANote(ending);
   return markedNoteId;
 }
 

@@ -49,6 +49,8 @@ class SupervisorTest : public OutputFolderTest {
 };
 
 inline const std::string kMajor = "#WARNING# - Major: Incomplete run detected for note id ";
+inline const std::string kEndedOutsideANote =
+    "#ERROR# - Child process returned 3221225477 outside a note; the export may be incomplete";
 inline const std::string kGaveUp = "#ERROR# - Maximum retries exceeded";
 
 // In these scripts no document is ever listed, so lost notes give one more line at the end.

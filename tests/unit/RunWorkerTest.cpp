@@ -167,16 +167,18 @@ TEST_F(RunWorkerTest, ExceptionOutOfTheExportLeavesTheMarkerOfItsNote) {
   EXPECT_EQ(ReadBytes(PathOf(L"marker.txt")), "0000090A\r\n");
 }
 
+constexpr char kEndedByAnException[] = "#ERROR# - The export was ended by an exception";
+
 TEST_F(RunWorkerTest, ExceptionOutOfTheOpeningEndsTheRuntime) {
   SetFaults(R"([{"entry": "NSFDbOpen", "action": "throw"}])");
   RunWorker(0);
-  EXPECT_EQ(LogLines(), WithEnd({"#DEBUG# - Exiting via catch-all handler"}));
+  EXPECT_EQ(LogLines(), WithEnd({"#DEBUG# - Exiting via catch-all handler", kEndedByAnException}));
 }
 
 TEST_F(RunWorkerTest, ExceptionOutOfTheStartEndsNoRuntime) {
   SetFaults(R"([{"entry": "NotesInitExtended", "action": "throw"}])");
   RunWorker(0);
-  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - Exiting via catch-all handler"});
+  EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Exiting via catch-all handler", kEndedByAnException}));
 }
 
 }  // namespace

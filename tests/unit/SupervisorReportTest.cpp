@@ -34,9 +34,13 @@ TEST_F(SupervisorReportTest, CleanWorkerIsTraced) {
 }
 
 TEST_F(SupervisorReportTest, NonZeroExitCodeIsTracedAsUnsignedNumber) {
-  Run({{kAccessViolation, std::nullopt}});
-  EXPECT_EQ(LogLines(),
-            LogOfOneWorkerWith({"#DEBUG# - Child process returned non-zero value (3221225477)"}));
+  Run({{kAccessViolation, "FFFFFFFF\r\n"}});
+  const Lines lines = LogLines();
+  ASSERT_EQ(lines.size(), 9u);
+  EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 7),
+            (Lines{"#DEBUG# - Child process returned non-zero value (3221225477)",
+                   "#DEBUG# - Child process complete", "#DEBUG# - Checking for marker file",
+                   "#DEBUG# - ReadMarkerFile returned FFFFFFFF", kEndedOutsideANote}));
 }
 
 TEST_F(SupervisorReportTest, UnknownExitCodeIsNotTraced) {

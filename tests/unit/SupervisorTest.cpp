@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,6 +43,20 @@ TEST_F(SupervisorTest, WorkerWithEmptyMarkerEndsTheRun) {
 
 TEST_F(SupervisorTest, WorkerWithMarkerThatIsNoNumberEndsTheRun) {
   EXPECT_EQ(Run({{kAccessViolation, "note"}}).size(), 1u);
+}
+
+TEST_F(SupervisorTest, WorkerThatFailsWithoutANoteInItsMarkerIsAnErrorLine) {
+  for (const std::optional<std::string>& marker :
+       {std::optional<std::string>(), std::optional<std::string>("FFFFFFFF\r\n")}) {
+    std::filesystem::remove(PathOf(L"log.txt"));
+    Run({{kAccessViolation, marker}});
+    EXPECT_EQ(Complaints(), Lines{kEndedOutsideANote});
+  }
+}
+
+TEST_F(SupervisorTest, LaterWorkerThatFailsWithoutMarkerIsAnErrorLine) {
+  Run({CrashesAt("00000100"), {kAccessViolation, std::nullopt}});
+  EXPECT_EQ(Complaints(), (Lines{kMajor + "00000100", kEndedOutsideANote, Mismatch(1)}));
 }
 
 TEST_F(SupervisorTest, CompleteRunDoesNotPause) {
