@@ -41,6 +41,13 @@ class Lookups : public StandinTest {
     return out.c_str();
   }
 
+  // The result of a lookup in the local book, locked; it stays until the runtime ends.
+  static void* LockedResult() {
+    LookupArguments arguments;
+    EXPECT_EQ(LookUp(&arguments), 0);
+    return OSLockObject(arguments.result);
+  }
+
   // Every match with its two texts.
   static std::vector<Match> Matches(const char* server = nullptr) {
     LookupArguments arguments;
@@ -126,9 +133,7 @@ TEST_F(Lookups, FailWhenTheBookMakesNoSense) {
 
 TEST_F(Lookups, CutTextsAtTheLimitAndEndThemBehindIt) {
   WriteBook("", R"({"ServerName": "Garden"})");
-  LookupArguments arguments;
-  ASSERT_EQ(LookUp(&arguments), 0);
-  void* const result = OSLockObject(arguments.result);
+  void* const result = LockedResult();
   WORD count = 0;
   void* const name = NAMELocateNextName(result, nullptr, &count);
   void* const match = NAMELocateNextMatch(result, name, nullptr);
@@ -139,9 +144,7 @@ TEST_F(Lookups, CutTextsAtTheLimitAndEndThemBehindIt) {
 
 TEST_F(Lookups, AreOfOneName) {
   WriteBook("", R"({"ServerName": "A"})");
-  LookupArguments arguments;
-  ASSERT_EQ(LookUp(&arguments), 0);
-  void* const result = OSLockObject(arguments.result);
+  void* const result = LockedResult();
   WORD count = 0;
   void* const name = NAMELocateNextName(result, nullptr, &count);
   EXPECT_EQ(NAMELocateNextName(result, name, &count), nullptr);
@@ -176,10 +179,9 @@ TEST_F(Lookups, FailByFaults) {
                        {"entry": "NAMELocateNextName", "call": 1, "status": 1},
                        {"entry": "NAMELocateNextMatch", "call": 1, "status": 1},
                        {"entry": "NAMEGetTextItem", "call": 1, "status": 78}])");
-  LookupArguments arguments, second;
-  ASSERT_EQ(LookUp(&arguments), 0);
+  void* const result = LockedResult();
+  LookupArguments second;
   EXPECT_EQ(LookUp(&second), 77);
-  void* const result = OSLockObject(arguments.result);
   WORD count = 9;
   EXPECT_EQ(NAMELocateNextName(result, nullptr, &count), nullptr);
   EXPECT_EQ(count, 9);

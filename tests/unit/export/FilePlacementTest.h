@@ -5,22 +5,15 @@
 #include <vector>
 
 #include "export/FilePlacement.h"
-#include "notes/DxlExporter.h"
-#include "tests/support/NotesFixture.h"
+#include "tests/support/OneNoteFixture.h"
 #include "tests/support/PauseRecorder.h"
 
 namespace larkspan {
 
 // Places the DXL of one note, which comes in chunks of 50 bytes.
-class FilePlacementTest : public NotesFixture {
+class FilePlacementTest : public OneNoteFixture {
  protected:
-  FilePlacementTest() {
-    WriteDatabase(R"({"chunkBytes": 50, "notes": [{"id": "00000902"}]})");
-    Start();
-    database_ = OpenTestDatabase();
-    note_ = OpenTestNote(database_, 0x902);
-    EXPECT_TRUE(CreateExporter(exporter_).ok());
-  }
+  FilePlacementTest() : OneNoteFixture(50) {}
 
   Status ExportNote(const std::wstring& name = L"\\00000902.dxl") {
     return ExportNoteToFile(exporter_, note_, name);
@@ -40,9 +33,6 @@ class FilePlacementTest : public NotesFixture {
 
   const std::wstring temporary_ = PathOf(L"temp.tmp");
   const std::wstring final_ = PathOf(L"00000902.dxl");
-  Database database_;
-  Note note_;
-  Exporter exporter_;
 };
 
 inline constexpr char kNotDeleted[] =

@@ -95,34 +95,6 @@ TEST_F(ScanModeTest, LibraryIsEndedAfterTheDirectoryIsClosed) {
                    "NotesTerm"}));
 }
 
-TEST_F(ScanModeTest, FileThatCannotBeOpenedIsAnErrorAndStartsNothing) {
-  MakeFolder(PathOf(L"scan.txt"));
-  Configure();
-  RunScanMode();
-  EXPECT_EQ(OnlyError(), "Unable to open output file");
-  EXPECT_EQ(Calls("NotesInitExtended"), 0);
-}
-
-TEST_F(ScanModeTest, RuntimeThatDoesNotStartIsAnErrorWithItsStatus) {
-  ConfigureWithFaults(R"([{"entry": "NotesInitExtended", "status": "0x1A5"}])");
-  RunScanMode();
-  EXPECT_EQ(OnlyError(), "Notes initialization failed (1A5)");
-  EXPECT_EQ(ScanBytes(), "");
-  EXPECT_EQ(Calls("NotesTerm"), 0);
-}
-
-TEST_F(ScanModeTest, IdThatCannotBeSwitchedIsAnErrorAndEndsTheRuntime) {
-  ChangeSettings([](Settings& settings) {
-    settings.idFile = L"missing.id";
-    settings.idPassword = L"secret";
-  });
-  Configure();
-  RunScanMode();
-  EXPECT_TRUE(OnlyError().starts_with("Unable to switch id (")) << OnlyError();
-  EXPECT_EQ(ScanBytes(), "");
-  EXPECT_EQ(Calls("NotesTerm"), 1);
-}
-
 TEST_F(ScanModeTest, DirectoryThatCannotBeOpenedIsAnErrorAndEndsTheRuntime) {
   SetServer(L"Nowhere");
   Configure();
@@ -152,13 +124,6 @@ TEST_F(ScanModeTest, FullDiskIsAnError) {
   const FileFaults faults("write scan.txt 2 diskFull");
   RunScanMode();
   EXPECT_EQ(OnlyError(), "Unable to write output file");
-}
-
-TEST_F(ScanModeTest, ExceptionOutOfTheLibraryEndsTheRuntime) {
-  ConfigureWithFaults(R"([{"entry": "NSFSearch", "action": "throw"}])");
-  EXPECT_NO_THROW(RunScanMode());
-  EXPECT_EQ(Calls("NotesTerm"), 1);
-  EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
 }
 
 }  // namespace

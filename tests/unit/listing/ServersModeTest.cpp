@@ -138,47 +138,12 @@ TEST_F(ServersModeTest, ItemThatCannotBeReadIsAsGoodAsEmpty) {
   EXPECT_EQ(LogLines(), Lines());
 }
 
-TEST_F(ServersModeTest, FileThatCannotBeOpenedIsAnErrorAndStartsNothing) {
-  const FileFaults faults("open servers.txt 1 accessDenied");
-  Configure();
-  RunServersMode();
-  EXPECT_EQ(OnlyError(), "Unable to open output file");
-  EXPECT_EQ(Calls("NotesInitExtended"), 0);
-}
-
-TEST_F(ServersModeTest, RuntimeThatDoesNotStartIsAnErrorWithItsStatus) {
-  ConfigureWithFaults(R"([{"entry": "NotesInitExtended", "status": "0xABC"}])");
-  EXPECT_EQ(Listed(), "");
-  EXPECT_EQ(OnlyError(), "Notes initialization failed (ABC)");
-  EXPECT_EQ(Calls("NotesTerm"), 0);
-}
-
-TEST_F(ServersModeTest, IdThatCannotBeSwitchedIsAnErrorAndEndsTheRuntime) {
-  ChangeSettings([](Settings& settings) {
-    settings.idFile = L"missing.id";
-    settings.idPassword = L"secret";
-  });
-  WriteBooks(kMill, "", "");
-  Configure();
-  EXPECT_EQ(Listed(), "");
-  EXPECT_TRUE(OnlyError().starts_with("Unable to switch id (")) << OnlyError();
-  EXPECT_EQ(Calls("NotesTerm"), 1);
-}
-
 TEST_F(ServersModeTest, FullDiskIsAnErrorAfterWholeLines) {
   WriteBooks(kMill, Destination("a"), Server("b"));
   Configure();
   const FileFaults faults("write servers.txt 2- diskFull");
   EXPECT_EQ(Listed(), "Mill/Example\r\n");
   EXPECT_EQ(OnlyError(), "Unable to write output file");
-}
-
-TEST_F(ServersModeTest, ExceptionOutOfTheLibraryEndsTheRuntime) {
-  WriteBooks(kMill, "", "");
-  ConfigureWithFaults(R"([{"entry": "NAMELookup", "action": "throw"}])");
-  EXPECT_NO_THROW(RunServersMode());
-  EXPECT_EQ(Calls("NotesTerm"), 1);
-  EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
 }
 
 }  // namespace

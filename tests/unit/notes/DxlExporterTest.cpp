@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/support/NotesFixture.h"
+#include "tests/support/OneNoteFixture.h"
 
 namespace larkspan {
 namespace {
@@ -14,19 +14,10 @@ void LARKSPAN_NOTES_CALL Append(const notes_api::BYTE* buffer, notes_api::DWORD 
   static_cast<std::string*>(context)->append(reinterpret_cast<const char*>(buffer), length);
 }
 
-class DxlExporterTest : public NotesFixture {
+class DxlExporterTest : public OneNoteFixture {
  protected:
-  DxlExporterTest() {
-    WriteDatabase(R"({"chunkBytes": 7, "notes": [{"id": "00000902"}]})");
-    Start();
-    database_ = OpenTestDatabase();
-    note_ = OpenTestNote(database_, 0x902);
-    EXPECT_TRUE(CreateExporter(exporter_).ok());
-  }
+  DxlExporterTest() : OneNoteFixture(7) {}
 
-  Database database_;
-  Note note_;
-  Exporter exporter_;
   std::string output_;
 };
 
