@@ -39,77 +39,77 @@ class ViewFiles : public StandinTest {
   int files_ = 0;
 };
 
+struct KnownValue {
+  const char* value;
+  const char* bytes;  // Type, then the fields of the value.
+};
+
+constexpr KnownValue kValues[] = {{R"({"text": "aé"})",
+                                   "0005"
+                                   "61"
+                                   "01E9"},
+                                  {R"({"text": ""})", "0005"},
+                                  {R"({"textList": ["ab", ""]})",
+                                   "0105"
+                                   "0200"
+                                   "0200"
+                                   "0000"
+                                   "6162"},
+                                  {R"({"textList": []})",
+                                   "0105"
+                                   "0000"},
+                                  {R"({"number": 1})",
+                                   "0003"
+                                   "000000000000F03F"},
+                                  {R"({"numbers": [1]})",
+                                   "0103"
+                                   "0100"
+                                   "0000"
+                                   "000000000000F03F"},
+                                  {R"({"numbers": [], "pairs": [[1, -2]]})",
+                                   "0103"
+                                   "0000"
+                                   "0100"
+                                   "000000000000F03F"
+                                   "00000000000000C0"},
+                                  {R"({"dateTime": "1970-01-01T00:00:01Z"})",
+                                   "0004"
+                                   "64000000"
+                                   "8C3D2500"},
+                                  {R"({"dateTime": "1970-01-01"})",
+                                   "0004"
+                                   "FFFFFFFF"
+                                   "8C3D2500"},
+                                  {R"({"dateTime": "T00:00:01Z"})",
+                                   "0004"
+                                   "64000000"
+                                   "FFFFFF00"},
+                                  {R"({"dateTimes": ["1970-01-01"]})",
+                                   "0104"
+                                   "0100"
+                                   "0000"
+                                   "FFFFFFFF"
+                                   "8C3D2500"},
+                                  {R"({"dateTimes": [], "pairs": [["1970-01-01", "1970-01-02"]]})",
+                                   "0104"
+                                   "0000"
+                                   "0100"
+                                   "FFFFFFFF"
+                                   "8C3D2500"
+                                   "FFFFFFFF"
+                                   "8D3D2500"},
+                                  {R"({"type": "0x0703", "bytes": "01 02"})",
+                                   "0307"
+                                   "0102"},
+                                  {R"({"bytes": "00 03 01"})",
+                                   "0003"
+                                   "01"},
+                                  {R"({"bytes": ""})", ""}};
+
 }  // namespace
 
 TEST_F(ViewFiles, HoldValuesOfEveryType) {
-  struct Case {
-    const char* value;
-    const char* bytes;
-  };
-  for (const Case& known :
-       std::vector<Case>{{R"({"text": "aé"})",
-                          "0005"
-                          "61"
-                          "01E9"},
-                         {R"({"text": ""})", "0005"},
-                         {R"({"textList": ["ab", ""]})",
-                          "0105"
-                          "0200"
-                          "0200"
-                          "0000"
-                          "6162"},
-                         {R"({"textList": []})",
-                          "0105"
-                          "0000"},
-                         {R"({"number": 1})",
-                          "0003"
-                          "000000000000F03F"},
-                         {R"({"numbers": [1]})",
-                          "0103"
-                          "0100"
-                          "0000"
-                          "000000000000F03F"},
-                         {R"({"numbers": [], "pairs": [[1, -2]]})",
-                          "0103"
-                          "0000"
-                          "0100"
-                          "000000000000F03F"
-                          "00000000000000C0"},
-                         {R"({"dateTime": "1970-01-01T00:00:01Z"})",
-                          "0004"
-                          "64000000"
-                          "8C3D2500"},
-                         {R"({"dateTime": "1970-01-01"})",
-                          "0004"
-                          "FFFFFFFF"
-                          "8C3D2500"},
-                         {R"({"dateTime": "T00:00:01Z"})",
-                          "0004"
-                          "64000000"
-                          "FFFFFF00"},
-                         {R"({"dateTimes": ["1970-01-01"]})",
-                          "0104"
-                          "0100"
-                          "0000"
-                          "FFFFFFFF"
-                          "8C3D2500"},
-                         {R"({"dateTimes": [], "pairs": [["1970-01-01", "1970-01-02"]]})",
-                          "0104"
-                          "0000"
-                          "0100"
-                          "FFFFFFFF"
-                          "8C3D2500"
-                          "FFFFFFFF"
-                          "8D3D2500"},
-                         {R"({"type": "0x0703", "bytes": "01 02"})",
-                          "0307"
-                          "0102"},
-                         {R"({"bytes": "00 03 01"})",
-                          "0003"
-                          "01"},
-                         {R"({"bytes": ""})", ""}}) {
-    EXPECT_EQ(ValueOf(known.value), known.bytes) << known.value;
-  }
+  for (const auto& [value, bytes] : kValues) EXPECT_EQ(ValueOf(value), bytes) << value;
 }
 
 TEST_F(ViewFiles, AreDamagedWhenAnEntryMakesNoSense) {
