@@ -1,12 +1,10 @@
 #include "app/CommandLine.h"
 
-#include <windows.h>
-
-#include <shellapi.h>
-
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cwchar>
+#include <string_view>
 
 #include "base/WideFormat.h"
 
@@ -68,9 +66,19 @@ constexpr std::array kOptions = {
            [](ParsedCommandLine& line, const std::wstring&) { line.settings.minimumLogLevel = 0; }},
 };
 
+wchar_t LowerCase(wchar_t letter) {
+  return letter >= L'A' && letter <= L'Z' ? static_cast<wchar_t>(letter - L'A' + L'a') : letter;
+}
+
+bool IsSameWord(std::wstring_view word, std::wstring_view argument) {
+  return std::equal(
+      word.begin(), word.end(), argument.begin(), argument.end(),
+      [](wchar_t left, wchar_t right) { return LowerCase(left) == LowerCase(right); });
+}
+
 const Option* FindOption(const std::wstring& argument) {
   for (const Option& option : kOptions) {
-    if (_wcsicmp(option.word, argument.c_str()) == 0) return &option;
+    if (IsSameWord(option.word, argument)) return &option;
   }
   return nullptr;
 }
@@ -94,15 +102,6 @@ void KeepProgramAndRuntimeArguments(const std::vector<std::wstring>& arguments,
 }
 
 }  // namespace
-
-std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine) {
-  int count = 0;
-  wchar_t** texts = CommandLineToArgvW(commandLine.c_str(), &count);
-  if (texts == nullptr) return {};
-  std::vector<std::wstring> arguments(texts, texts + count);
-  LocalFree(texts);
-  return arguments;
-}
 
 ParsedCommandLine ParseCommandLine(const std::vector<std::wstring>& arguments) {
   ParsedCommandLine line;

@@ -16,11 +16,8 @@ struct ParsedCommandLine {
   std::string fault;  // What an invalid parameter would be called; shown and written nowhere.
 };
 
-// Splits a command line into its arguments by the system's own rules; the first is the program.
-std::vector<std::wstring> SplitCommandLine(const std::wstring& commandLine);
-
 // Parses the argument vector, whose first entry is the program itself. Options are compared as
-// whole words without regard to case.
+// whole words without regard to the case of ASCII letters.
 ParsedCommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
 
 }  // namespace larkspan

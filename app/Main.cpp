@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "app/Arguments.h"
 #include "app/CommandLine.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"

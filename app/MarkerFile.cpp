@@ -44,10 +44,10 @@ bool WriteMarkerFile(std::uint32_t noteId) {
     return written;
   };
   const auto onRetry = [&](int made) {
-    LogDebug(L"Retry WriteMarkerFile (%s): %d", _wcserror(error), made);
+    LogDebug(L"Retry WriteMarkerFile (%s): %d", ErrorText(error).c_str(), made);
   };
   if (RetryWithPause(kWriteAttempts, kWritePause, attempt, onRetry)) return true;
-  LogError(L"WriteMarkerFile failed (%s)", _wcserror(error));
+  LogError(L"WriteMarkerFile failed (%s)", ErrorText(error).c_str());
   DeleteMarkerFile();
   return false;
 }

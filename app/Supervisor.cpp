@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <ctime>
 
+#include "app/Arguments.h"
 #include "app/CommandLine.h"
 #include "app/MarkerFile.h"
 #include "app/Settings.h"

@@ -56,6 +56,8 @@ std::wstring FormatMessageText(const wchar_t* format, ...) {
   return text;
 }
 
+std::wstring ErrorText(int error) { return _wcserror(error); }
+
 std::wstring CutKeepingLineEnd(std::wstring text, std::size_t maxLength) {
   if (text.size() <= maxLength) return text;
   const bool endsLine = text.back() == L'\n';

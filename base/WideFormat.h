@@ -25,6 +25,9 @@ std::string FormatNarrow(const char* format, ...);
 std::wstring FormatMessageV(const wchar_t* format, std::va_list arguments);
 std::wstring FormatMessageText(const wchar_t* format, ...);
 
+// The C runtime's words for an error number of errno.
+std::wstring ErrorText(int error);
+
 // Cuts text to maxLength characters, but keeps a line end that stands at its end. maxLength is at
 // least 1.
 std::wstring CutKeepingLineEnd(std::wstring text, std::size_t maxLength);

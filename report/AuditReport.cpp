@@ -1,11 +1,8 @@
 #include "report/AuditReport.h"
 
-#include <array>
 #include <cstdarg>
 #include <cstdint>
-#include <cstdio>
 #include <string>
-#include <string_view>
 
 #include "app/Settings.h"
 #include "base/CountFiles.h"
@@ -15,16 +12,12 @@
 #include "base/OutputPaths.h"
 #include "base/Utf8.h"
 #include "base/WideFormat.h"
+#include "report/LogCounts.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
 
 namespace {
-
-struct LoggedCounts {
-  int failed = 0;
-  int warnings = 0;
-};
 
 struct ExportedCounts {
   int data = 0;
@@ -56,21 +49,6 @@ ExportedCounts CountExportedFiles() {
   return {CountFiles(InOutputFolder(output::kDataFolder)),
           CountFiles(InOutputFolder(output::kDesignFolder)),
           CountFiles(InOutputFolder(output::kProfileFolder))};
-}
-
-LoggedCounts CountLoggedDocuments() {
-  constexpr std::string_view kFailed = "#WARNING# - Major:";
-  constexpr std::string_view kWarning = "#WARNING# - Minor:";
-  LoggedCounts counts;
-  UniqueFile log = OpenFile(InOutputFolder(output::kLog), L"r");
-  if (!log) return counts;
-  std::array<char, 1023> piece{};  // 1022 bytes and a NUL; a longer line comes in pieces.
-  while (std::fgets(piece.data(), static_cast<int>(piece.size()), log.get()) != nullptr) {
-    const std::string_view text(piece.data());
-    if (text.starts_with(kFailed)) ++counts.failed;
-    if (text.starts_with(kWarning)) ++counts.warnings;
-  }
-  return counts;
 }
 
 void AuditTimes(std::time_t startTime) {
