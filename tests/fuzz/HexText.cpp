@@ -1,6 +1,7 @@
-#include "tests/fuzz/windows/HexText.h"
+#include "tests/fuzz/HexText.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace larkspan::fuzz {
 
@@ -17,10 +18,12 @@ int DigitValue(char digit) {
 
 // Removes the digits from the front.
 std::uint32_t TakeDigits(std::string_view& rest) {
-  constexpr std::uint64_t kMost = 0xFFFFFFFF;
-  std::uint64_t number = 0;
+  constexpr unsigned long kMost = std::numeric_limits<unsigned long>::max();
+  unsigned long number = 0;
+  bool isTooLong = false;
   for (; !rest.empty() && DigitValue(rest[0]) >= 0; rest.remove_prefix(1)) {
-    number = std::min(number * 16 + static_cast<std::uint64_t>(DigitValue(rest[0])), kMost);
+    isTooLong = isTooLong || number > kMost / 16;
+    number = isTooLong ? kMost : number * 16 + static_cast<unsigned long>(DigitValue(rest[0]));
   }
   return static_cast<std::uint32_t>(number);
 }
@@ -28,10 +31,6 @@ std::uint32_t TakeDigits(std::string_view& rest) {
 bool HasPrefix(std::string_view text) { return text.starts_with("0x") || text.starts_with("0X"); }
 
 }  // namespace
-
-std::string_view TextModeContent(std::string_view bytes) {
-  return bytes.substr(0, bytes.find('\x1A'));
-}
 
 bool HasKnownNumbers(std::string_view text) { return text.find('-') == std::string_view::npos; }
 

@@ -7,11 +7,11 @@
 #include "base/OutputPaths.h"
 #include "export/IdTableFile.h"
 #include "notes/IdTables.h"
+#include "tests/fuzz/HexText.h"
 #include "tests/fuzz/InputBytes.h"
 #include "tests/fuzz/Library.h"
+#include "tests/fuzz/OutputFolder.h"
 #include "tests/fuzz/Target.h"
-#include "tests/fuzz/windows/HexText.h"
-#include "tests/fuzz/windows/OutputFolder.h"
 
 namespace larkspan::fuzz {
 

@@ -1,19 +1,15 @@
 // A command line. Each byte of the input is a character, one past 0x7F a character beyond ASCII.
-#include "app/CommandLine.h"
-
-#include <algorithm>
-#include <map>
-#include <set>
 #include <string>
+#include <vector>
 
+#include "app/Arguments.h"
 #include "app/Supervisor.h"
+#include "tests/fuzz/ParsedLineCheck.h"
 #include "tests/fuzz/Target.h"
 
 namespace larkspan::fuzz {
 
 namespace {
-
-using Arguments = std::vector<std::wstring>;
 
 std::wstring CommandLineOf(const std::uint8_t* data, std::size_t size) {
   std::wstring line;
@@ -22,85 +18,6 @@ std::wstring CommandLineOf(const std::uint8_t* data, std::size_t size) {
     line.push_back(character == 0 ? L' ' : static_cast<wchar_t>(character));
   }
   return line;
-}
-
-std::wstring LowerCase(std::wstring text) {
-  for (wchar_t& letter : text) {
-    if (letter >= L'A' && letter <= L'Z') letter = static_cast<wchar_t>(letter - L'A' + L'a');
-  }
-  return text;
-}
-
-bool IsForRuntime(const std::wstring& argument) { return argument.starts_with(L'='); }
-
-// What the arguments behind the program say, by the words of the options.
-struct Wanted {
-  bool isAccepted = true;
-  std::set<std::wstring> flags;
-  std::map<std::wstring, std::wstring> values;
-};
-
-Wanted WantedBy(const Arguments& arguments) {
-  static const std::set<std::wstring> kFlags = {L"-archive", L"-scan", L"-fullaccess",
-                                                L"-servers", L"-v",    L"-version",
-                                                L"-noview",  L"-debug"};
-  static const std::set<std::wstring> kValues = {L"-s",    L"-p",  L"-o",       L"-l",
-                                                 L"-pipe", L"-id", L"-password"};
-  Wanted wanted;
-  for (std::size_t i = 1; i < arguments.size(); ++i) {
-    const std::wstring word = LowerCase(arguments[i]);
-    if (IsForRuntime(word)) continue;
-    if (kFlags.contains(word)) {
-      wanted.flags.insert(word);
-    } else if (kValues.contains(word) && i + 1 < arguments.size()) {
-      wanted.values[word] = arguments[++i];
-    } else {
-      wanted.isAccepted = false;
-      return wanted;
-    }
-  }
-  return wanted;
-}
-
-void CheckTexts(const Settings& settings, Wanted wanted) {
-  Require(settings.server == wanted.values[L"-s"], "the server is its value");
-  Require(settings.databasePath == wanted.values[L"-p"], "the database is its value");
-  Require(settings.outputFolder == wanted.values[L"-o"], "the output folder is its value");
-  Require(settings.idFile == wanted.values[L"-id"], "the ID file is its value");
-  Require(settings.idPassword == wanted.values[L"-password"], "the password is its value");
-}
-
-void CheckFlags(const ParsedCommandLine& line, const Wanted& wanted) {
-  const auto has = [&](const wchar_t* word) { return wanted.flags.contains(word); };
-  const Settings& settings = line.settings;
-  Require(line.showVersion == (has(L"-v") || has(L"-version")), "the version is asked for");
-  Require(settings.archive == has(L"-archive"), "-archive is a flag");
-  Require(settings.scan == has(L"-scan"), "-scan is a flag");
-  Require(settings.fullAccess == has(L"-fullaccess"), "-fullaccess is a flag");
-  Require(settings.servers == has(L"-servers"), "-servers is a flag");
-  Require(settings.noViews == has(L"-noview"), "-noview is a flag");
-  Require(settings.minimumLogLevel == (has(L"-debug") ? 0 : 1), "-debug is a flag");
-}
-
-void CheckNumbers(const Settings& settings, const Wanted& wanted) {
-  if (!wanted.values.contains(L"-l")) {
-    Require(settings.resumeNoteId == kNoNoteId, "no resume note ID without its option");
-  }
-  if (!wanted.values.contains(L"-pipe")) {
-    Require(settings.progressPipe == kNoPipe, "no pipe without its option");
-  }
-}
-
-void CheckParsed(const ParsedCommandLine& line, const Arguments& arguments) {
-  const Wanted wanted = WantedBy(arguments);
-  Require(line.accepted == wanted.isAccepted, "a line of known words is accepted");
-  Require(line.settings.programPath == (arguments.empty() ? L"" : arguments[0]),
-          "the first argument is the program");
-  if (!line.accepted) return;
-  Require(line.fault.empty(), "what is accepted has no fault");
-  CheckTexts(line.settings, wanted);
-  CheckFlags(line, wanted);
-  CheckNumbers(line.settings, wanted);
 }
 
 bool IsSame(const Settings& left, const Settings& right) {
@@ -133,7 +50,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (commandLine.empty()) return 0;  // No process has one.
   const std::vector<std::wstring> arguments = SplitCommandLine(commandLine);
   const ParsedCommandLine line = ParseCommandLine(arguments);
-  fuzz::CheckParsed(line, arguments);
+  fuzz::CheckParsedLine(line, arguments);
   fuzz::CheckWorker(commandLine, line);
   return 0;
 }

@@ -1,5 +1,7 @@
-// Stands in place of the product's door to files, with a folder of the process's own behind it.
-#include "tests/fuzz/windows/OutputFolder.h"
+// A folder of the process's own on disk.
+#include "tests/fuzz/OutputFolder.h"
+
+#include <windows.h>
 
 #include <filesystem>
 #include <system_error>
@@ -7,14 +9,11 @@
 
 #include "app/Settings.h"
 #include "base/FileSystem.h"
-#include "base/SystemFiles.h"
 #include "tests/fuzz/Target.h"
 
 namespace larkspan::fuzz {
 
 namespace {
-
-std::string appendedText;
 
 class ProcessFolder {
  public:
@@ -42,41 +41,20 @@ class ProcessFolder {
 void UseOutputFolder() { static const ProcessFolder folder; }
 
 void WriteOutputFile(std::wstring_view name, std::string_view bytes) {
-  std::FILE* file = system_files::Open(InOutputFolder(name), L"wb");
+  std::FILE* file = file_system::Open(InOutputFolder(name), L"wb");
   Require(file != nullptr, "the file is opened");
-  Require(system_files::Write(file, bytes) == bytes.size(), "the file is written");
-  Require(system_files::Close(file), "the file is closed");
+  Require(file_system::Write(file, bytes) == bytes.size(), "the file is written");
+  Require(file_system::Close(file), "the file is closed");
 }
 
-std::string TakeAppendedText() { return std::exchange(appendedText, {}); }
+std::string TextModeContent(std::string_view bytes) {
+  bytes = bytes.substr(0, bytes.find('\x1A'));
+  std::string text;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const bool endsLine = bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n';
+    if (!endsLine) text.push_back(bytes[i]);
+  }
+  return text;
+}
 
 }  // namespace larkspan::fuzz
-
-namespace larkspan::file_system {
-
-std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
-  return system_files::Open(path, mode);
-}
-
-std::size_t Write(std::FILE* file, std::string_view bytes) {
-  return system_files::Write(file, bytes);
-}
-
-bool Close(std::FILE* file) { return system_files::Close(file); }
-
-bool Append(const std::wstring&, std::string_view bytes) {
-  fuzz::appendedText += bytes;
-  return true;
-}
-
-bool Delete(const std::wstring& path) { return system_files::Delete(path); }
-
-std::FILE* OpenTemporary() { return system_files::OpenTemporary(); }
-
-bool Move(const std::wstring& from, const std::wstring& to, Earlier earlier) {
-  return system_files::Move(from, to, earlier);
-}
-
-bool CreateFolder(const std::wstring& path) { return system_files::CreateFolder(path); }
-
-}  // namespace larkspan::file_system
