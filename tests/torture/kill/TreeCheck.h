@@ -1,0 +1,34 @@
+// What an export that was ended from outside, and then taken up again, has to leave behind. The
+// files are looked at with code of the test's own. Each finding is a sentence; none when all is in
+// order.
+#pragma once
+
+#include <cstdint>
+#include <set>
+
+#include "tests/torture/kill/CleanRun.h"
+
+namespace larkspan::torture {
+
+using NoteIds = std::set<std::uint32_t>;
+
+// Every file under a final name is that of the clean run, byte for byte.
+Lines CheckFinalFiles(const CleanRun& clean, const OutputTree& tree);
+
+// Whether the last worker says in the audit report that it came to the end of its list.
+bool IsFinished(const OutputTree& tree);
+
+// The tree of a run in which each worker went on where the one before had ended. The notes at which
+// a worker ended may be missing, or one of their files; others may be so only when the run is not
+// finished, and then from one note on all.
+Lines CheckResumed(const CleanRun& clean, const OutputTree& tree, const NoteIds& lost);
+
+// The log of a run that its supervisor ended: it tells of those notes, and of nothing else that is
+// a warning or an error but that a worker could not be made, or that the numbers of the report do
+// not agree.
+Lines CheckLog(const OutputTree& tree, const NoteIds& lost);
+
+// The tree of a new run in a folder in which an earlier run left that other tree.
+Lines CheckNewRun(const CleanRun& clean, const OutputTree& before, const OutputTree& tree);
+
+}  // namespace larkspan::torture
