@@ -2,9 +2,9 @@
 //   1. The program is started as a user would, and its output folder is watched for the moment.
 //   2. The victims are ended. Whatever is under a final name then has to be whole.
 //   3. Without its worker, the supervisor goes on by itself. Without its supervisor, a worker ends
-//      by itself. Then, or when both are gone, a worker is started by hand with the note ID of the
-//      marker, as the supervisor would have done. Where no marker tells one, a new run is started
-//      in the same folder.
+//      by itself. Then, or when both are gone, the marker is taken away and a worker started by
+//      hand with its note ID, as the supervisor would have done. Where no marker tells one, a new
+//      run is started in the same folder.
 //   4. The folder is checked, and that no process is left.
 #include "tests/torture/kill/KillRun.h"
 
@@ -191,6 +191,7 @@ class KillRun {
   }
 
   void GoOnByHand(std::uint32_t marker) {
+    std::filesystem::remove(export_->output() + L"\\marker.txt");
     wchar_t suffix[16];
     std::swprintf(suffix, 16, L" -l %08X", static_cast<unsigned int>(marker));
     RunToEnd(commandLine_ + suffix);
