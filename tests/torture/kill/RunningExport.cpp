@@ -30,11 +30,6 @@ bool KillByHandle(HANDLE process) {
   return GetExitCodeProcess(process, &code) != 0 && code == kKilled;
 }
 
-UniqueSystemHandle OpenWorker(DWORD id) {
-  return UniqueSystemHandle(
-      OpenProcess(PROCESS_TERMINATE | PROCESS_QUERY_INFORMATION | SYNCHRONIZE, FALSE, id));
-}
-
 bool IsSuspended(DWORD threadId) {
   const UniqueSystemHandle thread(OpenThread(THREAD_SUSPEND_RESUME, FALSE, threadId));
   const DWORD earlier = SuspendThread(thread.get());
@@ -43,19 +38,20 @@ bool IsSuspended(DWORD threadId) {
   return earlier > 0;
 }
 
-// Whether the process has threads, all of which are suspended.
-bool IsSuspendedProcess(DWORD processId) {
+enum class Life { kWithoutThreads, kSuspended, kBegun };
+
+Life LifeOf(DWORD processId) {
   const UniqueSystemHandle threads(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
   THREADENTRY32 entry{};
   entry.dwSize = sizeof entry;
-  bool hasThreads = false;
+  Life life = Life::kWithoutThreads;
   for (BOOL more = Thread32First(threads.get(), &entry); more;
        more = Thread32Next(threads.get(), &entry)) {
     if (entry.th32OwnerProcessID != processId) continue;
-    if (!IsSuspended(entry.th32ThreadID)) return false;
-    hasThreads = true;
+    if (!IsSuspended(entry.th32ThreadID)) return Life::kBegun;
+    life = Life::kSuspended;
   }
-  return hasThreads;
+  return life;
 }
 
 }  // namespace
@@ -106,24 +102,13 @@ bool RunningExport::IsStartedRunning() const {
 
 bool RunningExport::KillStarted() { return KillByHandle(started_.get()); }
 
-std::vector<DWORD> RunningExport::WorkerIds() const {
-  std::vector<DWORD> ids = ProcessIds();
-  std::erase(ids, startedId_);
-  return ids;
-}
-
-bool RunningExport::KillWorker() {
-  for (const DWORD id : WorkerIds()) {
-    const UniqueSystemHandle worker = OpenWorker(id);
+bool RunningExport::KillWorker(bool hasBegun) {
+  for (const DWORD id : ProcessIds()) {
+    const Life wanted = hasBegun ? Life::kBegun : Life::kSuspended;
+    if (id == startedId_ || LifeOf(id) != wanted) continue;
+    const UniqueSystemHandle worker(
+        OpenProcess(PROCESS_TERMINATE | PROCESS_QUERY_INFORMATION | SYNCHRONIZE, FALSE, id));
     if (worker.get() != nullptr) return KillByHandle(worker.get());
-  }
-  return false;
-}
-
-bool RunningExport::KillUnbornWorker() {
-  for (const DWORD id : WorkerIds()) {
-    const UniqueSystemHandle worker = OpenWorker(id);
-    if (worker.get() != nullptr && IsSuspendedProcess(id)) return KillByHandle(worker.get());
   }
   return false;
 }

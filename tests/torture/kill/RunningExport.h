@@ -24,14 +24,14 @@ class RunningExport {
   RunningExport(const RunningExport&) = delete;
   RunningExport& operator=(const RunningExport&) = delete;
 
-  // Ends the process that was started, or the one that it started, if there is one. False when
-  // that had ended by itself before.
+  // Ends the process that was started, or the one that it started and that has begun to run, if
+  // there is one. False when that had ended by itself before.
   bool KillStarted();
-  bool KillWorker();
+  bool KillWorker() { return KillWorker(true); }
 
   // Ends a worker that was only being made when its supervisor died: a process begins to run when
   // its parent says so. To be asked when nobody is left to say it. False when there is none.
-  bool KillUnbornWorker();
+  bool KillUnbornWorker() { return KillWorker(false); }
 
   bool IsStartedRunning() const;
   bool IsAnyRunning() const { return !ProcessIds().empty(); }
@@ -44,7 +44,7 @@ class RunningExport {
 
  private:
   std::vector<DWORD> ProcessIds() const;
-  std::vector<DWORD> WorkerIds() const;
+  bool KillWorker(bool hasBegun);
 
   testing::UniqueSystemHandle job_;
   testing::UniqueSystemHandle started_;
