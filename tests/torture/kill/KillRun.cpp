@@ -141,17 +141,7 @@ class KillRun {
                     : lost.empty()     ? "worker died without a marker, the run ended"
                     : IsFinished(tree) ? "worker died, the rest was exported"
                                        : "worker died, a later one without a marker";
-    Remark(tree);
-  }
-
-  // What is no fault but is told in the documents.
-  void Remark(const OutputTree& tree) {
     if (tree.contains("temp.tmp")) outcome_.remarks.emplace_back("temp.tmp stayed");
-    bool isSilent = !IsFinished(tree);
-    for (const std::string& line : LinesOf(tree, "log.txt")) {
-      isSilent = isSilent && line.starts_with("#DEBUG# - ");
-    }
-    if (isSilent) outcome_.remarks.emplace_back("unfinished, and only the report shows it");
   }
 
   void TakeUpAgain() {
@@ -165,11 +155,8 @@ class KillRun {
     if (marker != kNone) GoOnByHand(marker);
     Find(CheckResumed(clean_, Tree(), marker == kNone ? NoteIds() : NoteIds{marker}));
     if (!IsFinished(Tree())) Find({"the worker does not come to the end of its list"});
-    Find(CheckNothingLogged());
+    Find(CheckLog(Tree(), {}));
   }
-
-  // A worker of its own logs nothing here, and nobody tells of the note that is lost.
-  Lines CheckNothingLogged() const { return CheckLog(Tree(), {}); }
 
   std::uint32_t Marker(const OutputTree& tree) {
     if (!tree.contains("marker.txt")) return kNone;

@@ -10,6 +10,7 @@ namespace larkspan::torture {
 namespace {
 
 constexpr char kIncomplete[] = "#WARNING# - Major: Incomplete run detected for note id ";
+constexpr char kOutsideANote[] = "#ERROR# - Child process returned 57005 outside a note; ";
 // A worker that dies while it is made is none that could be started.
 constexpr char kNotCreated[] = "#ERROR# - CreateProcess failed (";
 constexpr char kNotExported[] = "#WARNING# - Major: Error exporting note ";
@@ -86,6 +87,11 @@ void CheckFinishedFolder(const CleanRun& clean, const OutputTree& tree, Lines& f
   }
 }
 
+bool Tells(const Lines& log, const std::string& beginning) {
+  return std::any_of(log.begin(), log.end(),
+                     [&](const std::string& line) { return line.starts_with(beginning); });
+}
+
 // But for the lines that are expected.
 void CheckNoOtherWarnings(const Lines& log, const Lines& expected, Lines& findings) {
   for (const std::string& line : log) {
@@ -143,7 +149,10 @@ Lines CheckLog(const OutputTree& tree, const NoteIds& lost) {
   const Lines log = LinesOf(tree, "log.txt");
   const NoteIds told = NotesBehind(log, kIncomplete);
   if (told != lost) findings.push_back("the log tells of other lost notes:" + Names(told));
-  CheckNoOtherWarnings(log, {kIncomplete, kMismatch, kNotCreated}, findings);
+  CheckNoOtherWarnings(log, {kIncomplete, kMismatch, kOutsideANote, kNotCreated}, findings);
+  if (!IsFinished(tree) && !Tells(log, kOutsideANote) && !Tells(log, kNotCreated)) {
+    findings.emplace_back("the run is not finished, and the log does not say so");
+  }
   return findings;
 }
 

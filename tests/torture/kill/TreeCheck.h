@@ -23,9 +23,9 @@ bool IsFinished(const OutputTree& tree);
 // finished, and then from one note on all.
 Lines CheckResumed(const CleanRun& clean, const OutputTree& tree, const NoteIds& lost);
 
-// The log of a run that its supervisor ended: it tells of those notes, and of nothing else that is
-// a warning or an error but that a worker could not be made, or that the numbers of the report do
-// not agree.
+// The log of a run that its supervisor ended, or of a worker alone: it tells of those notes, and,
+// when the run is not finished, that a worker ended outside a note or could not be made. But for
+// that, and for numbers of the report that do not agree, it has no warning and no error.
 Lines CheckLog(const OutputTree& tree, const NoteIds& lost);
 
 // The tree of a new run in a folder in which an earlier run left that other tree.
