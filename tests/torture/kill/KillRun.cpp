@@ -42,6 +42,19 @@ std::unique_ptr<ExportRun> NewExport() {
   return std::make_unique<ExportRun>();
 }
 
+// A file that was moved this moment may still be held by whoever moved it.
+std::string ReadWhenReleased(const std::wstring& path) {
+  constexpr DWORD kPauseMilliseconds = 5;
+  for (int left = 200; left > 0; --left) {
+    try {
+      return ReadBytes(path);
+    } catch (const std::runtime_error&) {
+      Sleep(kPauseMilliseconds);
+    }
+  }
+  return ReadBytes(path);
+}
+
 // Only these, since a file in progress that is open here could not be deleted or moved there.
 OutputTree ReadFinalFiles(const std::wstring& output) {
   OutputTree tree;
@@ -50,7 +63,7 @@ OutputTree ReadFinalFiles(const std::wstring& output) {
     for (const auto& entry :
          std::filesystem::directory_iterator(std::filesystem::path(output) / folder, missing)) {
       const std::string name = folder + entry.path().filename().string();
-      if (IsFinalName(name)) tree[name] = ReadBytes(entry.path().wstring());
+      if (IsFinalName(name)) tree[name] = ReadWhenReleased(entry.path().wstring());
     }
   }
   return tree;
