@@ -18,6 +18,7 @@
 #include "tests/support/FileBytes.h"
 #include "tests/system/ExportRun.h"
 #include "tests/torture/kill/ClosingBlock.h"
+#include "tests/torture/kill/FinalFiles.h"
 #include "tests/torture/kill/RunningExport.h"
 #include "tests/torture/kill/TreeCheck.h"
 
@@ -40,33 +41,6 @@ std::unique_ptr<ExportRun> NewExport() {
   static std::mutex oneAtATime;
   const std::lock_guard lock(oneAtATime);
   return std::make_unique<ExportRun>();
-}
-
-// A file that was moved this moment may still be held by whoever moved it.
-std::string ReadWhenReleased(const std::wstring& path) {
-  constexpr DWORD kPauseMilliseconds = 5;
-  for (int left = 200; left > 0; --left) {
-    try {
-      return ReadBytes(path);
-    } catch (const std::runtime_error&) {
-      Sleep(kPauseMilliseconds);
-    }
-  }
-  return ReadBytes(path);
-}
-
-// Only these, since a file in progress that is open here could not be deleted or moved there.
-OutputTree ReadFinalFiles(const std::wstring& output) {
-  OutputTree tree;
-  for (const char* folder : {"", "data/", "design/", "design2/", "profile/", "views/"}) {
-    std::error_code missing;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(output) / folder, missing)) {
-      const std::string name = folder + entry.path().filename().string();
-      if (IsFinalName(name)) tree[name] = ReadWhenReleased(entry.path().wstring());
-    }
-  }
-  return tree;
 }
 
 class KillRun {
