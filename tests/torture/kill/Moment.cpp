@@ -67,7 +67,7 @@ int CountFinalFiles(const std::wstring& output) {
 
 Moment PickMoment(std::uint64_t seed, std::uint64_t number, milliseconds cleanRun, int finalFiles) {
   constexpr milliseconds kAfterSight{25};
-  constexpr int kMostAppearances = 9;  // Of the marker there is one for each note.
+  constexpr int kMostAppearances = 6;  // Of the marker there is one for each note.
   Dice dice(seed, number);
   Moment moment;
   moment.victim = PickVictim(dice);
