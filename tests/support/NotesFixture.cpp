@@ -1,7 +1,5 @@
 #include "tests/support/NotesFixture.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -11,6 +9,7 @@
 #include "notes/Notes.h"
 #include "notes/Runtime.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/StandinLibrary.h"
 
 namespace larkspan {
 
@@ -18,29 +17,14 @@ namespace {
 
 using nlohmann::json;
 
-// The stand-in library's entry points for tests, which no import library lists.
-template <typename Function>
-Function Hook(const char* name) {
-  const HMODULE library = GetModuleHandleW(L"nnotes.dll");
-  void* const address = reinterpret_cast<void*>(GetProcAddress(library, name));
-  if (address == nullptr) throw std::runtime_error("the library is not the stand-in library");
-  return reinterpret_cast<Function>(address);
-}
-
-using ResetHook = void(LARKSPAN_NOTES_CALL*)();
-using LedgerHook = const char*(LARKSPAN_NOTES_CALL*)();
-using FaultsHook = void(LARKSPAN_NOTES_CALL*)(const char* plan);
-
-void Reset() { Hook<ResetHook>("StandinReset")(); }
-
-json Ledger() { return json::parse(Hook<LedgerHook>("StandinLedgerJson")()); }
+json Ledger() { return json::parse(StandinLedger()); }
 
 }  // namespace
 
 // The library is told its configuration in the ANSI code page, which lacks letters of the folder's
 // name, so the configuration is named as it is seen from that folder.
 NotesFixture::NotesFixture() : previousFolder_(std::filesystem::current_path().wstring()) {
-  Reset();
+  ResetStandin();
   std::filesystem::current_path(dataFolder_.path());
   ChangeSettings([](Settings& settings) { settings.programPath = L"larkspan.exe"; });
 }
@@ -48,7 +32,7 @@ NotesFixture::NotesFixture() : previousFolder_(std::filesystem::current_path().w
 NotesFixture::~NotesFixture() {
   EXPECT_EQ(LeftOpen(), kNothingOpen);
   EndNotesRuntime();
-  Reset();
+  ResetStandin();
   std::filesystem::current_path(previousFolder_);
 }
 
@@ -82,9 +66,7 @@ Note NotesFixture::OpenTestNote(const Database& database, std::uint32_t noteId) 
   return note;
 }
 
-void NotesFixture::SetFaults(const std::string& plan) {
-  Hook<FaultsHook>("StandinSetFaults")(plan.c_str());
-}
+void NotesFixture::SetFaults(const std::string& plan) { SetStandinFaults(plan); }
 
 int NotesFixture::Calls(const std::string& entry) {
   const json ledger = Ledger();
