@@ -1,0 +1,50 @@
+// What a run is held against. The checks look at the files and lines that it left, with code of
+// their own.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "tests/torture/ExportStage.h"
+#include "tests/torture/Reference.h"
+
+namespace larkspan::torture {
+
+struct Check {
+  const Subject& subject;
+  const Reference& reference;
+  const Outcome& clean;
+  const std::map<std::uint32_t, Variant>& cleanFiles;  // How the files of the clean run came about.
+  const Outcome& run;
+  unsigned silently = 0;      // Consequences that need no line, from Expectation.h.
+  std::uint16_t status = 0;   // What calls failed with, if they did.
+  bool endedEarly = false;    // A line, or the death of a worker between two notes, says so.
+  bool mayLeaveHalf = false;  // It died in the middle of a file, and no later worker cleared up.
+  Lines& findings;
+
+  void Find(const std::string& finding) const { findings.push_back(finding); }
+  bool Allows(unsigned consequence) const { return (silently & consequence) != 0; }
+};
+
+// The message of a line of the run log about that note, or nothing when it is about another one:
+// "Major: ..." or "Minor: ...".
+bool IsAbout(const std::string& line, const char* kind, std::uint32_t noteId);
+
+// How many lines of the log begin so, behind their level.
+int CountMessages(const Lines& log, const std::string& beginning);
+
+bool HasErrorLine(const Lines& log);
+
+std::map<std::uint32_t, Variant> IdentifyFiles(const Reference& reference, const Outcome& clean);
+
+// Every note has its whole file, or a line that tells why not.
+void CheckNotes(const Check& check);
+
+// db.dxl, acl.dxl, views, index files; nothing else lies about.
+void CheckFolder(const Check& check);
+
+// The audit report, counted again.
+void CheckAudit(const Check& check);
+
+}  // namespace larkspan::torture

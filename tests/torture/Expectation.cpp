@@ -1,0 +1,123 @@
+#include "tests/torture/Expectation.h"
+
+#include <stdexcept>
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr std::string_view kNoRuntime = "Notes initialization failed (";
+constexpr std::string_view kNoConfiguration = "Unable to locate notes.ini";
+constexpr std::string_view kGivesUp = "Maximum retries exceeded";
+constexpr std::string_view kNoIdSwitch = "Unable to switch ID (";
+constexpr std::string_view kNoDatabase = "Error opening database (";
+constexpr std::string_view kNoProperties = "Error exporting database properties (";
+constexpr std::string_view kNoAcl = "Error exporting ACL (";
+constexpr std::string_view kNoList = "Error retrieving notes (";
+constexpr std::string_view kListNotSaved = "Unable to save document list";
+constexpr std::string_view kListNotRead = "Unable to read document list";
+constexpr std::string_view kNoteNotOpened = "Major: Error opening note ";
+constexpr std::string_view kNoteNotDecrypted = "Major: Error decrypting note ";
+constexpr std::string_view kNoteNotExported = "Major: Error exporting note ";
+constexpr std::string_view kWithoutImages = "Minor: Detected corrupt document ";
+constexpr std::string_view kNoDesign = "Unable to export design: ";
+constexpr std::string_view kNoQuota = "Unable to read database quota (";
+constexpr std::string_view kIndexStays = "Purging collection ";
+constexpr std::string_view kIndexStaysWhy = "Error '";
+
+using enum Tells;
+
+const std::vector<Expectation>& Table() {
+  static const std::vector<Expectation> table = {
+      {"NotesInitExtended", kAlways, {kNoRuntime, kNoConfiguration, kGivesUp}},
+      {"NotesTerm", kNever, {}},
+      {"OSLoadString", kNever, {}},
+      {"OSTranslate",
+       kSometimes,
+       {kNoIdSwitch, kNoDatabase, kNoteNotDecrypted},
+       kViewsDiffer | kPropertiesDiffer | kAuditDiffers},
+      {"OSGetIntlSettings", kNever, {}, kViewsDiffer},
+      {"OSMemAlloc", kAlways, {kNoDatabase}},
+      {"OSMemFree", kNever, {}, kNothing, {"memory"}},
+      {"OSLockObject", kSometimes, {kNoDatabase}, kViewsDiffer},
+      {"OSUnlockObject", kNever, {}, kNothing, {"lock", "memory", "note", "database"}},
+      {"OSPathNetParse", kNever, {}, kAuditDiffers},
+      {"SECKFMSwitchToIDFile", kAlways, {kNoIdSwitch}},
+      {"SECKFMGetUserName", kSometimes, {kNoDatabase}, kAuditDiffers},
+      {"SECKFMOpen", kAlways, {kNoteNotDecrypted}},
+      {"SECKFMClose", kNever, {}, kNothing, {"keyFile"}},
+      {"NSFNoteCipherDecrypt", kAlways, {kNoteNotDecrypted}},
+      {"NSFDbOpen", kAlways, {kNoDatabase}},
+      {"NSFDbOpenExtended", kAlways, {kNoDatabase}},
+      {"NSFDbClose", kNever, {}, kNothing, {"database"}},
+      {"NSFDbPathGet",
+       kSometimes,
+       {"Error retrieving database path (", kNoProperties},
+       kAuditDiffers},
+      {"NSFDbReplicaInfoGet", kAlways, {"Error retrieving replicaid (", kNoProperties}},
+      {"NSFDbIDGet", kAlways, {"Error retrieving database id (", kNoProperties}},
+      {"NSFDbInfoGet", kAlways, {"Error retrieving database info (", kNoProperties}},
+      {"NSFDbInfoParse", kNever, {}, kPropertiesDiffer},
+      {"NSFDbModifiedTime", kAlways, {"Error retrieving database modified times (", kNoProperties}},
+      {"NSFDbSpaceUsageScaled",
+       kAlways,
+       {"Error retrieving database space usage (", kNoProperties}},
+      {"NSFDbQuotaGet", kAlways, {kNoQuota}, kAuditDiffers},
+      {"NSFDbGetModifiedNoteTable", kNever, {}, kViewsDiffer},
+      {"NSFSearchExtended3", kAlways, {kNoList}},
+      {"IDCreateTable", kAlways, {kNoList}},
+      {"IDDestroyTable", kNever, {}, kNothing, {"idTable"}},
+      {"IDInsert", kAlways, {kNoList, kListNotRead}},
+      {"IDScan", kSometimes, {kListNotSaved, kListNotRead}, kViewsDiffer},
+      {"IDEntries", kNever, {}},
+      {"NSFNoteOpen", kSometimes, {kNoteNotOpened}, kViewsDiffer},
+      {"NSFNoteClose", kNever, {}, kNothing, {"note", "database"}},
+      {"NSFNoteGetInfo", kNever, {}, kFileElsewhere | kKeepsItems | kUnidUnknown},
+      {"NSFNoteIsSignedOrSealed", kNever, {}, kStaysSealed},
+      {"NSFItemGetText", kNever, {}, kFileElsewhere | kViewsDiffer},
+      {"NSFItemInfo", kNever, {}, kOtherExporter | kNoRawCopy | kKeepsItems | kViewsDiffer},
+      {"NSFItemInfoNext", kNever, {}, kOtherExporter},
+      {"NSFItemScan", kNever, {}, kKeepsItems},
+      {"NSFItemDelete", kNever, {}, kKeepsItems},
+      {"NSFItemGetTextListEntries", kNever, {}, kKeepsItems},
+      {"NSFItemGetTextListEntry", kNever, {}, kKeepsItems},
+      {"EnumCompositeBuffer", kNever, {}, kOtherExporter},
+      {"ODSReadMemory", kNever, {}, kViewsDiffer},
+      {"ODSLength", kNever, {}, kViewsDiffer},
+      {"IntlTextCompare", kNever, {}, kFileElsewhere},
+      {"DXLCreateExporter", kAlways, {"Error creating DXL Exporter "}},
+      {"DXLDeleteExporter", kNever, {}, kNothing, {"exporter"}},
+      {"DXLSetExporterProperty", kAlways, {"Error setting DXL exporter property "}},
+      {"DXLExportNote", kSometimes, {kNoteNotExported, kWithoutImages, kNoDesign}},
+      {"DXLExportACL", kAlways, {kNoAcl}},
+      {"NIFOpenCollection", kNever, {}, kViewsDiffer},
+      {"NIFCloseCollection",
+       kSometimes,
+       {kIndexStays, kIndexStaysWhy},
+       kNothing,
+       {"collection", "database"}},
+      {"NIFReadEntries", kNever, {}, kViewsDiffer},
+      {"NIFPurgeCollection", kAlways, {kIndexStays, kIndexStaysWhy}},
+      {"NSFLocateSummaryValue", kNever, {}, kViewsDiffer},
+      {"ListGetNumEntries", kNever, {}, kViewsDiffer},
+      {"ListGetText", kNever, {}, kViewsDiffer},
+      {"ConvertFLOATToText", kNever, {}, kViewsDiffer},
+      {"TimeConstant", kNever, {}},
+      {"TimeGMToLocalZone", kNever, {}, kViewsDiffer | kPropertiesDiffer},
+      {"TimeLocalToGM", kNever, {}},
+      {"TimeExtractJulianDate", kNever, {}, kViewsDiffer | kPropertiesDiffer},
+      {"TimeExtractTicks", kNever, {}, kViewsDiffer | kPropertiesDiffer},
+  };
+  return table;
+}
+
+}  // namespace
+
+const Expectation& ExpectationOf(const std::string& entry) {
+  for (const Expectation& expectation : Table()) {
+    if (expectation.entry == entry) return expectation;
+  }
+  throw std::runtime_error("nothing is expected of " + entry);
+}
+
+}  // namespace larkspan::torture

@@ -1,0 +1,96 @@
+#include "tests/torture/FaultCase.h"
+
+#include <nlohmann/json.hpp>
+
+#include "tests/torture/Numbers.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+using nlohmann::json;
+
+// One without a meaning of its own, and those that the program reacts to in some place.
+constexpr std::uint16_t kAnyStatus = 585;
+constexpr std::uint16_t kNoConfiguration = 0x1A5;
+constexpr std::uint16_t kDamage[] = {1173, 0x3600, 0x361F};
+constexpr std::uint16_t kFormNeedsRepair = 575;
+constexpr std::uint16_t kDesignFailures[] = {6967, 6968};
+
+const std::map<std::string, std::vector<std::string>> kRefusedAsWell = {
+    {"NSFNoteClose", {"NSFDbClose"}},
+    {"NIFCloseCollection", {"NSFDbClose"}},
+    {"OSUnlockObject", {"OSMemFree", "NSFNoteClose", "NSFDbClose"}},
+};
+
+bool HandlesANote(const std::string& entry) {
+  return entry == "DXLExportNote" || entry == "DXLExportACL" || entry == "NSFNoteOpen" ||
+         entry == "SECKFMOpen" || entry == "NSFNoteCipherDecrypt";
+}
+
+bool DeliversText(const std::string& entry) {
+  return entry == "DXLExportNote" || entry == "DXLExportACL";
+}
+
+std::vector<std::uint16_t> StatusesOf(const std::string& entry) {
+  std::vector<std::uint16_t> statuses = {kAnyStatus};
+  if (entry == "NotesInitExtended") statuses.push_back(kNoConfiguration);
+  if (HandlesANote(entry)) {
+    statuses.insert(statuses.end(), std::begin(kDamage), std::end(kDamage));
+    statuses.insert(statuses.end(), std::begin(kDesignFailures), std::end(kDesignFailures));
+    statuses.push_back(kFormNeedsRepair);
+  }
+  return statuses;
+}
+
+void AddCases(FaultCase fault, std::vector<FaultCase>& cases) {
+  for (const bool andAllLater : {false, true}) {
+    fault.andAllLater = andAllLater;
+    cases.push_back(fault);
+  }
+}
+
+}  // namespace
+
+std::string PlanOf(const FaultCase& fault) {
+  json first = {{"entry", fault.entry},
+                {fault.andAllLater ? "from" : "call", fault.call},
+                {"status", fault.status}};
+  if (fault.afterAChunk) first["chunks"] = 1;
+  json plan = json::array({first});
+  const auto refused = kRefusedAsWell.find(fault.entry);
+  if (refused != kRefusedAsWell.end()) {
+    for (const std::string& entry : refused->second) {
+      plan.push_back({{"entry", entry}, {"status", fault.status}});
+    }
+  }
+  return plan.dump();
+}
+
+std::string Describe(const FaultCase& fault) {
+  return fault.entry + " call " + std::to_string(fault.call) +
+         (fault.andAllLater ? " and all later" : "") + " fails with " + HexText(fault.status) +
+         (fault.afterAChunk ? " after a chunk" : "");
+}
+
+std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls) {
+  std::vector<FaultCase> cases;
+  for (const auto& [entry, count] : calls) {
+    for (int call = 1; call <= count; ++call) {
+      for (const std::uint16_t status : StatusesOf(entry)) {
+        AddCases({.entry = entry, .call = call, .status = status}, cases);
+      }
+      if (!DeliversText(entry)) continue;
+      for (const std::uint16_t status : {kAnyStatus, kDamage[0]}) {
+        AddCases({.entry = entry, .call = call, .status = status, .afterAChunk = true}, cases);
+      }
+    }
+  }
+  return cases;
+}
+
+bool IsDamage(std::uint16_t status) {
+  return status == kDamage[0] || (status >= kDamage[1] && status <= kDamage[2]);
+}
+
+}  // namespace larkspan::torture

@@ -1,0 +1,31 @@
+// One failing call of the Notes library.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace larkspan::torture {
+
+struct FaultCase {
+  std::string entry;
+  int call = 1;  // Counted from 1.
+  bool andAllLater = false;
+  std::uint16_t status = 0;
+  bool afterAChunk = false;  // An export delivers some of its text before it fails.
+};
+
+// What a library does that fails so, as a fault plan in JSON. Where it could not release something,
+// it refuses to release what that belongs to as well.
+std::string PlanOf(const FaultCase& fault);
+
+std::string Describe(const FaultCase& fault);
+
+// Every call that a run made, failing in every way that applies.
+std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls);
+
+// Whether the status is one of damaged content, for which an export is tried again.
+bool IsDamage(std::uint16_t status);
+
+}  // namespace larkspan::torture

@@ -1,0 +1,126 @@
+#include <algorithm>
+#include <set>
+#include <string_view>
+
+#include "tests/torture/Check.h"
+#include "tests/torture/Expectation.h"
+#include "tests/torture/Numbers.h"
+#include "tests/torture/XmlWholeness.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+using testing::OutputTree;
+
+class FolderCheck {
+ public:
+  explicit FolderCheck(const Check& check) : check_(check), tree_(check.run.tree) {}
+
+  void Run() {
+    for (const auto& [name, content] : tree_) CheckName(name, content);
+    CheckProperties();
+    CheckAcl();
+    CheckIdTable();
+    if (check_.subject.archive) CheckUnidIndex();
+    for (const auto& [name, content] : check_.clean.tree) {
+      if (name.starts_with("views/")) CheckCleanView(name, content);
+    }
+  }
+
+ private:
+  void Find(const std::string& what) const { check_.Find(what); }
+
+  const std::string* File(const std::string& name) const {
+    const auto found = tree_.find(name);
+    return found == tree_.end() ? nullptr : &found->second;
+  }
+
+  // Notes' files are looked at one by one elsewhere, whatever folder they are in.
+  bool IsNoteFile(const std::string& name) const {
+    const std::string bare = name.substr(name.find('/') + 1);
+    return std::any_of(check_.reference.notes.begin(), check_.reference.notes.end(),
+                       [&](const auto& note) { return bare == NoteIdText(note.id) + ".dxl"; });
+  }
+
+  void CheckName(const std::string& name, const std::string& content) const {
+    if (name == "temp.tmp" && check_.mayLeaveHalf) return;
+    if (check_.clean.tree.contains(name) || IsNoteFile(name)) return;
+    const bool isOtherView = name.starts_with("views/") && check_.Allows(kViewsDiffer);
+    if (!isOtherView) {
+      Find(name + " was left behind:\n" + content);
+    } else if (!IsWholeXml(content)) {
+      Find(name + " is not whole:\n" + content);
+    }
+  }
+
+  void CheckProperties() const {
+    const std::string* const file = File("db.dxl");
+    if (file == nullptr) {
+      if (!check_.endedEarly) Find("db.dxl is missing without a line");
+    } else if (*file != check_.clean.tree.at("db.dxl") &&
+               (!check_.Allows(kPropertiesDiffer) || !IsWholeXml(*file))) {
+      Find("db.dxl differs:\n" + *file);
+    }
+  }
+
+  void CheckAcl() const {
+    const std::string* const file = File("acl.dxl");
+    const int lines = CountMessages(check_.run.log, "Error exporting ACL (");
+    if (file != nullptr && *file != check_.reference.acl) Find("acl.dxl differs:\n" + *file);
+    if (file != nullptr && lines != 0) Find("acl.dxl is there and has a line");
+    if (file == nullptr && lines != 1 && !check_.endedEarly) Find("acl.dxl is missing");
+  }
+
+  void CheckIdTable() const {
+    std::string expected;
+    for (const auto& note : check_.reference.notes) expected += NoteIdText(note.id) + "\r\n";
+    const std::string* const file = File("idtable.txt");
+    if (file == nullptr) {
+      if (!check_.endedEarly) Find("idtable.txt is missing without a line");
+    } else if (*file != expected) {
+      Find("idtable.txt differs:\n" + *file);
+    }
+  }
+
+  bool IsOpened(const ReferenceNote& note) const {
+    const std::string name = NoteIdText(note.id) + ".dxl";
+    return File("data/" + name) || File("design/" + name) || File("profile/" + name);
+  }
+
+  // Each opened note once and in order; one whose export failed has its line too.
+  void CheckUnidIndex() const {
+    const Lines lines = LinesOf(tree_, "unidindex.txt");
+    auto line = lines.begin();
+    for (const ReferenceNote& note : check_.reference.notes) {
+      const std::string id = NoteIdText(note.id) + ",";
+      const bool isListed =
+          line != lines.end() && (*line == id + note.unid || IsUnknown(*line, id));
+      if (isListed) ++line;
+      if (!isListed && IsOpened(note)) Find("unidindex.txt lacks " + id + note.unid);
+    }
+    if (line != lines.end()) Find("unidindex.txt has a strange line: " + *line);
+  }
+
+  bool IsUnknown(const std::string& line, const std::string& id) const {
+    return check_.Allows(kUnidUnknown) && line == id + std::string(32, '0');
+  }
+
+  void CheckCleanView(const std::string& name, const std::string& content) const {
+    const std::string* const file = File(name);
+    if (file == nullptr) {
+      if (!check_.Allows(kViewsDiffer) && !check_.endedEarly) Find(name + " is missing");
+    } else if (*file != content && (!check_.Allows(kViewsDiffer) || !IsWholeXml(*file))) {
+      Find(name + " differs:\n" + *file);
+    }
+  }
+
+  const Check& check_;
+  const OutputTree& tree_;
+};
+
+}  // namespace
+
+void CheckFolder(const Check& check) { FolderCheck(check).Run(); }
+
+}  // namespace larkspan::torture

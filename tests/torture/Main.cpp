@@ -1,0 +1,63 @@
+// The torture of exports. Usage:
+//
+//   larkspan_torture faults|crashes [--samples] [--sample=N] [--seed=N] [--shard=I/N] [--trace]
+//
+// Prints each run whose outcome is not in order, and figures; exit code 1 when there was one.
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include "tests/torture/CrashSweep.h"
+#include "tests/torture/FaultSweep.h"
+
+namespace larkspan::torture {
+namespace {
+
+void ReadOption(const std::string& text, Options& options) {
+  const std::size_t equals = text.find('=');
+  const std::string name = text.substr(0, equals);
+  const std::string value = equals == std::string::npos ? "" : text.substr(equals + 1);
+  if (name == "--samples") {
+    options.samples = true;
+  } else if (name == "--trace") {
+    options.trace = true;
+  } else if (name == "--sample") {
+    options.sample = std::stoul(value);
+  } else if (name == "--seed") {
+    options.seed = static_cast<std::uint32_t>(std::stoul(value));
+  } else if (name == "--shard") {
+    options.shard = std::stoul(value);
+    options.shards = std::stoul(value.substr(value.find('/') + 1));
+  } else {
+    throw std::invalid_argument("unknown option " + text);
+  }
+}
+
+bool Sweep(const std::string& sweep, const Options& options) {
+  Report report(sweep, options.trace);
+  report.Print(sweep + ": seed " + std::to_string(options.seed));
+  if (sweep == "faults") {
+    SweepFaults(options, report);
+  } else if (sweep == "crashes") {
+    SweepCrashes(options, report);
+  } else {
+    throw std::invalid_argument("unknown sweep " + sweep);
+  }
+  return !report.HasFindings();
+}
+
+}  // namespace
+}  // namespace larkspan::torture
+
+int main(int argc, char** argv) {
+  try {
+    larkspan::torture::Options options;
+    for (int i = 2; i < argc; ++i) larkspan::torture::ReadOption(argv[i], options);
+    return larkspan::torture::Sweep(argc > 1 ? argv[1] : "", options) ? 0 : 1;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "larkspan_torture: %s\n", error.what());
+    return 1;
+  }
+}

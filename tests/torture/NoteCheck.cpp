@@ -1,0 +1,156 @@
+// A note is in order when one of these holds:
+//   - Its file is in its folder and is, byte for byte, what the right exporter writes; a design
+//   note
+//     that has a raw copy has that as well.
+//   - Its file is what the exporter without images writes, and a "Minor:" line says so; or what the
+//     last resort writes, after damage that the first two met.
+//   - A "Major:" line says that it, or its raw copy, is missing.
+//   - The run ended before it.
+#include <string_view>
+
+#include "tests/torture/Check.h"
+#include "tests/torture/Expectation.h"
+#include "tests/torture/FaultCase.h"
+#include "tests/torture/Numbers.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+using testing::OutputTree;
+
+constexpr std::uint16_t kFormNeedsRepair = 575;
+
+class NoteCheck {
+ public:
+  NoteCheck(const Check& check, const ReferenceNote& note) : check_(check), note_(note) {
+    name_ = NoteIdText(note.id) + ".dxl";
+    for (const std::string& line : check.run.log) {
+      if (IsAbout(line, "Major", note.id)) ++majors_;
+      if (IsAbout(line, "Minor", note.id)) ++minors_;
+    }
+  }
+
+  // Whether there is anything of the note.
+  bool Run() {
+    const Variant* const file = FindFile();
+    if (majors_ > 1) Find("has more than one \"Major:\" line");
+    if (minors_ > 1) Find("has more than one \"Minor:\" line");
+    if (file == nullptr) {
+      if (majors_ == 0 && !check_.endedEarly) Find("has neither a file nor a line");
+      return majors_ != 0;
+    }
+    CheckFile(*file);
+    CheckRawCopy(*file);
+    return true;
+  }
+
+ private:
+  void Find(const std::string& what) const { check_.Find("note " + name_ + " " + what); }
+
+  const Variant* Identify(const std::string& text) const {
+    const auto found = note_.texts.find(text);
+    return found == note_.texts.end() ? nullptr : &found->second;
+  }
+
+  // The one file of the note; what is under a final name has to be one of its whole texts.
+  const Variant* FindFile() {
+    const Variant* found = nullptr;
+    for (const char* const folder : {"", "data/", "design/", "profile/"}) {
+      const auto file = check_.run.tree.find(folder + name_);
+      if (file == check_.run.tree.end()) continue;
+      if (found != nullptr) Find("has two files");
+      if (folder != note_.folder && !check_.Allows(kFileElsewhere)) Find("is in another folder");
+      found = Identify(file->second);
+      if (found == nullptr) {
+        Find("is no text of this note:\n" + file->second);
+        found = &kNoText;
+      }
+    }
+    return found;
+  }
+
+  // In a note that is still sealed nobody sees pictures.
+  bool MayBe(const Variant& file) const {
+    const int right = note_.hasPictures && file.isReadable ? kNoConvert : kNormal;
+    if (file.exporter == right) return true;
+    if (file.exporter == kNoImagesNoConvert) return IsDamaged();
+    return file.exporter != kNoImages && check_.Allows(kOtherExporter);
+  }
+
+  // Damage that the database brings along shows in the run without a fault.
+  bool IsDamaged() const {
+    if (IsDamage(check_.status)) return true;
+    const Variant* const clean = CleanFile();
+    return clean != nullptr && clean->exporter >= kNoImages;
+  }
+
+  const Variant* CleanFile() const {
+    const auto file = check_.cleanFiles.find(note_.id);
+    return file == check_.cleanFiles.end() ? nullptr : &file->second;
+  }
+
+  bool MayBeRepaired() const {
+    const Variant* const clean = CleanFile();
+    return check_.status == kFormNeedsRepair || (clean != nullptr && clean->deleted != 0);
+  }
+
+  void CheckFile(const Variant& file) const {
+    if (&file == &kNoText) return;
+    if (file.exporter == kNoImages ? minors_ != 1 : minors_ != 0) {
+      Find("and its \"Minor:\" lines do not agree");
+    } else if (file.exporter != kNoImages && !MayBe(file)) {
+      Find("was written by exporter " + std::to_string(file.exporter));
+    }
+    if (!file.isReadable && !check_.Allows(kStaysSealed)) Find("is still sealed");
+    const bool isWhole = file.deleted == 0;
+    const bool isRepaired = MayBeRepaired() && file.deleted == note_.fieldItems;
+    const bool isHalfRepaired = MayBeRepaired() && check_.Allows(kKeepsItems);
+    if (!isWhole && !isRepaired && !isHalfRepaired) Find("lost items");
+  }
+
+  void CheckRawCopy(const Variant& file) const {
+    const auto copy = check_.run.tree.find("design2/" + name_);
+    const bool isThere = copy != check_.run.tree.end();
+    const bool isMissing = note_.wantsRawCopy && !isThere;
+    const bool mayBeMissing = check_.Allows(kNoRawCopy) || check_.endedEarly;
+    if (isMissing && majors_ == 0 && !mayBeMissing) Find("lacks its raw copy without a line");
+    if (!isMissing && majors_ != 0 && !HasCrashLine()) Find("has all its files and a line");
+    if (!isThere) return;
+    if (!note_.wantsRawCopy) Find("has a raw copy");
+    const Variant* const text = Identify(copy->second);
+    if (text == nullptr || text->exporter != kRaw) {
+      Find("has a raw copy that is none:\n" + copy->second);
+    } else if (text->deleted != (file.deleted | note_.rawItems) && !check_.Allows(kKeepsItems)) {
+      Find("has a raw copy with other items");
+    }
+  }
+
+  // A worker can die at a note when everything of it is in place.
+  bool HasCrashLine() const {
+    const std::string message = "Major: Incomplete run detected for note id ";
+    return CountMessages(check_.run.log, message + NoteIdText(note_.id)) == 1;
+  }
+
+  static constexpr Variant kNoText{};
+
+  const Check& check_;
+  const ReferenceNote& note_;
+  std::string name_;
+  int majors_ = 0;
+  int minors_ = 0;
+};
+
+}  // namespace
+
+// Notes are handled in ascending order, so that an early end can only cost the last of them.
+void CheckNotes(const Check& check) {
+  bool isBehindTheEnd = false;
+  for (const ReferenceNote& note : check.reference.notes) {
+    const bool isThere = NoteCheck(check, note).Run();
+    if (isThere && isBehindTheEnd) check.Find("a note is missing before " + NoteIdText(note.id));
+    isBehindTheEnd = isBehindTheEnd || !isThere;
+  }
+}
+
+}  // namespace larkspan::torture

@@ -1,0 +1,25 @@
+#include "tests/torture/Options.h"
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+namespace larkspan::torture {
+
+std::vector<std::size_t> ChooseIndices(const Options& options, std::size_t size) {
+  std::vector<std::size_t> indices(size);
+  std::iota(indices.begin(), indices.end(), std::size_t{0});
+  if (options.sample != 0 && options.sample < size) {
+    std::mt19937 random(options.seed);
+    std::shuffle(indices.begin(), indices.end(), random);
+    indices.resize(options.sample);
+    std::sort(indices.begin(), indices.end());
+  }
+  std::vector<std::size_t> own;
+  for (std::size_t i = options.shard; i < indices.size(); i += options.shards) {
+    own.push_back(indices[i]);
+  }
+  return own;
+}
+
+}  // namespace larkspan::torture

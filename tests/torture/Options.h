@@ -1,0 +1,34 @@
+// What the command line asks for.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace larkspan::torture {
+
+struct Options {
+  std::uint32_t seed = 1;  // Of what is chosen at random.
+  std::size_t sample = 0;  // So many cases of each subject; 0: all.
+  std::size_t shard = 0;   // This process takes each shards-th case, beginning with this one.
+  std::size_t shards = 1;
+  bool samples = false;  // The sample databases, not the small one.
+  bool trace = false;    // Each case is named before it is run.
+};
+
+// The indices below the size that this process is to look at, ascending. All processes whose
+// options differ in the shard only choose from the same sample.
+std::vector<std::size_t> ChooseIndices(const Options& options, std::size_t size);
+
+// Leaves the cases that this process is to run.
+template <typename Case>
+void Choose(const Options& options, std::vector<Case>& cases) {
+  std::vector<Case> chosen;
+  for (const std::size_t index : ChooseIndices(options, cases.size())) {
+    chosen.push_back(cases[index]);
+  }
+  cases = chosen;
+}
+
+}  // namespace larkspan::torture

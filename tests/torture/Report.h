@@ -1,0 +1,38 @@
+// What the program prints, and the watch over the case that is running: it is named when it crashes
+// the process or does not end.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace larkspan::torture {
+
+class Report {
+ public:
+  // Standard output belongs to the program's progress lines from here on; the report goes to where
+  // it went before. A case that runs for a minute, or crashes, is named, and the process ends.
+  Report(std::string sweep, bool trace);
+
+  void Begin(const std::string& name);
+  void End(const std::vector<std::string>& findings);
+
+  // Prints the figures of what was run since the last call: "<sweep> <subject>: ...".
+  void PrintFigures(const std::string& subject, const std::string& details);
+
+  void Print(const std::string& line);
+
+  bool HasFindings() const { return failedCases_ != 0; }
+
+ private:
+  const std::string sweep_;
+  const bool trace_;
+  std::string case_;
+  int cases_ = 0;
+  int failedCases_ = 0;
+  std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace larkspan::torture

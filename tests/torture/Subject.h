@@ -1,0 +1,32 @@
+// What is exported over and over again, and how.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace larkspan::torture {
+
+struct Subject {
+  std::string name;
+  std::wstring dataFolder;
+  std::wstring database;
+  bool archive = true;
+  bool fullAccess = false;
+  // Where an earlier worker died; the faults strike the worker that goes on from there. Zero: they
+  // strike the first worker.
+  std::uint32_t resumeAt = 0;
+};
+
+// The small database with notes of each kind: as an archive, as a plain export with full access,
+// and as an archive that is resumed in the middle.
+std::vector<Subject> SmallSubjects();
+
+// Sample databases of the stand-in library, as archives.
+std::vector<Subject> SampleSubjects();
+
+// The ID file that opens sealed notes, in the data folder, and its password.
+std::wstring IdFileOf(const Subject& subject);
+inline constexpr wchar_t kPassword[] = L"Rittersporn";
+
+}  // namespace larkspan::torture
