@@ -1,4 +1,147 @@
+// A worker that dies at a note costs that note, which is named once, and nothing else: the next one
+// goes on behind it. One that dies between two notes, or before the first, leaves no marker file,
+// and the run ends there; that is told by its exit code in the log and, in an archive, by counts
+// that do not agree.
 #include "tests/torture/CrashSweep.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "app/Settings.h"
+#include "base/Utf8.h"
+#include "tests/support/FileBytes.h"
+#include "tests/system/ExportRun.h"
+#include "tests/torture/Check.h"
+#include "tests/torture/CrashCase.h"
+#include "tests/torture/DocumentedMessages.h"
+#include "tests/torture/WorkerStories.h"
+
 namespace larkspan::torture {
-void SweepCrashes(const Options&, Report&) {}
+
+namespace {
+
+std::vector<std::wstring> ArgumentsFor(const Subject& subject) {
+  std::vector<std::wstring> arguments = {L"-debug", L"-id", IdFileOf(subject), L"-password",
+                                         kPassword};
+  if (subject.archive) arguments.push_back(L"-archive");
+  if (subject.fullAccess) arguments.push_back(L"-fullaccess");
+  return arguments;
+}
+
+// One run of the real program.
+struct ProcessRun {
+  std::uint32_t exitCode = 0;
+  Outcome outcome;
+  std::string misuse;       // Of the library.
+  Lines leftOpenByTheLast;  // Of the runtimes that ended.
+  std::size_t endedRuntimes = 0;
+};
+
+ProcessRun RunProgram(const Subject& subject, const std::string& plan) {
+  testing::ExportRun run;
+  for (const std::wstring& file : {subject.database, IdFileOf(subject)}) {
+    run.AddDatabase(file, ReadBytes(subject.dataFolder + L"\\" + file));
+  }
+  run.SetFaults(plan);
+  ProcessRun result;
+  result.exitCode = run.Export(subject.database, ArgumentsFor(subject)).exitCode;
+  Outcome& outcome = result.outcome;
+  outcome.tree = run.Tree();
+  outcome.log = LinesOf(outcome.tree, "log.txt");
+  outcome.tree["audit.txt"] = testing::MaskAuditTimes(outcome.tree["audit.txt"]);
+  outcome.audit = LinesOf(outcome.tree, "audit.txt");
+  result.endedRuntimes = run.LedgerLines().size();
+  if (result.endedRuntimes != 0) {
+    result.leftOpenByTheLast = run.LeftOpen(result.endedRuntimes - 1);
+  }
+  const std::wstring misuse = run.folder() + L"\\misuse.txt";
+  if (Exists(misuse)) result.misuse = ReadBytes(misuse);
+  return result;
+}
+
+class CrashSweep {
+ public:
+  CrashSweep(const Subject& subject, Report& report) : report_(report), subject_(subject) {
+    ExportStage stage(subject);
+    clean_ = stage.Export("[]");
+    reference_ = MakeReference(stage);
+    cleanFiles_ = IdentifyFiles(reference_, clean_);
+  }
+
+  void Run(const Options& options) {
+    std::vector<CrashCase> cases = CrashCases(clean_.calls, options.seed);
+    const std::size_t all = cases.size();
+    Choose(options, cases);
+    for (const CrashCase& crash : cases) RunCase(crash);
+    report_.PrintFigures(subject_.name, std::to_string(clean_.calls.size()) + " entry points, " +
+                                            std::to_string(all) + " cases, " +
+                                            std::to_string(deaths_) + " deaths");
+  }
+
+ private:
+  void RunCase(const CrashCase& crash) {
+    report_.Begin(subject_.name + ": " + Describe(crash));
+    const ProcessRun run = RunProgram(subject_, PlanOf(crash));
+    Lines findings;
+    const std::vector<WorkerStory> stories = ReadStories(run.outcome.log, findings);
+    CheckProcesses(run, crash, stories, findings);
+    const bool endedEarly = !stories.empty() && stories.back().died();
+    const Check check{.subject = subject_,
+                      .reference = reference_,
+                      .clean = clean_,
+                      .cleanFiles = cleanFiles_,
+                      .run = run.outcome,
+                      .endedEarly = endedEarly,
+                      .mayLeaveHalf = endedEarly,
+                      .findings = findings};
+    CheckNotes(check);
+    CheckFolder(check);
+    CheckAudit(check);
+    if (!findings.empty()) AddLines(run.outcome.log, findings);
+    report_.End(findings);
+  }
+
+  void CheckProcesses(const ProcessRun& run, const CrashCase& crash,
+                      const std::vector<WorkerStory>& stories, Lines& findings) {
+    if (run.exitCode != 0) findings.push_back("exit code " + std::to_string(run.exitCode));
+    if (!run.misuse.empty()) findings.push_back("misuse: " + run.misuse);
+    for (const std::string& line : run.outcome.log) {
+      if (!documented_.Contains(line)) findings.push_back("undocumented: " + line);
+    }
+    if (stories.empty() || !stories.front().died()) findings.push_back("nobody died");
+    for (const WorkerStory& story : stories) CheckEnd(story, crash.death, findings);
+    const bool lastIsWell = !stories.empty() && !stories.back().died();
+    if (lastIsWell) AddLines(run.leftOpenByTheLast, findings);
+  }
+
+  void CheckEnd(const WorkerStory& story, const Death& death, Lines& findings) {
+    if (!story.died()) return;
+    ++deaths_;
+    const auto& codes = death.exitCodes;
+    if (std::find(codes.begin(), codes.end(), story.exitCode) == codes.end()) {
+      findings.push_back("a worker's exit code is " + std::to_string(story.exitCode));
+    }
+  }
+
+  static void AddLines(const Lines& lines, Lines& findings) {
+    findings.insert(findings.end(), lines.begin(), lines.end());
+  }
+
+  Report& report_;
+  const Subject subject_;
+  DocumentedMessages documented_;
+  Outcome clean_;
+  Reference reference_;
+  std::map<std::uint32_t, Variant> cleanFiles_;
+  int deaths_ = 0;
+};
+
+}  // namespace
+
+void SweepCrashes(const Options& options, Report& report) {
+  for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
+    if (subject.resumeAt == 0) CrashSweep(subject, report).Run(options);
+  }
+}
+
 }  // namespace larkspan::torture

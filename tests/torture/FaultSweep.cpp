@@ -60,6 +60,7 @@ class FaultSweep {
     check.silently = expectation.silently;
     check.status = fault.status;
     check.endedEarly = HasErrorLine(run.log);
+    check.mayLeaveHalf = check.endedEarly && stage_.subject().resumeAt != 0;
     CheckTree(check);
     if (!findings.empty()) {
       for (const std::string& line : run.log) findings.push_back(line);
@@ -82,11 +83,18 @@ class FaultSweep {
     CheckAudit(check);
   }
 
-  // A setting that was refused shows in the files; the log tells of it.
+  // A setting that was refused shows in the files of this worker, and the log tells of it.
   const Reference& ReferenceFor(const FaultCase& fault) {
     if (fault.entry != "DXLSetExporterProperty") return reference_;
-    refusedReference_ =
-        MakeReference(stage_, {fault.call, fault.andAllLater ? INT_MAX : fault.call});
+    const int last = fault.andAllLater ? INT_MAX : fault.call;
+    const Reference refused = MakeReference(stage_, {fault.call, last});
+    const std::uint32_t resumeAt = stage_.subject().resumeAt;
+    refusedReference_ = reference_;
+    if (resumeAt == 0) refusedReference_.acl = refused.acl;
+    for (std::size_t i = 0; i < refused.notes.size(); ++i) {
+      if (refused.notes[i].id <= resumeAt) continue;
+      refusedReference_.notes[i].texts = refused.notes[i].texts;
+    }
     return refusedReference_;
   }
 

@@ -34,7 +34,7 @@ class NoteReader {
  private:
   static bool HasPictures(const std::string& text) {
     return text.find("<picture>") != std::string::npos ||
-           text.find("Picture removed by") != std::string::npos;
+           text.find("<paragraph><run>") != std::string::npos;
   }
 
   void ReadFacts(DHANDLE handle, bool archive) {

@@ -1,0 +1,57 @@
+#include "tests/torture/CrashCase.h"
+
+#include <nlohmann/json.hpp>
+#include <random>
+#include <set>
+
+namespace larkspan::torture {
+
+namespace {
+
+using nlohmann::json;
+
+const std::vector<Death>& Deaths() {
+  static const std::vector<Death> deaths = {{"accessViolation", {0xC0000005}},
+                                            {"stackOverflow", {0xC00000FD}},
+                                            {"exit", {1}},
+                                            {"abort", {3}},
+                                            {"throw", {0, 3}}};
+  return deaths;
+}
+
+// Seldom the same number, where there are more than two.
+std::set<int> CallsToStrike(int count, std::mt19937& random) {
+  std::set<int> calls = {1, count};
+  if (count > 2) calls.insert(2 + static_cast<int>(random() % static_cast<unsigned>(count - 2)));
+  return calls;
+}
+
+}  // namespace
+
+std::string PlanOf(const CrashCase& crash) {
+  json fault = {{"entry", crash.entry}, {"call", crash.call}, {"action", crash.death.action}};
+  if (crash.afterAChunk) fault["chunks"] = 1;
+  return json::array({fault}).dump();
+}
+
+std::string Describe(const CrashCase& crash) {
+  return crash.death.action + " in " + crash.entry + " call " + std::to_string(crash.call) +
+         (crash.afterAChunk ? " after a chunk" : "");
+}
+
+std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed) {
+  std::mt19937 random(seed);
+  std::vector<CrashCase> cases;
+  for (const Death& death : Deaths()) {
+    for (const auto& [entry, count] : calls) {
+      for (const int call : CallsToStrike(count, random)) {
+        cases.push_back({entry, call, death});
+        const bool delivers = entry == "DXLExportNote" || entry == "DXLExportACL";
+        if (delivers) cases.push_back({entry, call, death, true});
+      }
+    }
+  }
+  return cases;
+}
+
+}  // namespace larkspan::torture

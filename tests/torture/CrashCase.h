@@ -1,0 +1,34 @@
+// One call of the Notes library in which the process dies.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace larkspan::torture {
+
+struct Death {
+  std::string action;  // As fault plans call it.
+  // The exit codes that the process can end with. An exception ends the worker in good order, or,
+  // on the way through a release, the process as a call of abort does.
+  std::vector<std::uint32_t> exitCodes;
+};
+
+struct CrashCase {
+  std::string entry;
+  int call = 1;  // Counted from 1, in each process.
+  Death death;
+  bool afterAChunk = false;  // An export delivers some of its text before.
+};
+
+// As a fault plan in JSON.
+std::string PlanOf(const CrashCase& crash);
+
+std::string Describe(const CrashCase& crash);
+
+// For each way to die: every entry point at its first call, its last, and one in between that the
+// seed chooses.
+std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed);
+
+}  // namespace larkspan::torture

@@ -1,0 +1,60 @@
+#include "tests/torture/WorkerStories.h"
+
+#include <cstdlib>
+
+#include "tests/torture/Check.h"
+#include "tests/torture/Numbers.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr char kTop[] = "#DEBUG# - Top of Archive Main Loop with nid ";
+constexpr char kDied[] = "#DEBUG# - Child process returned non-zero value (";
+constexpr char kThrown[] = "#DEBUG# - Exiting via catch-all handler";
+constexpr char kMarker[] = "#DEBUG# - ReadMarkerFile returned ";
+constexpr char kIncomplete[] = "Major: Incomplete run detected for note id ";
+
+// The number behind the beginning of the line.
+std::uint32_t NumberBehind(const std::string& line, const std::string& beginning, int base) {
+  return static_cast<std::uint32_t>(std::strtoul(line.c_str() + beginning.size(), nullptr, base));
+}
+
+void CheckOrder(const std::vector<WorkerStory>& stories, const Lines& log, Lines& findings) {
+  for (std::size_t i = 1; i < stories.size(); ++i) {
+    const std::string name = NoteIdText(stories[i].startedAt);
+    if (stories[i - 1].marker != stories[i].startedAt) {
+      findings.push_back("a worker begins at " + name + ", where none was");
+    }
+    if (stories[i].startedAt <= stories[i - 1].startedAt) {
+      findings.push_back("a worker goes back to " + name);
+    }
+    if (CountMessages(log, kIncomplete + name) != 1) {
+      findings.push_back("the death at " + name + " is not told once");
+    }
+  }
+  const std::size_t told = static_cast<std::size_t>(CountMessages(log, kIncomplete));
+  if (stories.empty() || told != stories.size() - 1) findings.push_back("deaths that were none");
+  if (!stories.empty() && stories.back().marker) findings.push_back("the last worker is not it");
+}
+
+}  // namespace
+
+std::vector<WorkerStory> ReadStories(const Lines& log, Lines& findings) {
+  std::vector<WorkerStory> stories;
+  for (const std::string& line : log) {
+    if (line.starts_with(kTop)) {
+      stories.push_back({.startedAt = NumberBehind(line, kTop, 16)});
+    } else if (!stories.empty() && line.starts_with(kDied)) {
+      stories.back().exitCode = NumberBehind(line, kDied, 10);
+    } else if (!stories.empty() && line.starts_with(kThrown)) {
+      stories.back().wasThrown = true;
+    } else if (!stories.empty() && line.starts_with(kMarker)) {
+      stories.back().marker = NumberBehind(line, kMarker, 16);
+    }
+  }
+  CheckOrder(stories, log, findings);
+  return stories;
+}
+
+}  // namespace larkspan::torture
