@@ -4,6 +4,8 @@
 #include <random>
 #include <set>
 
+#include "tests/torture/Parts.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -30,13 +32,13 @@ std::set<int> CallsToStrike(int count, std::mt19937& random) {
 
 std::string PlanOf(const CrashCase& crash) {
   json fault = {{"entry", crash.entry}, {"call", crash.call}, {"action", crash.death.action}};
-  if (crash.afterAChunk) fault["chunks"] = 1;
+  if (crash.afterAPart) fault[PartsOf(crash.entry)] = 1;
   return json::array({fault}).dump();
 }
 
 std::string Describe(const CrashCase& crash) {
   return crash.death.action + " in " + crash.entry + " call " + std::to_string(crash.call) +
-         (crash.afterAChunk ? " after a chunk" : "");
+         (crash.afterAPart ? " after one of its " + PartsOf(crash.entry) : "");
 }
 
 std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed) {
@@ -46,8 +48,7 @@ std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::
     for (const auto& [entry, count] : calls) {
       for (const int call : CallsToStrike(count, random)) {
         cases.push_back({entry, call, death});
-        const bool delivers = entry == "DXLExportNote" || entry == "DXLExportACL";
-        if (delivers) cases.push_back({entry, call, death, true});
+        if (!PartsOf(entry).empty()) cases.push_back({entry, call, death, true});
       }
     }
   }

@@ -19,7 +19,7 @@ struct CrashCase {
   std::string entry;
   int call = 1;  // Counted from 1, in each process.
   Death death;
-  bool afterAChunk = false;  // An export delivers some of its text before.
+  bool afterAPart = false;  // It hands over a chunk of text, or a match, before.
 };
 
 // As a fault plan in JSON.

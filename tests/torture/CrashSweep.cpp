@@ -45,11 +45,7 @@ ProcessRun RunProgram(const Subject& subject, const std::string& plan) {
   run.SetFaults(plan);
   ProcessRun result;
   result.exitCode = run.Export(subject.database, ArgumentsFor(subject)).exitCode;
-  Outcome& outcome = result.outcome;
-  outcome.tree = run.Tree();
-  outcome.log = LinesOf(outcome.tree, "log.txt");
-  outcome.tree["audit.txt"] = testing::MaskAuditTimes(outcome.tree["audit.txt"]);
-  outcome.audit = LinesOf(outcome.tree, "audit.txt");
+  result.outcome = ReadOutcome(run.output());
   result.endedRuntimes = run.LedgerLines().size();
   if (result.endedRuntimes != 0) {
     result.leftOpenByTheLast = run.LeftOpen(result.endedRuntimes - 1);
@@ -140,7 +136,8 @@ class CrashSweep {
 
 void SweepCrashes(const Options& options, Report& report) {
   for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
-    if (subject.resumeAt == 0) CrashSweep(subject, report).Run(options);
+    if (subject.resumeAt == 0 && options.Wants(subject.name))
+      CrashSweep(subject, report).Run(options);
   }
 }
 

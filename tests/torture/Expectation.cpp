@@ -113,11 +113,16 @@ const std::vector<Expectation>& Table() {
 
 }  // namespace
 
-const Expectation& ExpectationOf(const std::string& entry) {
-  for (const Expectation& expectation : Table()) {
+const Expectation& FindExpectation(const std::vector<Expectation>& table,
+                                   const std::string& entry) {
+  for (const Expectation& expectation : table) {
     if (expectation.entry == entry) return expectation;
   }
   throw std::runtime_error("nothing is expected of " + entry);
+}
+
+const Expectation& ExpectationOf(const std::string& entry) {
+  return FindExpectation(Table(), entry);
 }
 
 }  // namespace larkspan::torture

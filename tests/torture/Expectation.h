@@ -21,6 +21,13 @@ enum Silently : unsigned {
   kViewsDiffer = 1 << 6,       // Views are missing, have gaps, or are there although hidden.
   kPropertiesDiffer = 1 << 7,  // Texts and times of db.dxl are missing.
   kAuditDiffers = 1 << 8,      // Texts of the audit report are missing.
+  // In a listing:
+  kUntold = 1 << 9,         // A field of a database is empty, a size is zero or a part of it.
+  kOtherTime = 1 << 10,     // A time lacks its days or its time of day.
+  kEndsEarly = 1 << 11,     // Lines are missing at the end.
+  kAsked = 1 << 12,         // The server is named as it was asked for.
+  kNamesMissing = 1 << 13,  // Servers are missing.
+  kNamesEmpty = 1 << 14,    // Servers are empty lines.
 };
 
 enum class Tells { kAlways, kSometimes, kNever };
@@ -33,7 +40,12 @@ struct Expectation {
   std::vector<std::string_view> leftOpen{};  // Kinds of handles, for a release that fails.
 };
 
-// Throws when the table has no such entry point.
+// Of a call of an export, and of a call of a listing. Throws when the table has no such entry
+// point.
 const Expectation& ExpectationOf(const std::string& entry);
+const Expectation& ListingExpectationOf(const std::string& entry);
+
+// The expectation of the table for the entry point, likewise.
+const Expectation& FindExpectation(const std::vector<Expectation>& table, const std::string& entry);
 
 }  // namespace larkspan::torture

@@ -2,16 +2,13 @@
 
 #include <cwchar>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "app/RunWorker.h"
 #include "app/Settings.h"
 #include "app/Supervisor.h"
-#include "base/Utf8.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
-#include "tests/support/StandinLibrary.h"
 #include "tests/torture/Numbers.h"
 
 namespace larkspan::torture {
@@ -19,7 +16,6 @@ namespace larkspan::torture {
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
 using testing::OutputTree;
 
 constexpr std::uint32_t kCrashExitCode = 0xC0000005;
@@ -59,37 +55,18 @@ class InProcessLauncher : public WorkerLauncher {
   bool hasBegun_ = false;
 };
 
-std::map<std::string, int> Counts(const json& ledger, const char* member) {
-  std::map<std::string, int> counts;
-  const json all = ledger.value(member, json::object());
-  for (const auto& [name, count] : all.items()) {
-    if (count != 0) counts[name] = count;
-  }
-  return counts;
-}
-
 }  // namespace
 
-Lines LinesOf(const OutputTree& tree, const std::string& name) {
-  const auto found = tree.find(name);
-  return found == tree.end() ? Lines() : SplitLines(found->second);
-}
-
-ExportStage::ExportStage(const Subject& subject) : subject_(subject) {
-  WriteBytes(folder_ / L"\\notes.ini", "Directory=" + WideToUtf8(subject.dataFolder) + "\n");
+ExportStage::ExportStage(const Subject& subject) : Stage(subject.dataFolder), subject_(subject) {
   UseSettings();
   if (subject_.resumeAt != 0) DieAtTheResumeNote();
-}
-
-std::wstring ExportStage::ConfigurationArgument() const {
-  return L"=" + (folder_ / L"\\notes.ini");
 }
 
 void ExportStage::UseSettings() {
   Settings settings;
   settings.programPath = L"larkspan.exe";
   settings.databasePath = subject_.database;
-  settings.outputFolder = output_;
+  settings.outputFolder = output();
   settings.archive = subject_.archive;
   settings.fullAccess = subject_.fullAccess;
   settings.idFile = IdFileOf(subject_);
@@ -102,33 +79,19 @@ void ExportStage::UseSettings() {
 // An exception out of the library ends the worker in the middle of a note, after some of its text.
 void ExportStage::DieAtTheResumeNote() {
   const std::string noteId = NoteIdText(subject_.resumeAt);
-  fs::create_directory(output_);
-  ResetStandin();
-  SetStandinFaults(R"([{"entry": "DXLExportNote", "note": ")" + noteId +
-                   R"(", "chunks": 1, "action": "throw"}])");
+  Begin(R"([{"entry": "DXLExportNote", "note": ")" + noteId +
+        R"(", "chunks": 1, "action": "throw"}])");
   RunWorker(0);
-  earlierWorker_ = testing::ReadOutputTree(output_);
-  fs::remove_all(output_);
+  earlierWorker_ = testing::ReadOutputTree(output());
+  fs::remove_all(output());
 }
 
 Outcome ExportStage::Export(const std::string& faultPlan) {
   const PauseRecorder nobodyWaits;
-  fs::create_directory(output_);
-  ResetStandin();
-  SetStandinFaults(faultPlan);
-  InProcessLauncher launcher(output_, earlierWorker_);
+  Begin(faultPlan);
+  InProcessLauncher launcher(output(), earlierWorker_);
   RunSupervisor(launcher, L"larkspan.exe");
-  const json ledger = json::parse(StandinLedger());
-  Outcome outcome{.tree = testing::ReadOutputTree(output_),
-                  .log = {},
-                  .audit = {},
-                  .calls = Counts(ledger, "calls"),
-                  .leftOpen = Counts(ledger, "open")};
-  outcome.log = LinesOf(outcome.tree, "log.txt");
-  outcome.tree["audit.txt"] = testing::MaskAuditTimes(outcome.tree["audit.txt"]);
-  outcome.audit = LinesOf(outcome.tree, "audit.txt");
-  fs::remove_all(output_);
-  return outcome;
+  return TakeOutcome(output());
 }
 
 }  // namespace larkspan::torture

@@ -1,8 +1,10 @@
 #include "tests/torture/FaultCase.h"
 
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "tests/torture/Numbers.h"
+#include "tests/torture/Parts.h"
 
 namespace larkspan::torture {
 
@@ -23,19 +25,15 @@ const std::map<std::string, std::vector<std::string>> kRefusedAsWell = {
     {"OSUnlockObject", {"OSMemFree", "NSFNoteClose", "NSFDbClose"}},
 };
 
-bool HandlesANote(const std::string& entry) {
-  return entry == "DXLExportNote" || entry == "DXLExportACL" || entry == "NSFNoteOpen" ||
-         entry == "SECKFMOpen" || entry == "NSFNoteCipherDecrypt";
-}
-
-bool DeliversText(const std::string& entry) {
-  return entry == "DXLExportNote" || entry == "DXLExportACL";
-}
+// Entry points whose status can mean something to the program.
+const std::set<std::string> kWithMeaning = {
+    "DXLExportNote", "DXLExportACL", "NSFNoteOpen",        "SECKFMOpen", "NSFNoteCipherDecrypt",
+    "NSFDbOpen",     "NSFSearch",    "NSFSearchExtended3", "NAMELookup", "DNAbbreviate"};
 
 std::vector<std::uint16_t> StatusesOf(const std::string& entry) {
   std::vector<std::uint16_t> statuses = {kAnyStatus};
   if (entry == "NotesInitExtended") statuses.push_back(kNoConfiguration);
-  if (HandlesANote(entry)) {
+  if (kWithMeaning.contains(entry)) {
     statuses.insert(statuses.end(), std::begin(kDamage), std::end(kDamage));
     statuses.insert(statuses.end(), std::begin(kDesignFailures), std::end(kDesignFailures));
     statuses.push_back(kFormNeedsRepair);
@@ -56,7 +54,7 @@ std::string PlanOf(const FaultCase& fault) {
   json first = {{"entry", fault.entry},
                 {fault.andAllLater ? "from" : "call", fault.call},
                 {"status", fault.status}};
-  if (fault.afterAChunk) first["chunks"] = 1;
+  if (fault.afterAPart) first[PartsOf(fault.entry)] = 1;
   json plan = json::array({first});
   const auto refused = kRefusedAsWell.find(fault.entry);
   if (refused != kRefusedAsWell.end()) {
@@ -70,7 +68,7 @@ std::string PlanOf(const FaultCase& fault) {
 std::string Describe(const FaultCase& fault) {
   return fault.entry + " call " + std::to_string(fault.call) +
          (fault.andAllLater ? " and all later" : "") + " fails with " + HexText(fault.status) +
-         (fault.afterAChunk ? " after a chunk" : "");
+         (fault.afterAPart ? " after one of its " + PartsOf(fault.entry) : "");
 }
 
 std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls) {
@@ -80,13 +78,20 @@ std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls) {
       for (const std::uint16_t status : StatusesOf(entry)) {
         AddCases({.entry = entry, .call = call, .status = status}, cases);
       }
-      if (!DeliversText(entry)) continue;
+      if (PartsOf(entry).empty()) continue;
       for (const std::uint16_t status : {kAnyStatus, kDamage[0]}) {
-        AddCases({.entry = entry, .call = call, .status = status, .afterAChunk = true}, cases);
+        AddCases({.entry = entry, .call = call, .status = status, .afterAPart = true}, cases);
       }
     }
   }
   return cases;
+}
+
+std::string FiguresOf(const std::map<std::string, int>& calls, std::size_t cases) {
+  int all = 0;
+  for (const auto& [entry, count] : calls) all += count;
+  return std::to_string(calls.size()) + " entry points, " + std::to_string(all) + " calls, " +
+         std::to_string(cases) + " cases";
 }
 
 bool IsDamage(std::uint16_t status) {

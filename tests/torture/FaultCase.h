@@ -13,7 +13,7 @@ struct FaultCase {
   int call = 1;  // Counted from 1.
   bool andAllLater = false;
   std::uint16_t status = 0;
-  bool afterAChunk = false;  // An export delivers some of its text before it fails.
+  bool afterAPart = false;  // It hands over a chunk of text, or a match, before it fails.
 };
 
 // What a library does that fails so, as a fault plan in JSON. Where it could not release something,
@@ -24,6 +24,9 @@ std::string Describe(const FaultCase& fault);
 
 // Every call that a run made, failing in every way that applies.
 std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls);
+
+// What a sweep over those cases has to print of itself.
+std::string FiguresOf(const std::map<std::string, int>& calls, std::size_t cases);
 
 // Whether the status is one of damaged content, for which an export is tried again.
 bool IsDamage(std::uint16_t status);

@@ -1,13 +1,11 @@
 #include "tests/torture/FaultSweep.h"
 
-#include <algorithm>
 #include <climits>
-#include <set>
 
 #include "tests/torture/Check.h"
-#include "tests/torture/DocumentedMessages.h"
 #include "tests/torture/Expectation.h"
 #include "tests/torture/FaultCase.h"
+#include "tests/torture/RunCheck.h"
 
 namespace larkspan::torture {
 
@@ -15,17 +13,15 @@ namespace {
 
 const Expectation kNothingSpecial{};
 
-// A line without the words that a status has.
-std::string WithoutStatusText(const std::string& line) { return line.substr(0, line.find(" (")); }
-
 class FaultSweep {
  public:
-  FaultSweep(const Subject& subject, Report& report) : stage_(subject), report_(report) {
-    clean_ = stage_.Export("[]");
-    reference_ = MakeReference(stage_);
-    cleanFiles_ = IdentifyFiles(reference_, clean_);
-    for (const std::string& line : clean_.log) cleanLines_.insert(WithoutStatusText(line));
-  }
+  FaultSweep(const Subject& subject, Report& report)
+      : stage_(subject),
+        report_(report),
+        clean_(stage_.Export("[]")),
+        runCheck_(clean_.log),
+        reference_(MakeReference(stage_)),
+        cleanFiles_(IdentifyFiles(reference_, clean_)) {}
 
   void Run(const Options& options) {
     CheckCleanRun();
@@ -33,18 +29,14 @@ class FaultSweep {
     const std::size_t all = cases.size();
     Choose(options, cases);
     for (const FaultCase& fault : cases) RunCase(fault);
-    int calls = 0;
-    for (const auto& [entry, count] : clean_.calls) calls += count;
-    report_.PrintFigures(stage_.subject().name, std::to_string(clean_.calls.size()) +
-                                                    " entry points, " + std::to_string(calls) +
-                                                    " calls, " + std::to_string(all) + " cases");
+    report_.PrintFigures(stage_.subject().name, FiguresOf(clean_.calls, all));
   }
 
  private:
   void CheckCleanRun() {
     report_.Begin(stage_.subject().name + ": no call fails");
     Lines findings;
-    CheckLeftOpen(clean_, kNothingSpecial, findings);
+    runCheck_.Run(clean_, kNothingSpecial, findings);
     CheckTree(MakeCheck(reference_, clean_, findings));
     report_.End(findings);
   }
@@ -54,8 +46,7 @@ class FaultSweep {
     const Expectation& expectation = ExpectationOf(fault.entry);
     const Outcome run = stage_.Export(PlanOf(fault));
     Lines findings;
-    CheckLog(run, expectation, findings);
-    CheckLeftOpen(run, expectation, findings);
+    runCheck_.Run(run, expectation, findings);
     Check check = MakeCheck(ReferenceFor(fault), run, findings);
     check.silently = expectation.silently;
     check.status = fault.status;
@@ -98,54 +89,20 @@ class FaultSweep {
     return refusedReference_;
   }
 
-  void CheckLog(const Outcome& run, const Expectation& expectation, Lines& findings) {
-    bool isTold = false;
-    for (const std::string& line : run.log) {
-      if (!documented_.Contains(line)) findings.push_back("undocumented: " + line);
-      const bool isExpected = IsExpected(line, expectation);
-      isTold = isTold || isExpected;
-      const bool isTrace = line.starts_with("#DEBUG#");
-      if (!isExpected && !isTrace && !IsUsual(line)) findings.push_back("strange: " + line);
-    }
-    if (expectation.tells == Tells::kAlways && !isTold) findings.push_back("no line tells of it");
-  }
-
-  static bool IsExpected(const std::string& line, const Expectation& expectation) {
-    return std::any_of(expectation.complaints.begin(), expectation.complaints.end(),
-                       [&](std::string_view complaint) {
-                         return line.substr(line.find(" - ") + 3).starts_with(complaint);
-                       });
-  }
-
-  // Damage that the database brings along, and the sum at the end, which is counted elsewhere.
-  bool IsUsual(const std::string& line) const {
-    return cleanLines_.contains(WithoutStatusText(line)) ||
-           line.starts_with("#WARNING# - Document count mismatch: ");
-  }
-
-  static void CheckLeftOpen(const Outcome& run, const Expectation& expectation, Lines& findings) {
-    for (const auto& [kind, count] : run.leftOpen) {
-      const auto& allowed = expectation.leftOpen;
-      if (std::find(allowed.begin(), allowed.end(), kind) != allowed.end()) continue;
-      findings.push_back("left open: " + std::to_string(count) + " of " + kind);
-    }
-  }
-
   ExportStage stage_;
   Report& report_;
-  DocumentedMessages documented_;
-  Outcome clean_;
-  Reference reference_;
+  const Outcome clean_;
+  RunCheck runCheck_;
+  const Reference reference_;
   Reference refusedReference_;
-  std::map<std::uint32_t, Variant> cleanFiles_;
-  std::set<std::string> cleanLines_;
+  const std::map<std::uint32_t, Variant> cleanFiles_;
 };
 
 }  // namespace
 
 void SweepFaults(const Options& options, Report& report) {
   for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
-    FaultSweep(subject, report).Run(options);
+    if (options.Wants(subject.name)) FaultSweep(subject, report).Run(options);
   }
 }
 

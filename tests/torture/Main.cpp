@@ -1,6 +1,8 @@
 // The torture of exports. Usage:
 //
-//   larkspan_torture faults|crashes [--samples] [--sample=N] [--seed=N] [--shard=I/N] [--trace]
+//   larkspan_torture faults|crashes [--samples] [--sample=N] [--seed=N] [--shard=I/N]
+//   [--subject=NAME]
+//                    [--only=TEXT] [--trace]
 //
 // Prints each run whose outcome is not in order, and figures; exit code 1 when there was one.
 #include <cstdio>
@@ -11,6 +13,7 @@
 
 #include "tests/torture/CrashSweep.h"
 #include "tests/torture/FaultSweep.h"
+#include "tests/torture/ListingFaults.h"
 
 namespace larkspan::torture {
 namespace {
@@ -25,6 +28,10 @@ void ReadOption(const std::string& text, Options& options) {
     options.trace = true;
   } else if (name == "--sample") {
     options.sample = std::stoul(value);
+  } else if (name == "--only") {
+    options.only = value;
+  } else if (name == "--subject") {
+    options.subject = value;
   } else if (name == "--seed") {
     options.seed = static_cast<std::uint32_t>(std::stoul(value));
   } else if (name == "--shard") {
@@ -40,6 +47,7 @@ bool Sweep(const std::string& sweep, const Options& options) {
   report.Print(sweep + ": seed " + std::to_string(options.seed));
   if (sweep == "faults") {
     SweepFaults(options, report);
+    if (!options.samples) SweepListingFaults(options, report);
   } else if (sweep == "crashes") {
     SweepCrashes(options, report);
   } else {

@@ -13,17 +13,24 @@ struct Options {
   std::size_t sample = 0;  // So many cases of each subject; 0: all.
   std::size_t shard = 0;   // This process takes each shards-th case, beginning with this one.
   std::size_t shards = 1;
+  std::string subject;   // Only the subject of this name.
+  std::string only;      // Only the cases whose description holds this text.
   bool samples = false;  // The sample databases, not the small one.
   bool trace = false;    // Each case is named before it is run.
+
+  bool Wants(const std::string& name) const { return subject.empty() || subject == name; }
 };
 
 // The indices below the size that this process is to look at, ascending. All processes whose
 // options differ in the shard only choose from the same sample.
 std::vector<std::size_t> ChooseIndices(const Options& options, std::size_t size);
 
-// Leaves the cases that this process is to run.
+// Leaves the cases that this process is to run. Each has a description, by Describe.
 template <typename Case>
 void Choose(const Options& options, std::vector<Case>& cases) {
+  std::erase_if(cases, [&](const Case& one) {
+    return Describe(one).find(options.only) == std::string::npos;
+  });
   std::vector<Case> chosen;
   for (const std::size_t index : ChooseIndices(options, cases.size())) {
     chosen.push_back(cases[index]);

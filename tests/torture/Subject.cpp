@@ -4,7 +4,6 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr wchar_t kOwnData[] = L"" LARKSPAN_TORTURE_DATA_FOLDER;
 constexpr wchar_t kSampleData[] = L"" LARKSPAN_SAMPLE_DATA_FOLDER;
 
 constexpr std::uint32_t kNoteInTheMiddle = 0x906;
@@ -30,7 +29,7 @@ std::vector<Subject> SampleSubjects() {
 }
 
 std::wstring IdFileOf(const Subject& subject) {
-  return subject.dataFolder == kOwnData ? L"reader.id" : L"ids\\imke.id";
+  return subject.dataFolder == kOwnData ? kIdFile : L"ids\\imke.id";
 }
 
 }  // namespace larkspan::torture

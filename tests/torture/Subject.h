@@ -25,8 +25,13 @@ std::vector<Subject> SmallSubjects();
 // Sample databases of the stand-in library, as archives.
 std::vector<Subject> SampleSubjects();
 
-// The ID file that opens sealed notes, in the data folder, and its password.
+// The data folder of the small database.
+inline constexpr wchar_t kOwnData[] = L"" LARKSPAN_TORTURE_DATA_FOLDER;
+
+// The ID file that opens sealed notes, in the data folder, and its password; the small database's
+// is the one below.
 std::wstring IdFileOf(const Subject& subject);
+inline constexpr wchar_t kIdFile[] = L"reader.id";
 inline constexpr wchar_t kPassword[] = L"Rittersporn";
 
 }  // namespace larkspan::torture

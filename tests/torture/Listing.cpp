@@ -1,0 +1,53 @@
+#include "tests/torture/Listing.h"
+
+#include <utility>
+
+#include "app/CommandLine.h"
+#include "app/Settings.h"
+#include "listing/ScanMode.h"
+#include "listing/ServersMode.h"
+#include "tests/torture/Subject.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr wchar_t kMill[] = L"CN=Mill/O=Example";
+
+}  // namespace
+
+std::vector<Listing> Listings() {
+  return {
+      {"scan", "scan.txt", L"<Local>", L""},
+      {"scan-server", "scan.txt", kMill, std::wstring(L"/servers/") + kMill, "CN=Mill/O=Example"},
+      {"servers", "servers.txt", L""}};
+}
+
+std::vector<std::wstring> ArgumentsFor(const Listing& listing) {
+  std::vector<std::wstring> arguments = {L"-debug", L"-id", kIdFile, L"-password", kPassword};
+  if (listing.server.empty()) {
+    arguments.push_back(L"-servers");
+  } else {
+    arguments.insert(arguments.end(), {L"-s", listing.server, L"-scan"});
+  }
+  return arguments;
+}
+
+ListingStage::ListingStage(const Listing& listing)
+    : Stage(kOwnData, kListingConfiguration), listing_(listing) {
+  std::vector<std::wstring> arguments = ArgumentsFor(listing);
+  arguments.insert(arguments.begin(), {L"larkspan.exe", ConfigurationArgument(), L"-o", output()});
+  SetProcessSettings(ParseCommandLine(arguments).settings);
+}
+
+Outcome ListingStage::List(const std::string& faultPlan) {
+  Begin(faultPlan);
+  if (listing_.server.empty()) {
+    RunServersMode();
+  } else {
+    RunScanMode();
+  }
+  return TakeOutcome(output());
+}
+
+}  // namespace larkspan::torture

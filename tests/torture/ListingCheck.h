@@ -1,0 +1,30 @@
+// What is in a listing is held against a run without a fault.
+#pragma once
+
+#include "tests/torture/FaultCase.h"
+#include "tests/torture/Listing.h"
+
+namespace larkspan::torture {
+
+struct ListingCheck {
+  const Listing& listing;
+  const Outcome& clean;
+  const Outcome& run;
+  unsigned silently = 0;    // Consequences that need no line, from Expectation.h.
+  int failingCalls = 0;     // At most so many fields differ.
+  bool endedEarly = false;  // The process died: lines are missing at the end.
+  Lines& findings;
+
+  void Find(const std::string& finding) const { findings.push_back(finding); }
+  bool Allows(unsigned consequence) const { return (silently & consequence) != 0; }
+};
+
+// After an ERROR line the listing is empty, or ends early by an exception; otherwise it is, line
+// by line and field by field, that of the clean run, or lacks what the fault explains. Every line
+// is whole, and there is no file but the listing and the log.
+void CheckListing(const ListingCheck& check);
+
+// The same of the fields of a scan.
+void CheckScanFields(const ListingCheck& check, const Lines& lines);
+
+}  // namespace larkspan::torture

@@ -1,0 +1,32 @@
+// Where runs over the stand-in library take place in this process: a configuration and an output
+// folder.
+#pragma once
+
+#include <string>
+
+#include "tests/support/TempFolder.h"
+#include "tests/torture/Outcome.h"
+
+namespace larkspan::torture {
+
+class Stage {
+ public:
+  // The "=" argument that names the library's configuration.
+  std::wstring ConfigurationArgument() const;
+
+ protected:
+  // Writes the library's configuration for a data folder, with further lines.
+  explicit Stage(const std::wstring& dataFolder, const std::string& configuration = "");
+  ~Stage() = default;
+
+  // Makes the output folder, and the library as freshly loaded, with a fault plan.
+  void Begin(const std::string& faultPlan) const;
+
+  const std::wstring& output() const { return output_; }
+
+ private:
+  TempFolder folder_{L"larkspan-torture"};
+  std::wstring output_ = folder_ / L"\\out";
+};
+
+}  // namespace larkspan::torture
