@@ -78,12 +78,16 @@ class WorkerRun {
   }
 
   bool Open() {
-    databasePath_ = WideToNotes(FullPath());
     Progress(L"Opening '%s' on '%s'", settings_.databasePath.c_str(), settings_.server.c_str());
-    const Status status = settings_.fullAccess ? OpenDatabaseFullAccess(databasePath_, database_)
-                                               : OpenDatabase(databasePath_, database_);
+    const Status status = OpenByPath();
     if (!status.ok()) LogStatus(LogLevel::kError, L"Error opening database (%s)", status);
     return status.ok();
+  }
+
+  Status OpenByPath() {
+    if (const Status status = PathToNotes(FullPath(), databasePath_); !status.ok()) return status;
+    return settings_.fullAccess ? OpenDatabaseFullAccess(databasePath_, database_)
+                                : OpenDatabase(databasePath_, database_);
   }
 
   bool DoOncePerDatabaseWork() {

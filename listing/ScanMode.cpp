@@ -29,10 +29,15 @@ std::string ServerOf(const Database& directory, const std::string& openedPath) {
   return path.substr(0, path.find("!!"));
 }
 
+Status OpenDirectory(std::string& path, Database& directory) {
+  if (const Status status = PathToNotes(DirectoryPath(), path); !status.ok()) return status;
+  return OpenDatabase(path, directory);
+}
+
 void ListDirectory(ListingFile& file) {
+  std::string path;
   Database directory;
-  const std::string path = WideToNotes(DirectoryPath());
-  const Status status = OpenDatabase(path, directory);
+  const Status status = OpenDirectory(path, directory);
   if (!status.ok()) {
     LogStatus(LogLevel::kError, L"Error opening root directory (%s)", status);
     return;

@@ -24,6 +24,11 @@ std::string WideToNotes(std::wstring_view text) {
   return notes;
 }
 
+Status PathToNotes(std::wstring_view path, std::string& notes) {
+  notes = WideToNotes(path);
+  return notes.empty() && !path.empty() ? kPathNotTranslated : Status();
+}
+
 std::wstring NotesToWide(std::string_view text, std::size_t maxBytes) {
   const std::size_t inputBytes = std::min(text.size(), kMaxInputBytes);
   std::wstring wide(maxBytes / sizeof(wchar_t), L'\0');

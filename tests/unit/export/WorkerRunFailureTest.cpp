@@ -32,6 +32,15 @@ TEST_F(WorkerRunTest, DatabaseThatDoesNotOpenIsAnErrorLineAndEndsTheRun) {
   EXPECT_EQ(Calls("DXLDeleteExporter"), 5);
 }
 
+// An empty path would open the data directory.
+TEST_F(WorkerRunTest, PathThatCannotBeTranslatedIsTheSameLineAndOpensNothing) {
+  SetFaults(R"([{"entry": "OSTranslate", "call": 1, "status": 1}])");
+  Run();
+  ASSERT_EQ(LogLines().size(), 1U);
+  EXPECT_TRUE(LogLines()[0].starts_with("#ERROR# - Error opening database (")) << LogLines()[0];
+  EXPECT_EQ(Calls("NSFDbOpen"), 0);
+}
+
 TEST_F(WorkerRunTest, DatabaseThatDoesNotOpenWithFullAccessIsTheSameLine) {
   ChangeSettings([](Settings& settings) { settings.fullAccess = true; });
   SetFaults(R"([{"entry": "SECKFMGetUserName", "status": 273}])");

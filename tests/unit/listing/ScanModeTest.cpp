@@ -105,6 +105,16 @@ TEST_F(ScanModeTest, DirectoryThatCannotBeOpenedIsAnErrorAndEndsTheRuntime) {
   EXPECT_EQ(Calls("NSFSearch"), 0);
 }
 
+// An empty path would open the directory of this machine.
+TEST_F(ScanModeTest, ServerThatCannotBeTranslatedIsAnErrorAndOpensNothing) {
+  SetServer(L"Mill");
+  ConfigureWithFaults(R"([{"entry": "OSTranslate", "call": 1, "status": 1}])");
+  RunScanMode();
+  EXPECT_TRUE(OnlyError().starts_with("Error opening root directory (")) << OnlyError();
+  EXPECT_EQ(ScanBytes(), "");
+  EXPECT_EQ(Calls("NSFDbOpen"), 0);
+}
+
 TEST_F(ScanModeTest, SearchThatFailsKeepsWhatItFound) {
   WriteData(L"directory.json", R"({"path": "C:\\data", "generate": 5})");
   ConfigureWithFaults(R"([{"entry": "NSFSearch", "matches": 2, "status": 554}])");

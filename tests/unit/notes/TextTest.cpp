@@ -28,6 +28,20 @@ TEST_F(TextTest, TextBehindTheViewIsNotTranslated) {
   EXPECT_EQ(WideToNotes(std::wstring_view(L"abcdef", 3)), "abc");
 }
 
+TEST_F(TextTest, PathIsTranslated) {
+  std::string path;
+  EXPECT_TRUE(PathToNotes(L"M\u00fchle!!", path).ok());
+  EXPECT_EQ(path, "M\x01\xFChle!!");
+  EXPECT_TRUE(PathToNotes(L"", path).ok());
+  EXPECT_EQ(path, "");
+}
+
+TEST_F(TextTest, PathThatTheLibraryDoesNotTranslateIsAFailure) {
+  SetFaults(R"([{"entry": "OSTranslate", "status": 1}])");
+  std::string path;
+  EXPECT_EQ(PathToNotes(L"a.nsf", path), kPathNotTranslated);
+}
+
 TEST_F(TextTest, NotesTextIsTranslatedBack) {
   EXPECT_EQ(NotesToWide("a\x01\xE9\x14\x65\xE5", 512), L"a\u00E9\u65E5");
 }
