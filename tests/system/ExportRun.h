@@ -20,6 +20,9 @@ class ExportRun {
   // Reads databases from the samples' data folder.
   ExportRun();
 
+  // Reads them from that folder instead.
+  void SetDataFolder(const std::wstring& folder) { dataFolder_ = folder; }
+
   // Makes a data folder of the run's own and puts a database there.
   void AddDatabase(const std::wstring& fileName, const std::string& json);
 

@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 #include <random>
-#include <set>
 
 #include "tests/torture/Parts.h"
 
@@ -14,7 +13,7 @@ using nlohmann::json;
 
 const std::vector<Death>& Deaths() {
   static const std::vector<Death> deaths = {{"accessViolation", {0xC0000005}},
-                                            {"stackOverflow", {0xC00000FD}},
+                                            {"stackOverflow", {0xC00000FD, 3}},
                                             {"exit", {1}},
                                             {"abort", {3}},
                                             {"throw", {0, 3}}};

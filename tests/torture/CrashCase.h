@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,9 @@ namespace larkspan::torture {
 struct Death {
   std::string action;  // As fault plans call it.
   // The exit codes that the process can end with. An exception ends the worker in good order, or,
-  // on the way through a release, the process as a call of abort does.
-  std::vector<std::uint32_t> exitCodes;
+  // on the way through a release, the process as a call of abort does. A thread may have no stack
+  // left to report that there is none.
+  std::set<std::uint32_t> exitCodes;
 };
 
 struct CrashCase {

@@ -4,56 +4,15 @@
 // that do not agree.
 #include "tests/torture/CrashSweep.h"
 
-#include <algorithm>
-#include <memory>
-
-#include "app/Settings.h"
-#include "base/Utf8.h"
-#include "tests/support/FileBytes.h"
-#include "tests/system/ExportRun.h"
 #include "tests/torture/Check.h"
 #include "tests/torture/CrashCase.h"
 #include "tests/torture/DocumentedMessages.h"
+#include "tests/torture/ProcessRun.h"
 #include "tests/torture/WorkerStories.h"
 
 namespace larkspan::torture {
 
 namespace {
-
-std::vector<std::wstring> ArgumentsFor(const Subject& subject) {
-  std::vector<std::wstring> arguments = {L"-debug", L"-id", IdFileOf(subject), L"-password",
-                                         kPassword};
-  if (subject.archive) arguments.push_back(L"-archive");
-  if (subject.fullAccess) arguments.push_back(L"-fullaccess");
-  return arguments;
-}
-
-// One run of the real program.
-struct ProcessRun {
-  std::uint32_t exitCode = 0;
-  Outcome outcome;
-  std::string misuse;       // Of the library.
-  Lines leftOpenByTheLast;  // Of the runtimes that ended.
-  std::size_t endedRuntimes = 0;
-};
-
-ProcessRun RunProgram(const Subject& subject, const std::string& plan) {
-  testing::ExportRun run;
-  for (const std::wstring& file : {subject.database, IdFileOf(subject)}) {
-    run.AddDatabase(file, ReadBytes(subject.dataFolder + L"\\" + file));
-  }
-  run.SetFaults(plan);
-  ProcessRun result;
-  result.exitCode = run.Export(subject.database, ArgumentsFor(subject)).exitCode;
-  result.outcome = ReadOutcome(run.output());
-  result.endedRuntimes = run.LedgerLines().size();
-  if (result.endedRuntimes != 0) {
-    result.leftOpenByTheLast = run.LeftOpen(result.endedRuntimes - 1);
-  }
-  const std::wstring misuse = run.folder() + L"\\misuse.txt";
-  if (Exists(misuse)) result.misuse = ReadBytes(misuse);
-  return result;
-}
 
 class CrashSweep {
  public:
@@ -99,7 +58,10 @@ class CrashSweep {
 
   void CheckProcesses(const ProcessRun& run, const CrashCase& crash,
                       const std::vector<WorkerStory>& stories, Lines& findings) {
-    if (run.exitCode != 0) findings.push_back("exit code " + std::to_string(run.exitCode));
+    if (!run.exitCode) findings.push_back("does not end");
+    if (run.exitCode.value_or(0) != 0) {
+      findings.push_back("exit code " + std::to_string(*run.exitCode));
+    }
     if (!run.misuse.empty()) findings.push_back("misuse: " + run.misuse);
     for (const std::string& line : run.outcome.log) {
       if (!documented_.Contains(line)) findings.push_back("undocumented: " + line);
@@ -113,8 +75,7 @@ class CrashSweep {
   void CheckEnd(const WorkerStory& story, const Death& death, Lines& findings) {
     if (!story.died()) return;
     ++deaths_;
-    const auto& codes = death.exitCodes;
-    if (std::find(codes.begin(), codes.end(), story.exitCode) == codes.end()) {
+    if (!death.exitCodes.contains(story.exitCode)) {
       findings.push_back("a worker's exit code is " + std::to_string(story.exitCode));
     }
   }

@@ -22,8 +22,8 @@ std::vector<Listing> Listings();
 // The program's arguments for the listing, but for the configuration and the output folder.
 std::vector<std::wstring> ArgumentsFor(const Listing& listing);
 
-// Lines of the library's configuration.
-inline constexpr char kListingConfiguration[] = "MailServer=CN=Mill/O=Example\n";
+// A line of the library's configuration.
+inline constexpr char kListingConfiguration[] = "MailServer=CN=Mill/O=Example";
 
 class ListingStage : public Stage {
  public:

@@ -13,6 +13,7 @@
 
 #include "tests/torture/CrashSweep.h"
 #include "tests/torture/FaultSweep.h"
+#include "tests/torture/ListingCrashes.h"
 #include "tests/torture/ListingFaults.h"
 
 namespace larkspan::torture {
@@ -50,6 +51,7 @@ bool Sweep(const std::string& sweep, const Options& options) {
     if (!options.samples) SweepListingFaults(options, report);
   } else if (sweep == "crashes") {
     SweepCrashes(options, report);
+    if (!options.samples) SweepListingCrashes(options, report);
   } else {
     throw std::invalid_argument("unknown sweep " + sweep);
   }

@@ -11,7 +11,7 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr DWORD kLimitMilliseconds = 60000;
+constexpr DWORD kLimitMilliseconds = 120000;  // More than a process is given.
 constexpr UINT kFailed = 1;
 constexpr std::size_t kMostFindings = 12;
 constexpr std::size_t kMostBytes = 600;  // Of a finding.

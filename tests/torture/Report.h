@@ -13,7 +13,7 @@ namespace larkspan::torture {
 class Report {
  public:
   // Standard output belongs to the program's progress lines from here on; the report goes to where
-  // it went before. A case that runs for a minute, or crashes, is named, and the process ends.
+  // it went before. A case that runs for two minutes, or crashes, is named, and the process ends.
   Report(std::string sweep, bool trace);
 
   void Begin(const std::string& name);

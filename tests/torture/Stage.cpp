@@ -8,7 +8,7 @@ namespace larkspan::torture {
 
 Stage::Stage(const std::wstring& dataFolder, const std::string& configuration) {
   WriteBytes(folder_ / L"\\notes.ini",
-             "Directory=" + WideToUtf8(dataFolder) + "\n" + configuration);
+             "Directory=" + WideToUtf8(dataFolder) + "\n" + configuration + "\n");
 }
 
 std::wstring Stage::ConfigurationArgument() const { return L"=" + (folder_ / L"\\notes.ini"); }

@@ -15,7 +15,7 @@ class Stage {
   std::wstring ConfigurationArgument() const;
 
  protected:
-  // Writes the library's configuration for a data folder, with further lines.
+  // Writes the library's configuration for a data folder, with a further line.
   explicit Stage(const std::wstring& dataFolder, const std::string& configuration = "");
   ~Stage() = default;
 

@@ -1,0 +1,114 @@
+// A listing has no supervisor: when the library ends the process, the lines that were written are
+// there, whole, and the exit code says that it was ended.
+#include "tests/torture/ListingCrashes.h"
+
+#include "tests/torture/Check.h"
+#include "tests/torture/CrashCase.h"
+#include "tests/torture/DocumentedMessages.h"
+#include "tests/torture/FaultCase.h"
+#include "tests/torture/ListingCheck.h"
+#include "tests/torture/ProcessRun.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr std::uint16_t kAnyStatus = 585;
+
+class ListingCrashSweep {
+ public:
+  ListingCrashSweep(const Listing& listing, Report& report)
+      : stage_(listing), report_(report), clean_(stage_.List("[]")) {}
+
+  void Run(const Options& options) {
+    std::vector<CrashCase> crashes = CrashCases(clean_.calls, options.seed);
+    std::vector<FaultCase> faults;
+    for (const auto& [entry, count] : clean_.calls) {
+      faults.push_back({.entry = entry, .status = kAnyStatus});
+    }
+    const std::size_t all = crashes.size() + faults.size();
+    Choose(options, crashes);
+    Choose(options, faults);
+    for (const CrashCase& crash : crashes) RunCrash(crash);
+    for (const FaultCase& fault : faults) RunFault(fault);
+    report_.PrintFigures(stage_.listing().name, FiguresOf(clean_.calls, all));
+  }
+
+ private:
+  void RunCrash(const CrashCase& crash) {
+    Begin(Describe(crash));
+    const ProcessRun run = RunProgram(stage_.listing(), PlanOf(crash));
+    Lines findings;
+    CheckEnd(run, crash.death, findings);
+    CheckListing({.listing = stage_.listing(),
+                  .clean = clean_,
+                  .run = run.outcome,
+                  .endedEarly = true,
+                  .findings = findings});
+    End(run, findings);
+  }
+
+  // An exception ends the listing in good order, or, out of the start or the end of the runtime,
+  // the process. A thread without stack can end before it reports that; it is the only one, so that
+  // the process ends with its code, which is 0.
+  void CheckEnd(const ProcessRun& run, const Death& death, Lines& findings) {
+    const bool lacksStack = death.action == "stackOverflow";
+    std::set<std::uint32_t> exitCodes = death.exitCodes;
+    if (lacksStack) exitCodes.insert(0);
+    CheckProcess(run, exitCodes, findings);
+    const bool endedInOrder = run.exitCode == 0U && !lacksStack;
+    if (endedInOrder != HasErrorLine(run.outcome.log)) {
+      findings.push_back("the exit code and the log do not agree");
+    }
+    if (endedInOrder) {
+      for (const std::string& kind : run.leftOpenByTheLast) findings.push_back(kind);
+    }
+  }
+
+  // The program does what the listing does in this process.
+  void RunFault(const FaultCase& fault) {
+    Begin(Describe(fault));
+    const ProcessRun run = RunProgram(stage_.listing(), PlanOf(fault));
+    Lines findings;
+    CheckProcess(run, {0}, findings);
+    if (run.outcome.tree != stage_.List(PlanOf(fault)).tree) {
+      findings.push_back("the program's listing, or its log, is another one");
+    }
+    End(run, findings);
+  }
+
+  void CheckProcess(const ProcessRun& run, const std::set<std::uint32_t>& exitCodes,
+                    Lines& findings) {
+    if (!run.exitCode) findings.push_back("does not end");
+    if (run.exitCode && !exitCodes.contains(*run.exitCode)) {
+      findings.push_back("exit code " + std::to_string(*run.exitCode));
+    }
+    if (!run.misuse.empty()) findings.push_back("misuse: " + run.misuse);
+    for (const std::string& line : run.outcome.log) {
+      if (!documented_.Contains(line)) findings.push_back("undocumented: " + line);
+    }
+  }
+
+  void Begin(const std::string& name) { report_.Begin(stage_.listing().name + ": " + name); }
+
+  void End(const ProcessRun& run, Lines& findings) {
+    const Lines& log = run.outcome.log;
+    if (!findings.empty()) findings.insert(findings.end(), log.begin(), log.end());
+    report_.End(findings);
+  }
+
+  ListingStage stage_;
+  Report& report_;
+  DocumentedMessages documented_;
+  const Outcome clean_;
+};
+
+}  // namespace
+
+void SweepListingCrashes(const Options& options, Report& report) {
+  for (const Listing& listing : Listings()) {
+    if (options.Wants(listing.name)) ListingCrashSweep(listing, report).Run(options);
+  }
+}
+
+}  // namespace larkspan::torture
