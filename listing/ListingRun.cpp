@@ -27,12 +27,18 @@ void StartAndList(ListingFile& file, const List& list) {
     LogError(L"Notes initialization failed (%X)", static_cast<unsigned int>(status.code()));
     return;
   }
+  SwitchIdAndList(file, list);
+  EndNotesRuntime();
+}
+
+// The library can throw wherever it is called, at the start and the end of the runtime too.
+void StartAndListOrLog(ListingFile& file, const List& list) {
   try {
-    SwitchIdAndList(file, list);
+    StartAndList(file, list);
   } catch (...) {
     LogError(L"The listing was ended by an exception");
+    EndNotesRuntime();
   }
-  EndNotesRuntime();
 }
 
 }  // namespace
@@ -44,7 +50,7 @@ void RunListing(const wchar_t* fileName, const List& list) {
     LogError(L"Unable to open output file");
     return;
   }
-  StartAndList(file, list);
+  StartAndListOrLog(file, list);
   if (!file.Close()) LogError(L"Unable to write output file");
 }
 

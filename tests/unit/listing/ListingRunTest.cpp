@@ -69,6 +69,20 @@ TEST_P(ListingRunTest, ExceptionOutOfTheLibraryIsAnErrorAndEndsTheRuntime) {
   EXPECT_EQ(Calls("NotesTerm"), 1);
 }
 
+TEST_P(ListingRunTest, ExceptionOutOfTheStartOfTheRuntimeIsTheSameError) {
+  ConfigureWithFaults(R"([{"entry": "NotesInitExtended", "action": "throw"}])");
+  EXPECT_NO_THROW(Run());
+  EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
+  EXPECT_EQ(Calls("NotesTerm"), 0);
+}
+
+TEST_P(ListingRunTest, ExceptionOutOfTheEndOfTheRuntimeIsTheSameError) {
+  ConfigureWithFaults(R"([{"entry": "NotesTerm", "call": 1, "action": "throw"}])");
+  EXPECT_NO_THROW(Run());
+  ASSERT_NE(LogLines(), Lines());
+  EXPECT_EQ(LogLines().back(), "#ERROR# - The listing was ended by an exception");
+}
+
 INSTANTIATE_TEST_SUITE_P(Modes, ListingRunTest,
                          testing::Values(Mode{"Scan", RunScanMode, L"scan.txt", "NSFSearch"},
                                          Mode{"Servers", RunServersMode, L"servers.txt",
