@@ -40,6 +40,12 @@ std::string Describe(const CrashCase& crash) {
          (crash.afterAPart ? " after one of its " + PartsOf(crash.entry) : "");
 }
 
+bool IsCore(const CrashCase& crash) {
+  const bool handlesNotes = crash.entry == "NSFNoteOpen" || crash.entry == "DXLExportNote" ||
+                            crash.entry == "NSFNoteClose";
+  return handlesNotes && crash.death.action == "accessViolation";
+}
+
 std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed) {
   std::mt19937 random(seed);
   std::vector<CrashCase> cases;

@@ -29,6 +29,9 @@ std::string PlanOf(const CrashCase& crash);
 
 std::string Describe(const CrashCase& crash);
 
+// The calls with which a note is opened, exported and closed crash as most calls do.
+bool IsCore(const CrashCase& crash);
+
 // For each way to die: every entry point at its first call, its last, and one in between that the
 // seed chooses.
 std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed);

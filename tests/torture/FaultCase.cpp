@@ -71,6 +71,10 @@ std::string Describe(const FaultCase& fault) {
          (fault.afterAPart ? " after one of its " + PartsOf(fault.entry) : "");
 }
 
+bool IsCore(const FaultCase& fault) {
+  return fault.call == 1 && !fault.andAllLater && fault.status == kAnyStatus && !fault.afterAPart;
+}
+
 std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls) {
   std::vector<FaultCase> cases;
   for (const auto& [entry, count] : calls) {

@@ -22,6 +22,9 @@ std::string PlanOf(const FaultCase& fault);
 
 std::string Describe(const FaultCase& fault);
 
+// Each entry point fails once, at its first call.
+bool IsCore(const FaultCase& fault);
+
 // Every call that a run made, failing in every way that applies.
 std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls);
 

@@ -45,6 +45,7 @@ class ListingCrashSweep {
                   .run = run.outcome,
                   .endedEarly = true,
                   .findings = findings});
+    CheckWrittenLines(run, crash, findings);
     End(run, findings);
   }
 
@@ -62,6 +63,23 @@ class ListingCrashSweep {
     }
     if (endedInOrder) {
       for (const std::string& kind : run.leftOpenByTheLast) findings.push_back(kind);
+    }
+  }
+
+  // A line is on disk before the library is asked for the next.
+  void CheckWrittenLines(const ProcessRun& run, const CrashCase& crash, Lines& findings) {
+    const std::size_t all = LinesOf(clean_.tree, stage_.listing().file).size();
+    std::size_t written = 0;
+    if (crash.entry == "NotesTerm") written = all;
+    if (crash.entry == "NSFSearch" && crash.afterAPart) written = 2;
+    if (crash.entry == "NSFLocateSummaryValue") {
+      const std::size_t callsPerLine =
+          static_cast<std::size_t>(clean_.calls.at(crash.entry)) / (all - 1);
+      written = 1 + static_cast<std::size_t>(crash.call - 1) / callsPerLine;
+    }
+    const std::size_t found = LinesOf(run.outcome.tree, stage_.listing().file).size();
+    if (found < written) {
+      findings.push_back(std::to_string(found) + " lines of " + std::to_string(written));
     }
   }
 

@@ -10,7 +10,7 @@ namespace larkspan::torture {
 
 struct Options {
   std::uint32_t seed = 1;  // Of what is chosen at random.
-  std::size_t sample = 0;  // So many cases of each subject; 0: all.
+  std::size_t sample = 0;  // So many cases of each subject, and those at its core; 0: all.
   std::size_t shard = 0;   // This process takes each shards-th case, beginning with this one.
   std::size_t shards = 1;
   std::string subject;   // Only the subject of this name.
@@ -21,20 +21,21 @@ struct Options {
   bool Wants(const std::string& name) const { return subject.empty() || subject == name; }
 };
 
-// The indices below the size that this process is to look at, ascending. All processes whose
-// options differ in the shard only choose from the same sample.
-std::vector<std::size_t> ChooseIndices(const Options& options, std::size_t size);
+// The indices of what this process is to look at, ascending; where the vector is true, it belongs
+// to every sample. All processes whose options differ in the shard only choose from the same one.
+std::vector<std::size_t> ChooseIndices(const Options& options, const std::vector<bool>& isCore);
 
-// Leaves the cases that this process is to run. Each has a description, by Describe.
+// Leaves the cases that this process is to run. Each has a description, by Describe, and IsCore
+// tells whether it belongs to every sample.
 template <typename Case>
 void Choose(const Options& options, std::vector<Case>& cases) {
   std::erase_if(cases, [&](const Case& one) {
     return Describe(one).find(options.only) == std::string::npos;
   });
+  std::vector<bool> isCore;
+  for (const Case& one : cases) isCore.push_back(IsCore(one));
   std::vector<Case> chosen;
-  for (const std::size_t index : ChooseIndices(options, cases.size())) {
-    chosen.push_back(cases[index]);
-  }
+  for (const std::size_t index : ChooseIndices(options, isCore)) chosen.push_back(cases[index]);
   cases = chosen;
 }
 
