@@ -1,8 +1,10 @@
 #include "export/IdTableFile.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "app/Settings.h"
 #include "base/File.h"
@@ -18,20 +20,33 @@ namespace {
 
 std::wstring IdTablePath() { return InOutputFolder(output::kIdTable); }
 
+// The library is asked for all of them before the file is begun: one that crashes meanwhile leaves
+// no half of a list.
+bool CollectIds(const IdTable& table, std::vector<std::uint32_t>& noteIds) {
+  ScanIds(table, [&](std::uint32_t noteId) {
+    noteIds.push_back(noteId);
+    return true;
+  });
+  // A scan that fails looks like one that has reached the end.
+  return noteIds.size() >= CountIds(table);
+}
+
+bool WriteLines(UniqueFile file, const std::vector<std::uint32_t>& noteIds) {
+  const bool written = std::all_of(noteIds.begin(), noteIds.end(), [&](std::uint32_t noteId) {
+    const std::string line = FormatNarrow("%08X\n", static_cast<unsigned int>(noteId));
+    return file_system::Write(file.get(), line) == line.size();
+  });
+  return CloseFile(std::move(file)) && written;
+}
+
 }  // namespace
 
 bool WriteIdTableFile(const IdTable& table) {
+  std::vector<std::uint32_t> noteIds;
+  const bool collected = CollectIds(table, noteIds);
   UniqueFile file = OpenFile(IdTablePath(), L"w");
   if (!file) return false;
-  std::uint32_t lines = 0;
-  const bool linesWritten = ScanIds(table, [&](std::uint32_t noteId) {
-    const std::string line = FormatNarrow("%08X\n", static_cast<unsigned int>(noteId));
-    ++lines;
-    return file_system::Write(file.get(), line) == line.size();
-  });
-  const bool closed = CloseFile(std::move(file));
-  // A scan that fails looks like one that has reached the end.
-  if (linesWritten && closed && lines >= CountIds(table)) return true;
+  if (WriteLines(std::move(file), noteIds) && collected) return true;
   file_system::Delete(IdTablePath());
   return false;
 }

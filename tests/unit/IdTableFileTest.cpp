@@ -51,6 +51,13 @@ TEST_F(IdTableFileTest, ScanThatEndsBeforeTheEndLeavesNoFile) {
   EXPECT_FALSE(Exists(file_));
 }
 
+TEST_F(IdTableFileTest, ScanThatTheLibraryBreaksOffLeavesNoHalfFile) {
+  const IdTable table = TableOf({0x100, 0x200});
+  SetFaults(R"([{"entry": "IDScan", "call": 2, "action": "throw"}])");
+  EXPECT_ANY_THROW(WriteIdTableFile(table));
+  EXPECT_FALSE(Exists(file_));
+}
+
 TEST_F(IdTableFileTest, LinesAreInAscendingOrder) {
   EXPECT_TRUE(WriteIdTableFile(TableOf({0x300, 0x100, 0x200})));
   EXPECT_EQ(ReadBytes(file_), "00000100\r\n00000200\r\n00000300\r\n");
