@@ -41,9 +41,8 @@ std::string Describe(const CrashCase& crash) {
 }
 
 bool IsCore(const CrashCase& crash) {
-  const bool handlesNotes = crash.entry == "NSFNoteOpen" || crash.entry == "DXLExportNote" ||
-                            crash.entry == "NSFNoteClose";
-  return handlesNotes && crash.death.action == "accessViolation";
+  return crash.entry == "DXLExportNote" && crash.call != 1 &&
+         crash.death.action == "accessViolation";
 }
 
 std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed) {

@@ -29,7 +29,7 @@ std::string PlanOf(const CrashCase& crash);
 
 std::string Describe(const CrashCase& crash);
 
-// The calls with which a note is opened, exported and closed crash as most calls do.
+// The export of a note crashes, of another than the first of each worker.
 bool IsCore(const CrashCase& crash);
 
 // For each way to die: every entry point at its first call, its last, and one in between that the

@@ -83,7 +83,7 @@ std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls) {
         AddCases({.entry = entry, .call = call, .status = status}, cases);
       }
       if (PartsOf(entry).empty()) continue;
-      for (const std::uint16_t status : {kAnyStatus, kDamage[0]}) {
+      for (const std::uint16_t status : {kAnyStatus, kDamage[0], kDesignFailures[0]}) {
         AddCases({.entry = entry, .call = call, .status = status, .afterAPart = true}, cases);
       }
     }
