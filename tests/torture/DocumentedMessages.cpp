@@ -1,7 +1,8 @@
 // A level's section of the page has one table; the first cell of a row holds one message or several
-// between semicolons.
+// between semicolons. A message begins with a capital letter.
 #include "tests/torture/DocumentedMessages.h"
 
+#include <cctype>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -40,8 +41,13 @@ std::string LevelOf(const std::string& heading) {
 std::vector<std::string> MessagesOf(const std::string& row) {
   std::vector<std::string> messages;
   std::istringstream cell(row.substr(2, row.find(" |", 2) - 2));
-  for (std::string message; std::getline(cell, message, ';');) {
-    messages.push_back(message.substr(message.find_first_not_of(' ')));
+  for (std::string piece; std::getline(cell, piece, ';');) {
+    const std::string message = piece.substr(piece.find_first_not_of(' '));
+    if (std::islower(static_cast<unsigned char>(message.front()))) {
+      messages.back() += ";" + piece;
+    } else {
+      messages.push_back(message);
+    }
   }
   return messages;
 }

@@ -13,6 +13,8 @@ constexpr char kTop[] = "#DEBUG# - Top of Archive Main Loop with nid ";
 constexpr char kDied[] = "#DEBUG# - Child process returned non-zero value (";
 constexpr char kThrown[] = "#DEBUG# - Exiting via catch-all handler";
 constexpr char kMarker[] = "#DEBUG# - ReadMarkerFile returned ";
+constexpr char kReturned[] = "#ERROR# - Child process returned ";
+constexpr char kException[] = "#ERROR# - The export was ended by an exception";
 constexpr char kIncomplete[] = "Major: Incomplete run detected for note id ";
 
 // The number behind the beginning of the line.
@@ -38,6 +40,30 @@ void CheckOrder(const std::vector<WorkerStory>& stories, const Lines& log, Lines
   if (!stories.empty() && stories.back().marker) findings.push_back("the last worker is not it");
 }
 
+Lines LinesThatBegin(const Lines& log, const std::string& beginning) {
+  Lines lines;
+  for (const std::string& line : log) {
+    if (line.starts_with(beginning)) lines.push_back(line);
+  }
+  return lines;
+}
+
+// A death outside of a note is the run's end, and has a line of its own.
+void CheckEndOutsideANote(const std::vector<WorkerStory>& stories, const Lines& log,
+                          Lines& findings) {
+  const bool isOutside = !stories.empty() && stories.back().died() && !stories.back().marker;
+  Lines returned;
+  Lines exceptions;
+  if (isOutside && stories.back().exitCode != 0) {
+    returned.push_back(kReturned + std::to_string(stories.back().exitCode) +
+                       " outside a note; the export may be incomplete");
+  }
+  if (isOutside && stories.back().wasThrown) exceptions.push_back(kException);
+  if (LinesThatBegin(log, kReturned) != returned || LinesThatBegin(log, kException) != exceptions) {
+    findings.push_back("the end outside a note is not told as it was");
+  }
+}
+
 }  // namespace
 
 std::vector<WorkerStory> ReadStories(const Lines& log, Lines& findings) {
@@ -54,6 +80,7 @@ std::vector<WorkerStory> ReadStories(const Lines& log, Lines& findings) {
     }
   }
   CheckOrder(stories, log, findings);
+  CheckEndOutsideANote(stories, log, findings);
   return stories;
 }
 
