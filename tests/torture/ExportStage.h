@@ -21,12 +21,15 @@ class ExportStage : public Stage {
 
   const Subject& subject() const { return subject_; }
 
+  // What the worker that died left behind; empty when there was none.
+  const testing::OutputTree& earlierWorker() const { return earlierWorker_; }
+
  private:
   void UseSettings();
   void DieAtTheResumeNote();
 
   const Subject subject_;
-  testing::OutputTree earlierWorker_;  // What the one that died left behind.
+  testing::OutputTree earlierWorker_;
 };
 
 }  // namespace larkspan::torture

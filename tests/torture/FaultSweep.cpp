@@ -51,7 +51,7 @@ class FaultSweep {
     check.silently = expectation.silently;
     check.status = fault.status;
     check.endedEarly = HasErrorLine(run.log);
-    check.mayLeaveHalf = check.endedEarly && stage_.subject().resumeAt != 0;
+    check.mayLeaveHalf = check.endedEarly && HasTheEarlierHalf(run);
     CheckTree(check);
     if (!findings.empty()) {
       for (const std::string& line : run.log) findings.push_back(line);
@@ -66,6 +66,14 @@ class FaultSweep {
             .cleanFiles = cleanFiles_,
             .run = run,
             .findings = findings};
+  }
+
+  // What the worker that died was writing lies there until the next export.
+  bool HasTheEarlierHalf(const Outcome& run) const {
+    const auto earlier = stage_.earlierWorker().find("temp.tmp");
+    const auto found = run.tree.find("temp.tmp");
+    return earlier != stage_.earlierWorker().end() && found != run.tree.end() &&
+           found->second == earlier->second;
   }
 
   static void CheckTree(const Check& check) {
