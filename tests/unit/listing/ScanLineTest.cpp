@@ -2,17 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/NotesFixture.h"
+#include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
 namespace {
 
 using notes_api::TIMEDATE;
+using notes_api::WORD;
 
 ExactBytes NumberValue(double number) {
   return ByteBuilder().Word(notes_api::kTypeNumber).Add(number).Build();
@@ -172,6 +175,17 @@ constexpr int kBoundsViolation = static_cast<int>(0xC0000409);
 TEST_F(ScanLineDeathTest, TextOf1024BytesEndsTheProcess) {
   EXPECT_EXIT(ValueText(TextValue(std::string(1024, 'x'))),
               testing::ExitedWithCode(kBoundsViolation), "");
+}
+
+WORD LARKSPAN_NOTES_CALL TranslateToWholeBuffer(WORD, const char*, WORD, char* out, WORD size) {
+  std::memset(out, 'x', size);
+  return size;
+}
+
+// 127 bytes never grow that long in the character set as it is known here.
+TEST_F(ScanLineDeathTest, TitleThatFillsTheTranslationsBufferEndsTheProcess) {
+  const ReplacedEntryPoint replaced("OSTranslate", TranslateToWholeBuffer);
+  EXPECT_EXIT(Title(TextValue("x")), testing::ExitedWithCode(kBoundsViolation), "");
 }
 
 TEST_F(ScanLineDeathTest, InformationOf129BytesEndsTheProcess) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 
 #include "tests/faults/FileFaults.h"
@@ -10,6 +11,8 @@
 
 namespace larkspan {
 namespace {
+
+using notes_api::WORD;
 
 class ScanModeTest : public ListingTest {
  protected:
@@ -134,6 +137,22 @@ TEST_F(ScanModeTest, FullDiskIsAnError) {
   const FileFaults faults("write scan.txt 2 diskFull");
   RunScanMode();
   EXPECT_EQ(OnlyError(), "Unable to write output file");
+}
+
+WORD LARKSPAN_NOTES_CALL ThrowForUtf8(WORD mode, const char* in, WORD length, char* out,
+                                      WORD size) {
+  if (mode == notes_api::kTranslateNotesToUtf8) throw std::bad_alloc();
+  return Original("OSTranslate", notes_api::OSTranslate)(mode, in, length, out, size);
+}
+
+// The search stands between the line and the listing, and has to end as if nothing had been.
+TEST_F(ScanModeTest, ExceptionWhileALineIsMadeEndsTheListingBehindTheLastWholeLine) {
+  Configure();
+  const ReplacedEntryPoint replaced("OSTranslate", ThrowForUtf8);
+  EXPECT_EQ(Scanned(), Lines{"C:\\data"});
+  EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
+  EXPECT_EQ(Order({"NSFSearch", "NSFDbClose", "NotesTerm"}),
+            (Lines{"NSFSearch", "NSFDbClose", "NotesTerm"}));
 }
 
 }  // namespace

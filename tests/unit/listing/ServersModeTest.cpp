@@ -75,6 +75,15 @@ TEST_F(ServersModeTest, NamesAreCutAt255Bytes) {
   EXPECT_EQ(Listed(), "Mill/Example\r\n" + std::string(255, 'x') + "\r\n");
 }
 
+TEST_F(ServersModeTest, MailServerIsCutAt255Bytes) {
+  WriteBooks(std::string(300, 'x'), "", "");
+  Configure();
+  RunServersMode();
+  EXPECT_NE(Arguments("NAMELookup").find(R"("server":")" + std::string(255, 'x') + '"'),
+            std::string::npos);
+  EXPECT_NE(Arguments("DNAbbreviate").find('"' + std::string(255, 'x') + '"'), std::string::npos);
+}
+
 TEST_F(ServersModeTest, BooksAreAskedAsTheyAreKept) {
   WriteBooks(kMill, "", "");
   Configure();
