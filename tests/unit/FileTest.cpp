@@ -1,14 +1,18 @@
 #include "base/File.h"
 
 #include <gtest/gtest.h>
+#include <io.h>
 #include <windows.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <cstdio>
 #include <string>
 #include <utility>
 
 #include "base/CountFiles.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/TempFolder.h"
 
 namespace larkspan {
@@ -126,6 +130,47 @@ TEST_F(CountFilesTest, FoldersAndTheirFilesAreNotCounted) {
   MakeFolder(folder_ / L"\\sub.dxl");
   WriteBytes(folder_ / L"\\sub.dxl\\a.dxl", "");
   EXPECT_EQ(CountFiles(folder_.path()), 0);
+}
+
+DWORD WINAPI TellNoFolder(DWORD, wchar_t*) { return 0; }
+
+TEST_F(FileTest, TemporaryFileWantsAFolder) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "GetTempPathW", TellNoFolder);
+  EXPECT_FALSE(OpenTemporaryFile());
+}
+
+UINT WINAPI GiveNoName(const wchar_t*, const wchar_t*, UINT, wchar_t*) { return 0; }
+
+TEST_F(FileTest, TemporaryFileWantsAName) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "GetTempFileNameW", GiveNoName);
+  EXPECT_FALSE(OpenTemporaryFile());
+}
+
+HANDLE openedTemporary = nullptr;
+
+int GiveNoDescriptor(std::intptr_t handle, int) {
+  openedTemporary = reinterpret_cast<HANDLE>(handle);
+  return -1;
+}
+
+TEST_F(FileTest, TemporaryFileWithoutADescriptorIsClosed) {
+  const ReplacedEntryPoint replaced("msvcrt.dll", "_open_osfhandle", GiveNoDescriptor);
+  EXPECT_FALSE(OpenTemporaryFile());
+  DWORD flags = 0;
+  EXPECT_FALSE(GetHandleInformation(openedTemporary, &flags));
+}
+
+int openedDescriptor = -1;
+
+std::FILE* GiveNoStream(int descriptor, const char*) {
+  openedDescriptor = descriptor;
+  return nullptr;
+}
+
+TEST_F(FileTest, TemporaryFileWithoutAStreamIsClosed) {
+  const ReplacedEntryPoint replaced("msvcrt.dll", "_fdopen", GiveNoStream);
+  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_EQ(_get_osfhandle(openedDescriptor), -1);
 }
 
 }  // namespace

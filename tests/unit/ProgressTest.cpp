@@ -1,6 +1,7 @@
 #include "report/Progress.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <cstdint>
 #include <stdexcept>
@@ -9,6 +10,7 @@
 
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/OutputFolderTest.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/Utf8Check.h"
 
 namespace larkspan {
@@ -183,6 +185,17 @@ TEST_F(ProgressTest, AbnormalEndOfTheReadStopsNothing) {
   MonitorPipe(EndAbnormally);
   CapturedOutput output;
   EXPECT_FALSE(Progress(L"Scanning documents"));
+}
+
+HANDLE WINAPI CreateNoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD,
+                             DWORD*) {
+  return nullptr;
+}
+
+TEST_F(ProgressTest, MonitorThatCannotBeStartedIsAWarning) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "CreateThread", CreateNoThread);
+  StartPipeMonitor();
+  EXPECT_EQ(LogLines(), Lines{"#WARNING# - MonitorPipe: Abnormal termination"});
 }
 
 }  // namespace

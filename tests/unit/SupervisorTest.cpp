@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/Settings.h"
+#include "app/Supervisor.h"
 #include "base/OutputPaths.h"
 #include "tests/support/FileBytes.h"
 
@@ -62,6 +63,20 @@ TEST_F(SupervisorTest, LaterWorkerThatFailsWithoutMarkerIsAnErrorLine) {
 TEST_F(SupervisorTest, CompleteRunDoesNotPause) {
   Run({kCompletes});
   EXPECT_TRUE(pauses().empty());
+}
+
+TEST(MakesWorkersTest, CommandLineThatALaterWorkerUnderstandsDoes) {
+  EXPECT_TRUE(MakesWorkers(L"larkspan.exe -p a.nsf -o out"));
+  EXPECT_TRUE(MakesWorkers(L"larkspan.exe -p a.nsf -o out -l 7"));
+}
+
+TEST(MakesWorkersTest, CommandLineThatKeepsTheNoteIdToItselfDoesNot) {
+  EXPECT_FALSE(MakesWorkers(L"larkspan.exe -o out -p \"a.nsf"));
+}
+
+TEST(MakesWorkersTest, CommandLineThatAWorkerRefusesDoesNot) {
+  EXPECT_FALSE(MakesWorkers(L"larkspan.exe -p a.nsf -o"));
+  EXPECT_FALSE(MakesWorkers(L"larkspan.exe -l 0 -unknown"));
 }
 
 TEST_F(SupervisorTest, CommandLineIsRepeatedAsItWasGiven) {

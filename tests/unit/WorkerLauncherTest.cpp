@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/support/FileBytes.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/ScopedEnvironmentVariable.h"
 #include "tests/support/SupervisorTest.h"
 #include "tests/support/TempFolder.h"
@@ -37,6 +38,13 @@ TEST_F(WorkerLauncherTest, ExitCodeIsTold) {
     EXPECT_EQ(ending.kind, WorkerEnding::Kind::kExited);
     EXPECT_EQ(ending.code, code);
   }
+}
+
+BOOL WINAPI TellNoExitCode(HANDLE, DWORD*) { return FALSE; }
+
+TEST_F(WorkerLauncherTest, ExitCodeThatTheSystemDoesNotTellIsUnknown) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "GetExitCodeProcess", TellNoExitCode);
+  EXPECT_EQ(RunCommand(L"exit 5").kind, WorkerEnding::Kind::kExitCodeUnknown);
 }
 
 TEST_F(WorkerLauncherTest, ProgramThatIsNotThereIsNotCreated) {

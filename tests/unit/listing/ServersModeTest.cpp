@@ -147,6 +147,35 @@ TEST_F(ServersModeTest, ItemThatCannotBeReadIsAsGoodAsEmpty) {
   EXPECT_EQ(LogLines(), Lines());
 }
 
+void* LARKSPAN_NOTES_CALL LocateNoName(void*, void*, notes_api::WORD* matches) {
+  *matches = 1;
+  return nullptr;
+}
+
+TEST_F(ServersModeTest, ResultWithoutANameAddsNothing) {
+  WriteBooks(kMill, Destination("a"), Server("b"));
+  Configure();
+  const ReplacedEntryPoint replaced("NAMELocateNextName", LocateNoName);
+  EXPECT_EQ(Listed(), "Mill/Example\r\n");
+}
+
+void* LARKSPAN_NOTES_CALL LocateNoMatch(void*, void*, void*) { return nullptr; }
+
+TEST_F(ServersModeTest, MatchThatIsNotThereAddsNothing) {
+  WriteBooks(kMill, Destination("a"), Server("b"));
+  Configure();
+  const ReplacedEntryPoint replaced("NAMELocateNextMatch", LocateNoMatch);
+  EXPECT_EQ(Listed(), "Mill/Example\r\n");
+}
+
+TEST_F(ServersModeTest, ResultThatCannotBeLockedIsAnErrorAndIsFreed) {
+  WriteBooks(kMill, Destination("a"), "");
+  ConfigureWithFaults(R"([{"entry": "OSLockObject", "status": 273}])");
+  EXPECT_EQ(Listed(), "");
+  EXPECT_TRUE(OnlyError().starts_with("Unable to read servers (")) << OnlyError();
+  EXPECT_EQ(LeftOpen(), kNothingOpen);
+}
+
 TEST_F(ServersModeTest, FullDiskIsAnErrorAfterWholeLines) {
   WriteBooks(kMill, Destination("a"), Server("b"));
   Configure();

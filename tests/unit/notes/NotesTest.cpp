@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 
 #include "tests/support/NotesFixture.h"
@@ -247,6 +248,21 @@ TEST_F(OpenNoteTest, DeletingAMissingItemChangesNothing) {
   OpenWithItems(R"({"name": "A", "text": "a"})");
   DeleteItem(note_, "B");
   EXPECT_TRUE(HasItem(note_, "A"));
+}
+
+notes_api::STATUS LARKSPAN_NOTES_CALL ScanNameless(DHANDLE, notes_api::ItemCallback callback,
+                                                   void* context) {
+  constexpr WORD kNameLength = 3;
+  WORD value = notes_api::kTypeText;
+  callback(0, 0, nullptr, kNameLength, &value, sizeof value, context);
+  return 0;
+}
+
+// A name that is missing although it has a length cannot be copied.
+TEST_F(OpenNoteTest, ExceptionOverAnItemComesOutBehindTheScan) {
+  OpenWith(R"("class": "document")");
+  const ReplacedEntryPoint replaced("NSFItemScan", ScanNameless);
+  EXPECT_THROW(FindItemsOfType(note_, notes_api::kTypeText), std::logic_error);
 }
 
 }  // namespace
