@@ -48,6 +48,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"AB", "*AB", true}, Case{"A", "*AB", false}, Case{"BA", "*AB", true},
                     Case{"B", "+AB", true}, Case{"", "+AB", false}, Case{"C", "+AB", false},
                     Case{"C", "-AB", true}, Case{"B", "-AB", false},
+                    // What a letter decides, no later one of its group takes back.
+                    Case{"B", "*AB", false}, Case{"A", "+AB", true}, Case{"A", "-AB", false},
                     // An empty "+" group fits only when "-" follows at once.
                     Case{"", "+", false}, Case{"", "+*", false}, Case{"", "+-", true},
                     Case{"A", "+", false},

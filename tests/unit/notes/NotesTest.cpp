@@ -109,6 +109,7 @@ TEST_F(OpenNoteTest, OtherFirstBytesDiffer) {
 TEST_F(OpenNoteTest, ShorterTextsAreNeverEqual) {
   OpenWithItems("");
   EXPECT_FALSE(FirstEightBytesEqual("$profil", "$profile"));
+  EXPECT_FALSE(FirstEightBytesEqual("$profile", "$profil"));
   EXPECT_FALSE(FirstEightBytesEqual("", ""));
   EXPECT_EQ(Calls("IntlTextCompare"), 0);
 }
