@@ -132,6 +132,12 @@ TEST_F(CountFilesTest, FoldersAndTheirFilesAreNotCounted) {
   EXPECT_EQ(CountFiles(folder_.path()), 0);
 }
 
+TEST_F(FileTest, FolderIsMadeOnce) {
+  const std::wstring folder = folder_ / L"\\made";
+  EXPECT_TRUE(file_system::CreateFolder(folder));
+  EXPECT_FALSE(file_system::CreateFolder(folder));
+}
+
 DWORD WINAPI TellNoFolder(DWORD, wchar_t*) { return 0; }
 
 TEST_F(FileTest, TemporaryFileWantsAFolder) {
