@@ -77,8 +77,11 @@ std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
 // takes none.
 std::FILE* OpenTemporary() {
   if (Fails("open", kTemporaryFile)) return nullptr;
-  if (CountFileOperation("write", kTemporaryFile)) return _wfopen(L"NUL", L"rb");
-  return system_files::OpenTemporary();
+  std::FILE* const file = CountFileOperation("write", kTemporaryFile)
+                              ? _wfopen(L"NUL", L"rb")
+                              : system_files::OpenTemporary();
+  if (file != nullptr) OpenStreams().Add(file, {kTemporaryFile, std::nullopt});
+  return file;
 }
 
 std::size_t Write(std::FILE* file, std::string_view bytes) {

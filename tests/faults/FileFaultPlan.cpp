@@ -27,6 +27,7 @@ const std::map<std::string, FileError> kErrors = {
     {"accessDenied", {EACCES, ERROR_ACCESS_DENIED}},
     {"fileNotFound", {ENOENT, ERROR_FILE_NOT_FOUND}},
     {"pathNotFound", {ENOENT, ERROR_PATH_NOT_FOUND}},
+    {"pathTooLong", {ENAMETOOLONG, ERROR_FILENAME_EXCED_RANGE}},
     {kNoError, {}}};
 
 std::string LowerCase(std::string text) {

@@ -10,9 +10,9 @@
 //              all fail or none does. * is any file.
 //   CALLS      which of the process's calls of this operation for such a file fail, counted from
 //              1: "3", "2-4", "5-" for all from the fifth on, or * for all.
-//   ERROR      diskFull, sharingViolation, accessDenied, fileNotFound or pathNotFound: what errno
-//              and GetLastError then say. noError, for a write, is a short one that sets no error,
-//              so that the close succeeds.
+//   ERROR      diskFull, sharingViolation, accessDenied, fileNotFound, pathNotFound or pathTooLong:
+//              what errno and GetLastError then say. noError, for a write, is a short one that sets
+//              no error, so that the close succeeds.
 //   BYTES      for a write: how many bytes are written nevertheless; 0 when left out.
 //
 //   write temp.tmp 2 diskFull 10; delete temp.tmp 1-4 sharingViolation

@@ -17,9 +17,12 @@ struct Check {
   const Outcome& clean;
   const std::map<std::uint32_t, Variant>& cleanFiles;  // How the files of the clean run came about.
   const Outcome& run;
-  unsigned silently = 0;      // Consequences that need no line, from Expectation.h.
-  std::uint16_t status = 0;   // What calls failed with, if they did.
-  bool endedEarly = false;    // A line, or the death of a worker between two notes, says so.
+  unsigned silently = 0;     // Consequences that need no line, from Expectation.h.
+  std::uint16_t status = 0;  // What calls failed with, if they did.
+  bool endedEarly = false;   // A line, or the death of a worker between two notes, says so.
+  std::string mayStay{};     // A file that was to be deleted.
+  bool mayLackIndexLines = false;
+  bool isListUnread = false;  // Nobody could open it to count the documents.
   bool mayLeaveHalf = false;  // It died in the middle of a file, and no later worker cleared up.
   Lines& findings;
 

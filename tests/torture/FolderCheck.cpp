@@ -45,6 +45,7 @@ class FolderCheck {
 
   void CheckName(const std::string& name, const std::string& content) const {
     if (name == "temp.tmp" && check_.mayLeaveHalf) return;
+    if (name == check_.mayStay) return;
     if (check_.clean.tree.contains(name) || IsNoteFile(name)) return;
     const bool isOtherView = name.starts_with("views/") && check_.Allows(kViewsDiffer);
     if (!isOtherView) {
@@ -97,7 +98,8 @@ class FolderCheck {
       const bool isListed =
           line != lines.end() && (*line == id + note.unid || IsUnknown(*line, id));
       if (isListed) ++line;
-      if (!isListed && IsOpened(note)) Find("unidindex.txt lacks " + id + note.unid);
+      if (!isListed && IsOpened(note) && !check_.mayLackIndexLines)
+        Find("unidindex.txt lacks " + id + note.unid);
     }
     if (line != lines.end()) Find("unidindex.txt has a strange line: " + *line);
   }

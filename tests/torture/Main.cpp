@@ -1,6 +1,6 @@
 // The torture of exports. Usage:
 //
-//   larkspan_torture faults|crashes [--samples] [--sample=N] [--seed=N] [--shard=I/N]
+//   larkspan_torture faults|crashes|files [--samples] [--sample=N] [--seed=N] [--shard=I/N]
 //   [--subject=NAME]
 //                    [--only=TEXT] [--trace]
 //
@@ -12,6 +12,7 @@
 #include <string>
 
 #include "tests/torture/CrashSweep.h"
+#include "tests/torture/DiskSweep.h"
 #include "tests/torture/FaultSweep.h"
 #include "tests/torture/ListingCrashes.h"
 #include "tests/torture/ListingFaults.h"
@@ -52,6 +53,8 @@ bool Sweep(const std::string& sweep, const Options& options) {
   } else if (sweep == "crashes") {
     SweepCrashes(options, report);
     if (!options.samples) SweepListingCrashes(options, report);
+  } else if (sweep == "files") {
+    SweepDiskFaults(options, report);
   } else {
     throw std::invalid_argument("unknown sweep " + sweep);
   }

@@ -1,0 +1,35 @@
+#include "tests/torture/DiskExpectation.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr std::string_view kMarker = "marker.txt";
+constexpr std::string_view kIdTable = "idtable.txt";
+constexpr std::string_view kUnidIndex = "unidindex.txt";
+
+std::vector<std::string_view> ComplaintsOf(const std::string& file) {
+  if (file == kMarker) {
+    return {"WriteMarkerFile failed (", "Major: Incomplete run detected for note id ",
+            "Maximum retries exceeded"};
+  }
+  if (file == kIdTable) return {"Unable to save document list", "Unable to read document list"};
+  if (file == kUnidIndex) return {};
+  return {"Major: Error exporting note ",          "Error exporting ACL (",
+          "Error exporting database properties (", "Unable to write ",
+          "Unable to delete DXL temporary file",   "Unable to move DXL file into place"};
+}
+
+}  // namespace
+
+// A view that is missing is looked for in the log.
+Expectation DiskExpectationOf(const std::string& file) {
+  return {.entry = "",
+          .tells = Tells::kSometimes,
+          .complaints = ComplaintsOf(file),
+          .silently = kViewsDiffer};
+}
+
+bool IsReport(const std::string& file) { return file == "log.txt" || file == "audit.txt"; }
+
+}  // namespace larkspan::torture

@@ -1,0 +1,17 @@
+// What may follow from an operation that fails on one of the program's own files.
+#pragma once
+
+#include <string>
+
+#include "tests/torture/Expectation.h"
+
+namespace larkspan::torture {
+
+// The lines that the run log then holds; everything else follows from the files and those lines.
+// Of the name of a file, in lower case.
+Expectation DiskExpectationOf(const std::string& file);
+
+// Whether that file holds lines which the export never needs: they are lost, and no more.
+bool IsReport(const std::string& file);
+
+}  // namespace larkspan::torture

@@ -1,0 +1,157 @@
+// Three kinds of faults have three checks:
+//   - An operation on one file fails. Each note and view is whole or has its line, as in the sweep
+//     of the library's calls.
+//   - Lines of the run log or of the audit report are lost. Nothing else may be.
+//   - The disk is full from a moment on, so that the log is lost too. What is there under a final
+//     name is whole.
+#include "tests/torture/DiskSweep.h"
+
+#include <algorithm>
+#include <set>
+
+#include "tests/faults/FileFaults.h"
+#include "tests/torture/Check.h"
+#include "tests/torture/DiskCase.h"
+#include "tests/torture/DiskExpectation.h"
+#include "tests/torture/RunCheck.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr char kNothingFailsInTheLibrary[] = "[]";
+
+// Files that grow line by line, so that a moment's loss leaves a part of them.
+const std::set<std::string> kGrowing = {"log.txt",     "audit.txt", "unidindex.txt",
+                                        "idtable.txt", "temp.tmp",  "marker.txt"};
+
+class DiskSweep {
+ public:
+  DiskSweep(const Subject& subject, Report& report)
+      : stage_(subject),
+        report_(report),
+        clean_(RecordedExport()),
+        runCheck_(clean_.log),
+        reference_(MakeReference(stage_)),
+        cleanFiles_(IdentifyFiles(reference_, clean_)) {}
+
+  void Run(const Options& options) {
+    std::vector<DiskCase> cases = AllDiskCases(operations_);
+    const std::size_t all = cases.size();
+    Choose(options, cases);
+    for (const DiskCase& fault : cases) RunCase(fault);
+    report_.PrintFigures(
+        stage_.subject().name,
+        std::to_string(operations_.size()) + " operations, " + std::to_string(all) + " cases");
+  }
+
+ private:
+  Outcome RecordedExport() {
+    const FileFaults record;
+    Outcome outcome = stage_.Export(kNothingFailsInTheLibrary);
+    operations_ = record.Operations();
+    return outcome;
+  }
+
+  Outcome ExportWith(const DiskCase& fault) {
+    const FileFaults faults(PlanOf(fault));
+    return stage_.Export(kNothingFailsInTheLibrary);
+  }
+
+  void RunCase(const DiskCase& fault) {
+    report_.Begin(stage_.subject().name + ": " + Describe(fault));
+    const Outcome run = ExportWith(fault);
+    Lines findings;
+    if (fault.file == "*") {
+      CheckFilesThere(run, findings);
+    } else if (IsReport(fault.file)) {
+      CheckNothingElseIsLost(fault, run, findings);
+    } else {
+      CheckConsequences(fault, run, findings);
+    }
+    for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
+    if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());
+    report_.End(findings);
+  }
+
+  void CheckConsequences(const DiskCase& fault, const Outcome& run, Lines& findings) {
+    const Expectation expectation = DiskExpectationOf(fault.file);
+    runCheck_.Run(run, expectation, findings);
+    Check check{.subject = stage_.subject(),
+                .reference = reference_,
+                .clean = clean_,
+                .cleanFiles = cleanFiles_,
+                .run = run,
+                .findings = findings};
+    check.silently = expectation.silently;
+    check.endedEarly = HasErrorLine(run.log);
+    check.mayLeaveHalf = check.endedEarly && stage_.subject().resumeAt != 0;
+    if (fault.operation == "delete" && fault.andAllLater) check.mayStay = fault.file;
+    check.mayLackIndexLines = fault.file == "unidindex.txt";
+    check.isListUnread = Describe(fault).starts_with("open idtable.txt") &&
+                         CountMessages(run.log, "CountInputDocuments fopen failed") != 0;
+    CheckNotes(check);
+    CheckFolder(check);
+    CheckAudit(check);
+    CheckViews(run, findings);
+  }
+
+  // "Unable to write C:\out\views\0000015A.xml" stands for the view.
+  void CheckViews(const Outcome& run, Lines& findings) const {
+    for (const auto& [name, content] : clean_.tree) {
+      if (!name.starts_with("views/") || name == "views/") continue;
+      const std::string line = "\\views\\" + name.substr(name.find('/') + 1);
+      const bool isTold = std::any_of(run.log.begin(), run.log.end(), [&](const auto& logged) {
+        return logged.starts_with("#WARNING# - Unable to write ") && logged.ends_with(line);
+      });
+      const auto file = run.tree.find(name);
+      if (file != run.tree.end() && file->second != content) findings.push_back(name + " differs");
+      const bool isMissing = file == run.tree.end();
+      if (isMissing != isTold && !HasErrorLine(run.log)) {
+        findings.push_back(name + (isMissing ? " is missing" : " is there and has a line"));
+      }
+    }
+  }
+
+  void CheckNothingElseIsLost(const DiskCase& fault, const Outcome& run, Lines& findings) const {
+    testing::OutputTree expected = clean_.tree;
+    testing::OutputTree actual = run.tree;
+    for (testing::OutputTree* const tree : {&expected, &actual}) {
+      tree->erase("log.txt");
+      tree->erase("audit.txt");
+    }
+    if (expected != actual) {
+      findings.push_back(testing::DescribeDifferences(expected, actual));
+    }
+    const bool isLogWhole = fault.file != "log.txt";
+    if (isLogWhole && run.log != clean_.log) findings.push_back("the log differs");
+  }
+
+  void CheckFilesThere(const Outcome& run, Lines& findings) const {
+    for (const auto& [name, content] : run.tree) {
+      const auto clean = clean_.tree.find(name);
+      if (kGrowing.contains(name) || (clean != clean_.tree.end() && clean->second == content)) {
+        continue;
+      }
+      findings.push_back(name + " is not the whole file:\n" + content);
+    }
+  }
+
+  ExportStage stage_;
+  Report& report_;
+  std::vector<std::string> operations_;  // Of the run without a fault.
+  const Outcome clean_;
+  RunCheck runCheck_;
+  const Reference reference_;
+  const std::map<std::uint32_t, Variant> cleanFiles_;
+};
+
+}  // namespace
+
+void SweepDiskFaults(const Options& options, Report& report) {
+  for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
+    if (options.Wants(subject.name)) DiskSweep(subject, report).Run(options);
+  }
+}
+
+}  // namespace larkspan::torture
