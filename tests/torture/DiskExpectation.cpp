@@ -7,11 +7,15 @@ namespace {
 constexpr std::string_view kMarker = "marker.txt";
 constexpr std::string_view kIdTable = "idtable.txt";
 constexpr std::string_view kUnidIndex = "unidindex.txt";
+constexpr std::string_view kTemporary = "temp.tmp";
+
+// Of a worker whose marker nobody could read.
+constexpr std::string_view kEndedOutsideANote = "Child process returned 3221225477 outside a note";
 
 std::vector<std::string_view> ComplaintsOf(const std::string& file) {
   if (file == kMarker) {
-    return {"WriteMarkerFile failed (", "Major: Incomplete run detected for note id ",
-            "Maximum retries exceeded"};
+    return {"Retry WriteMarkerFile (", "WriteMarkerFile failed (", kEndedOutsideANote,
+            "Major: Incomplete run detected for note id ", "Maximum retries exceeded"};
   }
   if (file == kIdTable) return {"Unable to save document list", "Unable to read document list"};
   if (file == kUnidIndex) return {};
@@ -23,10 +27,12 @@ std::vector<std::string_view> ComplaintsOf(const std::string& file) {
 }  // namespace
 
 // A view that is missing is looked for in the log.
-Expectation DiskExpectationOf(const std::string& file) {
+Expectation DiskExpectationOf(const DiskCase& fault) {
+  const bool isOutput = fault.operation == "write" || fault.operation == "close";
+  const bool isNeeded = fault.file == kTemporary || fault.file == kMarker;
   return {.entry = "",
-          .tells = Tells::kSometimes,
-          .complaints = ComplaintsOf(file),
+          .tells = isOutput && isNeeded ? Tells::kAlways : Tells::kSometimes,
+          .complaints = ComplaintsOf(fault.file),
           .silently = kViewsDiffer};
 }
 

@@ -75,7 +75,7 @@ class DiskSweep {
   }
 
   void CheckConsequences(const DiskCase& fault, const Outcome& run, Lines& findings) {
-    const Expectation expectation = DiskExpectationOf(fault.file);
+    const Expectation expectation = DiskExpectationOf(fault);
     runCheck_.Run(run, expectation, findings);
     Check check{.subject = stage_.subject(),
                 .reference = reference_,
