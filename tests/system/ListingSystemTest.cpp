@@ -51,6 +51,14 @@ TEST_F(ListingSystemTest, ATextThatIsTooLongEndsTheProcessBehindTheLastWholeLine
   EXPECT_TRUE(listing.starts_with("Overlong\r\n") && listing.ends_with("\r\n")) << listing;
 }
 
+// Nobody would be there to close a dialog.
+TEST_F(ListingSystemTest, AnExceptionOutOfAReleaseEndsTheProcessAtOnce) {
+  run_.SetFaults(R"([{"entry": "NSFDbClose", "action": "throw"}])");
+  const ProgramResult result = List({L"-s", L"Garden", L"-scan"});
+  EXPECT_EQ(result.exitCode, 3u);
+  EXPECT_EQ(CompareWithExpected(run_.Tree(), "scan-garden"), "");
+}
+
 TEST_F(ListingSystemTest, TheServersAreByteForByteAsExpected) {
   const ProgramResult result = List({L"-servers"});
   EXPECT_EQ(result.exitCode, 0u);
