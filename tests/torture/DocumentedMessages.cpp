@@ -15,16 +15,16 @@ namespace {
 
 constexpr wchar_t kPage[] = L"" LARKSPAN_DOCS_FOLDER "/messages.md";
 
-const std::map<std::string, std::string> kPlaceholders = {
+const std::map<std::string, std::string> kConversions = {
     {"%s", ".*"},        {"%d", "-?[0-9]+"},  {"%u", "[0-9]+"},
     {"%x", "[0-9a-f]+"}, {"%X", "[0-9A-F]+"}, {"%08X", "[0-9A-F]{8}"}};
 
 std::string PatternOf(const std::string& message) {
   std::string pattern = std::regex_replace(message, std::regex(R"([.*+?^${}()|[\]\\])"), R"(\$&)");
-  for (const auto& [placeholder, expression] : kPlaceholders) {
-    for (std::size_t at = pattern.find(placeholder); at != std::string::npos;
-         at = pattern.find(placeholder, at + expression.size())) {
-      pattern.replace(at, placeholder.size(), expression);
+  for (const auto& [conversion, expression] : kConversions) {
+    for (std::size_t at = pattern.find(conversion); at != std::string::npos;
+         at = pattern.find(conversion, at + expression.size())) {
+      pattern.replace(at, conversion.size(), expression);
     }
   }
   return pattern;
