@@ -1,8 +1,7 @@
 // Recovery from crashes, step by step:
 //   1. A worker is started at the current note ID; the first one at 0.
 //   2. However it ends, its marker file tells where it was, and is deleted.
-//   3. No marker: the worker finished, was stopped or failed before its first note, and the run
-//      ends.
+//   3. No marker: the worker finished, was stopped or failed outside a note, and the run ends.
 //   4. Another note ID: the worker died on that note. The next worker starts there at once and
 //      goes on after it; the note is lost and the run log says so.
 //   5. The worker's own note ID: it could not even start. The same is tried again after five

@@ -86,12 +86,15 @@ std::string Label(const std::string& line) { return line.substr(0, line.find(": 
 // that ended early leaves some out; a library that does not tell leaves a value out.
 void CheckWorkersLines(const Check& check, const Lines& expected, const Lines& actual) {
   auto line = actual.begin();
+  bool isBehindTheEnd = false;
   for (const std::string& wanted : expected) {
     const bool isThere =
         line != actual.end() &&
         (*line == wanted || (check.Allows(kAuditDiffers) && Label(*line) == Label(wanted)));
     if (isThere) ++line;
     if (!isThere && !check.endedEarly) check.Find("the audit report lacks: " + wanted);
+    if (isThere && isBehindTheEnd) check.Find("the audit report lacks a line before: " + wanted);
+    isBehindTheEnd = isBehindTheEnd || !isThere;
   }
   if (line != actual.end()) check.Find("the audit report has a strange line: " + *line);
 }

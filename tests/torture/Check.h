@@ -41,6 +41,9 @@ bool HasErrorLine(const Lines& log);
 
 std::map<std::uint32_t, Variant> IdentifyFiles(const Reference& reference, const Outcome& clean);
 
+// Whether there is a file of the note, a raw copy left aside.
+bool HasFileOf(const ReferenceNote& note, const Outcome& run);
+
 // Every note has its whole file, or a line that tells why not.
 void CheckNotes(const Check& check);
 

@@ -16,8 +16,6 @@ class DocumentedMessages {
   // Whether a line of the run log is one of them, under its level.
   bool Contains(const std::string& line);
 
-  std::size_t size() const { return patterns_.size(); }
-
  private:
   std::vector<std::regex> patterns_;
   std::set<std::string> known_;  // Lines that were found to match.

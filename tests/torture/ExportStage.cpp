@@ -2,6 +2,7 @@
 
 #include <cwchar>
 #include <filesystem>
+#include <stdexcept>
 #include <utility>
 
 #include "app/RunWorker.h"
@@ -83,6 +84,9 @@ void ExportStage::DieAtTheResumeNote() {
         R"(", "chunks": 1, "action": "throw"}])");
   RunWorker(0);
   earlierWorker_ = testing::ReadOutputTree(output());
+  if (!earlierWorker_.contains("marker.txt") || !earlierWorker_.contains("temp.tmp")) {
+    throw std::logic_error("the earlier worker did not die at note " + noteId);
+  }
   fs::remove_all(output());
 }
 

@@ -15,7 +15,8 @@ using testing::OutputTree;
 
 class FolderCheck {
  public:
-  explicit FolderCheck(const Check& check) : check_(check), tree_(check.run.tree) {}
+  explicit FolderCheck(const Check& check)
+      : check_(check), tree_(check.run.tree), endedBeforeNotes_(check.endedEarly && !HasNotes()) {}
 
   void Run() {
     for (const auto& [name, content] : tree_) CheckName(name, content);
@@ -30,6 +31,12 @@ class FolderCheck {
 
  private:
   void Find(const std::string& what) const { check_.Find(what); }
+
+  bool HasNotes() const {
+    const auto& notes = check_.reference.notes;
+    return std::any_of(notes.begin(), notes.end(),
+                       [&](const auto& note) { return HasFileOf(note, check_.run); });
+  }
 
   const std::string* File(const std::string& name) const {
     const auto found = tree_.find(name);
@@ -58,7 +65,7 @@ class FolderCheck {
   void CheckProperties() const {
     const std::string* const file = File("db.dxl");
     if (file == nullptr) {
-      if (!check_.endedEarly) Find("db.dxl is missing without a line");
+      if (!endedBeforeNotes_) Find("db.dxl is missing without a line");
     } else if (*file != check_.clean.tree.at("db.dxl") &&
                (!check_.Allows(kPropertiesDiffer) || !IsWholeXml(*file))) {
       Find("db.dxl differs:\n" + *file);
@@ -70,7 +77,7 @@ class FolderCheck {
     const int lines = CountMessages(check_.run.log, "Error exporting ACL (");
     if (file != nullptr && *file != check_.reference.acl) Find("acl.dxl differs:\n" + *file);
     if (file != nullptr && lines != 0) Find("acl.dxl is there and has a line");
-    if (file == nullptr && lines != 1 && !check_.endedEarly) Find("acl.dxl is missing");
+    if (file == nullptr && lines != 1 && !endedBeforeNotes_) Find("acl.dxl is missing");
   }
 
   void CheckIdTable() const {
@@ -78,18 +85,13 @@ class FolderCheck {
     for (const auto& note : check_.reference.notes) expected += NoteIdText(note.id) + "\r\n";
     const std::string* const file = File("idtable.txt");
     if (file == nullptr) {
-      if (!check_.endedEarly) Find("idtable.txt is missing without a line");
+      if (!endedBeforeNotes_) Find("idtable.txt is missing without a line");
     } else if (*file != expected) {
       Find("idtable.txt differs:\n" + *file);
     }
   }
 
-  bool IsOpened(const ReferenceNote& note) const {
-    const std::string name = NoteIdText(note.id) + ".dxl";
-    return File("data/" + name) || File("design/" + name) || File("profile/" + name);
-  }
-
-  // Each opened note once and in order; one whose export failed has its line too.
+  // Each note that has a file once and in order; others that were opened may have a line too.
   void CheckUnidIndex() const {
     const Lines lines = LinesOf(tree_, "unidindex.txt");
     auto line = lines.begin();
@@ -98,7 +100,7 @@ class FolderCheck {
       const bool isListed =
           line != lines.end() && (*line == id + note.unid || IsUnknown(*line, id));
       if (isListed) ++line;
-      if (!isListed && IsOpened(note) && !check_.mayLackIndexLines)
+      if (!isListed && HasFileOf(note, check_.run) && !check_.mayLackIndexLines)
         Find("unidindex.txt lacks " + id + note.unid);
     }
     if (line != lines.end()) Find("unidindex.txt has a strange line: " + *line);
@@ -111,7 +113,7 @@ class FolderCheck {
   void CheckCleanView(const std::string& name, const std::string& content) const {
     const std::string* const file = File(name);
     if (file == nullptr) {
-      if (!check_.Allows(kViewsDiffer) && !check_.endedEarly) Find(name + " is missing");
+      if (!check_.Allows(kViewsDiffer) && !endedBeforeNotes_) Find(name + " is missing");
     } else if (*file != content && (!check_.Allows(kViewsDiffer) || !IsWholeXml(*file))) {
       Find(name + " differs:\n" + *file);
     }
@@ -119,6 +121,7 @@ class FolderCheck {
 
   const Check& check_;
   const OutputTree& tree_;
+  const bool endedBeforeNotes_;  // What is written before the first note may be missing.
 };
 
 }  // namespace

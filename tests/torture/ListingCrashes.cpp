@@ -49,9 +49,9 @@ class ListingCrashSweep {
     End(run, findings);
   }
 
-  // An exception ends the listing in good order, or, on the way through a release,
-  // the process. A thread without stack can end before it reports that; it is the only one, so that
-  // the process ends with its code, which is 0.
+  // An exception ends the listing in good order, or, on the way through a release, the process. A
+  // thread without stack can end before it reports that; it is the only one, so that the process
+  // ends with its code, which is 0.
   void CheckEnd(const ProcessRun& run, const Death& death, Lines& findings) {
     const bool lacksStack = death.action == "stackOverflow";
     std::set<std::uint32_t> exitCodes = death.exitCodes;

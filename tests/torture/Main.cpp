@@ -1,8 +1,7 @@
 // The torture of exports. Usage:
 //
-//   larkspan_torture faults|crashes|files [--samples] [--sample=N] [--seed=N] [--shard=I/N]
-//   [--subject=NAME]
-//                    [--only=TEXT] [--trace]
+//   larkspan_torture faults|crashes|files [--samples] [--sample=N] [--seed=N]
+//                    [--shard=I/N] [--subject=NAME] [--only=TEXT] [--trace]
 //
 // Prints each run whose outcome is not in order, and figures; exit code 1 when there was one.
 #include <cstdio>
@@ -58,6 +57,7 @@ bool Sweep(const std::string& sweep, const Options& options) {
   } else {
     throw std::invalid_argument("unknown sweep " + sweep);
   }
+  if (!report.HasRun()) throw std::invalid_argument("no subject " + options.subject);
   return !report.HasFindings();
 }
 

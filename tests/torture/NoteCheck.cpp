@@ -1,11 +1,10 @@
 // A note is in order when one of these holds:
 //   - Its file is in its folder and is, byte for byte, what the right exporter writes; a design
-//   note
-//     that has a raw copy has that as well.
+//     note that has a raw copy has that as well.
 //   - Its file is what the exporter without images writes, and a "Minor:" line says so; or what the
 //     last resort writes, after damage that the first two met.
 //   - A "Major:" line says that it, or its raw copy, is missing.
-//   - The run ended before it.
+//   - The run ended before it, or before its raw copy.
 #include <algorithm>
 #include <string_view>
 
@@ -22,9 +21,14 @@ using testing::OutputTree;
 
 constexpr std::uint16_t kFormNeedsRepair = 575;
 
+// Of the files of notes, but for raw copies.
+constexpr const char* kNoteFolders[] = {"", "data/", "design/", "profile/"};
+
 class NoteCheck {
  public:
-  NoteCheck(const Check& check, const ReferenceNote& note) : check_(check), note_(note) {
+  // Whether the run may have ended between the note's file and its raw copy.
+  NoteCheck(const Check& check, const ReferenceNote& note, bool mayEndHere)
+      : check_(check), note_(note), mayEndHere_(mayEndHere) {
     name_ = NoteIdText(note.id) + ".dxl";
     for (const std::string& line : check.run.log) {
       if (IsAbout(line, "Major", note.id)) ++majors_;
@@ -67,7 +71,7 @@ class NoteCheck {
   // The one file of the note; what is under a final name has to be one of its whole texts.
   const Variant* FindFile() {
     const Variant* found = nullptr;
-    for (const char* const folder : {"", "data/", "design/", "profile/"}) {
+    for (const char* const folder : kNoteFolders) {
       const auto file = check_.run.tree.find(folder + name_);
       if (file == check_.run.tree.end()) continue;
       if (found != nullptr) Find("has two files");
@@ -124,7 +128,7 @@ class NoteCheck {
     const auto copy = check_.run.tree.find("design2/" + name_);
     const bool isThere = copy != check_.run.tree.end();
     const bool isMissing = note_.wantsRawCopy && !isThere;
-    const bool mayBeMissing = check_.Allows(kNoRawCopy) || check_.endedEarly;
+    const bool mayBeMissing = check_.Allows(kNoRawCopy) || mayEndHere_;
     if (isMissing && majors_ == 0 && !mayBeMissing) Find("lacks its raw copy without a line");
     if (!isMissing && majors_ != 0 && !HasCrashLine()) Find("has all its files and a line");
     if (!isThere) return;
@@ -147,6 +151,7 @@ class NoteCheck {
 
   const Check& check_;
   const ReferenceNote& note_;
+  const bool mayEndHere_;
   std::string name_;
   int majors_ = 0;
   int minors_ = 0;
@@ -154,11 +159,22 @@ class NoteCheck {
 
 }  // namespace
 
+bool HasFileOf(const ReferenceNote& note, const Outcome& run) {
+  const std::string name = NoteIdText(note.id) + ".dxl";
+  return std::any_of(std::begin(kNoteFolders), std::end(kNoteFolders),
+                     [&](const char* folder) { return run.tree.contains(folder + name); });
+}
+
 // Notes are handled in ascending order, so that an early end can only cost the last of them.
 void CheckNotes(const Check& check) {
+  std::uint32_t lastThere = 0;
+  for (const ReferenceNote& note : check.reference.notes) {
+    if (HasFileOf(note, check.run)) lastThere = note.id;
+  }
   bool isBehindTheEnd = false;
   for (const ReferenceNote& note : check.reference.notes) {
-    const bool isThere = NoteCheck(check, note).Run();
+    const bool mayEndHere = check.endedEarly && note.id == lastThere;
+    const bool isThere = NoteCheck(check, note, mayEndHere).Run();
     if (isThere && isBehindTheEnd) check.Find("a note is missing before " + NoteIdText(note.id));
     isBehindTheEnd = isBehindTheEnd || !isThere;
   }

@@ -82,6 +82,7 @@ void Report::End(const std::vector<std::string>& findings) {
   SetEvent(TheWatched().caseEnded);
   if (findings.empty()) return;
   ++failedCases_;
+  hasFindings_ = true;
   Print("FAILED: " + case_);
   for (std::size_t i = 0; i < findings.size() && i < kMostFindings; ++i) {
     Print("  " + findings[i].substr(0, kMostBytes));
@@ -97,6 +98,8 @@ void Report::PrintFigures(const std::string& subject, const std::string& details
   Print(sweep_ + " " + subject + ": " + figures + "; " + details);
   begun_ = now;
   cases_ = 0;
+  failedCases_ = 0;
+  hasRun_ = true;
 }
 
 void Report::Print(const std::string& line) { PrintLine(line); }

@@ -2,7 +2,6 @@
 // the process or does not end.
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <string>
@@ -24,7 +23,10 @@ class Report {
 
   void Print(const std::string& line);
 
-  bool HasFindings() const { return failedCases_ != 0; }
+  bool HasFindings() const { return hasFindings_; }
+
+  // Whether any figures were printed.
+  bool HasRun() const { return hasRun_; }
 
  private:
   const std::string sweep_;
@@ -32,6 +34,8 @@ class Report {
   std::string case_;
   int cases_ = 0;
   int failedCases_ = 0;
+  bool hasFindings_ = false;
+  bool hasRun_ = false;
   std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
 };
 
