@@ -17,6 +17,7 @@ bool ListingFile::Open(std::wstring_view name) {
 }
 
 void ListingFile::WriteLine(std::string_view line) {
+  if (!isWritten_) return;
   const std::string bytes = std::string(line) + '\n';
   if (file_system::Write(file_.get(), bytes) < bytes.size()) isWritten_ = false;
 }

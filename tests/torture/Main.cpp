@@ -14,6 +14,7 @@
 #include "tests/torture/DiskSweep.h"
 #include "tests/torture/FaultSweep.h"
 #include "tests/torture/ListingCrashes.h"
+#include "tests/torture/ListingDisk.h"
 #include "tests/torture/ListingFaults.h"
 
 namespace larkspan::torture {
@@ -54,6 +55,7 @@ bool Sweep(const std::string& sweep, const Options& options) {
     if (!options.samples) SweepListingCrashes(options, report);
   } else if (sweep == "files") {
     SweepDiskFaults(options, report);
+    if (!options.samples) SweepListingDiskFaults(options, report);
   } else {
     throw std::invalid_argument("unknown sweep " + sweep);
   }

@@ -103,7 +103,8 @@ class KillRun {
   void KillNextWorker(RunningExport& running) {
     if (!moment_.nextWorkerToo) return;
     Sleep(static_cast<DWORD>(moment_.nextWorkerToo->count()));
-    if (running.KillWorker()) outcome_.remarks.emplace_back("the next worker died too");
+    nextDied_ = running.KillWorker();
+    if (nextDied_) outcome_.remarks.emplace_back("the next worker died too");
   }
 
   void KillUnbornWorker(RunningExport& running) {
@@ -121,6 +122,8 @@ class KillRun {
     const OutputTree tree = Tree();
     NoteIds lost = NotesBehind(LinesOf(tree, "log.txt"), kReadMarker);
     lost.erase(kNone);
+    const std::size_t deaths = (isKilled ? 1U : 0U) + (nextDied_ ? 1U : 0U);
+    if (lost.size() > deaths) Find({"more notes were lost than workers were ended"});
     Find(CheckResumed(clean_, tree, lost));
     Find(CheckLog(tree, lost));
     Find(CheckClosing(tree));
@@ -191,6 +194,7 @@ class KillRun {
   const Moment moment_;
   const std::unique_ptr<ExportRun> export_;
   const std::wstring commandLine_;
+  bool nextDied_ = false;
   KillOutcome outcome_;
 };
 

@@ -132,10 +132,11 @@ TEST_F(ScanModeTest, PathThatTheLibraryDoesNotTellIsTheOneThatWasOpened) {
   EXPECT_EQ(Scanned().at(0), "Mill");
 }
 
-TEST_F(ScanModeTest, FullDiskIsAnError) {
+TEST_F(ScanModeTest, FullDiskIsAnErrorAndLeavesNoGap) {
   Configure();
-  const FileFaults faults("write scan.txt 2 diskFull");
+  const FileFaults faults("write scan.txt 1 diskFull");
   RunScanMode();
+  EXPECT_EQ(ScanBytes(), "");
   EXPECT_EQ(OnlyError(), "Unable to write output file");
 }
 

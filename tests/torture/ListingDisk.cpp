@@ -1,0 +1,92 @@
+// What is in the listing's file is the beginning of the listing, and an ERROR line tells when it is
+// not all of it. Only on a full disk, which takes the log as well, nothing can tell.
+#include "tests/torture/ListingDisk.h"
+
+#include "tests/faults/FileFaults.h"
+#include "tests/torture/DiskCase.h"
+#include "tests/torture/DiskExpectation.h"
+#include "tests/torture/Listing.h"
+#include "tests/torture/RunCheck.h"
+
+namespace larkspan::torture {
+
+namespace {
+
+constexpr char kNothingFailsInTheLibrary[] = "[]";
+
+// Every operation on the listing's file is one without which it is not whole.
+const Expectation kTold{
+    .entry = "",
+    .tells = Tells::kAlways,
+    .complaints = {"Unable to open output file", "Unable to write output file"}};
+
+class ListingDiskSweep {
+ public:
+  ListingDiskSweep(const Listing& listing, Report& report)
+      : stage_(listing), report_(report), clean_(RecordedRun()), runCheck_(clean_.log) {}
+
+  void Run(const Options& options) {
+    std::vector<DiskCase> cases = AllDiskCases(operations_);
+    const std::size_t all = cases.size();
+    Choose(options, cases);
+    for (const DiskCase& fault : cases) RunCase(fault);
+    report_.PrintFigures(
+        stage_.listing().name,
+        std::to_string(operations_.size()) + " operations, " + std::to_string(all) + " cases");
+  }
+
+ private:
+  Outcome RecordedRun() {
+    const FileFaults record;
+    Outcome outcome = stage_.List(kNothingFailsInTheLibrary);
+    operations_ = record.Operations();
+    return outcome;
+  }
+
+  void RunCase(const DiskCase& fault) {
+    report_.Begin(stage_.listing().name + ": " + Describe(fault));
+    const Outcome run = RunWith(fault);
+    Lines findings;
+    const bool mayBeSilent = fault.file == "*" || IsReport(fault.file);
+    if (!mayBeSilent) runCheck_.Run(run, kTold, findings);
+    CheckFile(fault, run, findings);
+    for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
+    if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());
+    report_.End(findings);
+  }
+
+  Outcome RunWith(const DiskCase& fault) {
+    const FileFaults faults(PlanOf(fault));
+    return stage_.List(kNothingFailsInTheLibrary);
+  }
+
+  void CheckFile(const DiskCase& fault, const Outcome& run, Lines& findings) const {
+    const std::string& name = stage_.listing().file;
+    const std::string& whole = clean_.tree.at(name);
+    const auto found = run.tree.find(name);
+    const std::string content = found == run.tree.end() ? "" : found->second;
+    if (!whole.starts_with(content)) findings.push_back("no beginning of it: " + content);
+    if (IsReport(fault.file) && content != whole) findings.push_back("is not whole: " + content);
+    const bool isTorn = !content.empty() && !content.ends_with("\r\n");
+    if (isTorn && fault.bytes == 0) findings.push_back("ends within a line: " + content);
+    for (const auto& [other, bytes] : run.tree) {
+      if (other != name && other != "log.txt") findings.push_back(other + " was left behind");
+    }
+  }
+
+  ListingStage stage_;
+  Report& report_;
+  std::vector<std::string> operations_;  // Of the run without a fault.
+  const Outcome clean_;
+  RunCheck runCheck_;
+};
+
+}  // namespace
+
+void SweepListingDiskFaults(const Options& options, Report& report) {
+  for (const Listing& listing : Listings()) {
+    if (options.Wants(listing.name)) ListingDiskSweep(listing, report).Run(options);
+  }
+}
+
+}  // namespace larkspan::torture
