@@ -1,5 +1,5 @@
-// Every moment is the last: exports by the real program, whose worker dies in a call of the
-// library.
+// Exports by the real program, whose worker dies in a call of the library: in the first and the last
+// of each entry point, and in one between them.
 #pragma once
 
 #include "tests/torture/Options.h"

@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <set>
 
-#include "tests/faults/FileFaults.h"
 #include "tests/torture/Check.h"
 #include "tests/torture/DiskCase.h"
 #include "tests/torture/DiskExpectation.h"
+#include "tests/torture/DiskRun.h"
 #include "tests/torture/RunCheck.h"
 
 namespace larkspan::torture {
@@ -30,37 +30,22 @@ class DiskSweep {
   DiskSweep(const Subject& subject, Report& report)
       : stage_(subject),
         report_(report),
-        clean_(RecordedExport()),
+        clean_(RecordOperations([this] { return Export(); }, operations_)),
         runCheck_(clean_.log),
         reference_(MakeReference(stage_)),
         cleanFiles_(IdentifyFiles(reference_, clean_)) {}
 
   void Run(const Options& options) {
-    std::vector<DiskCase> cases = AllDiskCases(operations_);
-    const std::size_t all = cases.size();
-    Choose(options, cases);
-    for (const DiskCase& fault : cases) RunCase(fault);
-    report_.PrintFigures(
-        stage_.subject().name,
-        std::to_string(operations_.size()) + " operations, " + std::to_string(all) + " cases");
+    ForEachDiskCase(stage_.subject().name, operations_, options, report_,
+                    [this](const DiskCase& fault) { RunCase(fault); });
   }
 
  private:
-  Outcome RecordedExport() {
-    const FileFaults record;
-    Outcome outcome = stage_.Export(kNothingFailsInTheLibrary);
-    operations_ = record.Operations();
-    return outcome;
-  }
-
-  Outcome ExportWith(const DiskCase& fault) {
-    const FileFaults faults(PlanOf(fault));
-    return stage_.Export(kNothingFailsInTheLibrary);
-  }
+  Outcome Export() { return stage_.Export(kNothingFailsInTheLibrary); }
 
   void RunCase(const DiskCase& fault) {
     report_.Begin(stage_.subject().name + ": " + Describe(fault));
-    const Outcome run = ExportWith(fault);
+    const Outcome run = RunWithFault(fault, [this] { return Export(); });
     Lines findings;
     if (fault.file == "*") {
       CheckFilesThere(run, findings);

@@ -2,9 +2,9 @@
 // not all of it. Only on a full disk, which takes the log as well, nothing can tell.
 #include "tests/torture/ListingDisk.h"
 
-#include "tests/faults/FileFaults.h"
 #include "tests/torture/DiskCase.h"
 #include "tests/torture/DiskExpectation.h"
+#include "tests/torture/DiskRun.h"
 #include "tests/torture/Listing.h"
 #include "tests/torture/RunCheck.h"
 
@@ -23,29 +23,22 @@ const Expectation kTold{
 class ListingDiskSweep {
  public:
   ListingDiskSweep(const Listing& listing, Report& report)
-      : stage_(listing), report_(report), clean_(RecordedRun()), runCheck_(clean_.log) {}
+      : stage_(listing),
+        report_(report),
+        clean_(RecordOperations([this] { return List(); }, operations_)),
+        runCheck_(clean_.log) {}
 
   void Run(const Options& options) {
-    std::vector<DiskCase> cases = AllDiskCases(operations_);
-    const std::size_t all = cases.size();
-    Choose(options, cases);
-    for (const DiskCase& fault : cases) RunCase(fault);
-    report_.PrintFigures(
-        stage_.listing().name,
-        std::to_string(operations_.size()) + " operations, " + std::to_string(all) + " cases");
+    ForEachDiskCase(stage_.listing().name, operations_, options, report_,
+                    [this](const DiskCase& fault) { RunCase(fault); });
   }
 
  private:
-  Outcome RecordedRun() {
-    const FileFaults record;
-    Outcome outcome = stage_.List(kNothingFailsInTheLibrary);
-    operations_ = record.Operations();
-    return outcome;
-  }
+  Outcome List() { return stage_.List(kNothingFailsInTheLibrary); }
 
   void RunCase(const DiskCase& fault) {
     report_.Begin(stage_.listing().name + ": " + Describe(fault));
-    const Outcome run = RunWith(fault);
+    const Outcome run = RunWithFault(fault, [this] { return List(); });
     Lines findings;
     const bool mayBeSilent = fault.file == "*" || IsReport(fault.file);
     if (!mayBeSilent) runCheck_.Run(run, kTold, findings);
@@ -53,11 +46,6 @@ class ListingDiskSweep {
     for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
     if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());
     report_.End(findings);
-  }
-
-  Outcome RunWith(const DiskCase& fault) {
-    const FileFaults faults(PlanOf(fault));
-    return stage_.List(kNothingFailsInTheLibrary);
   }
 
   void CheckFile(const DiskCase& fault, const Outcome& run, Lines& findings) const {
