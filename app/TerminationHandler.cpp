@@ -3,7 +3,7 @@
 // the closing when the crashed thread cannot. The crashed thread runs it where it can, since the
 // library may ask for the thread that it knows. It cannot when its stack is used up, and not when
 // it has ended: no handler sees a thread that the library ends, or that has not even the stack left
-// to report its fault, and without it the process would live on with nothing to do.
+// to report its fault, and the process would live on with nothing to do.
 #include "app/TerminationHandler.h"
 
 #include <windows.h>
