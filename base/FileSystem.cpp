@@ -12,6 +12,8 @@ std::size_t Write(std::FILE* file, std::string_view bytes) {
   return system_files::Write(file, bytes);
 }
 
+bool Flush(std::FILE* file) { return system_files::Flush(file); }
+
 bool Close(std::FILE* file) { return system_files::Close(file); }
 
 bool Append(const std::wstring& path, std::string_view bytes) {

@@ -20,6 +20,10 @@ std::FILE* Open(const std::wstring& path, const wchar_t* mode);
 // when that is fewer than given, errno has the reason.
 std::size_t Write(std::FILE* file, std::string_view bytes);
 
+// Hands on what the stream holds back. False, with the reason in errno, when not all that was
+// written to it by now has reached the file.
+bool Flush(std::FILE* file);
+
 // Closes the stream, whatever comes of it. False, with the reason in errno, when not all that was
 // ever written to it has reached the file.
 bool Close(std::FILE* file);

@@ -55,6 +55,8 @@ inline std::size_t Write(std::FILE* file, std::string_view bytes) {
   return std::fwrite(bytes.data(), 1, bytes.size(), file);
 }
 
+inline bool Flush(std::FILE* file) { return std::fflush(file) == 0 && std::ferror(file) == 0; }
+
 inline bool Close(std::FILE* file) {
   const bool written = std::ferror(file) == 0;
   return std::fclose(file) == 0 && written;

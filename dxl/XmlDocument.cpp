@@ -37,9 +37,7 @@ XmlDocument::XmlDocument() : file_(OpenTemporaryFile()), printer_(file_.get(), k
 }
 
 Status XmlDocument::CopyToStagedFile() {
-  if (!file_ || std::fflush(file_.get()) != 0 || std::ferror(file_.get()) != 0) {
-    return kOutputNotWritten;
-  }
+  if (!file_ || !file_system::Flush(file_.get())) return kOutputNotWritten;
   std::rewind(file_.get());
   UniqueFile staged = OpenFile(StagedFilePath(), L"w");
   if (!staged) return kOutputNotWritten;

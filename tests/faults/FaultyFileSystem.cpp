@@ -1,9 +1,12 @@
 // The tests' room behind the door to files: each operation first asks the plan, then the system.
 // A stream whose write failed fails its close too, as it does in the C runtime.
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <map>
 #include <mutex>
 #include <utility>
@@ -63,25 +66,46 @@ bool Fails(const std::string& operation, const std::string& file) {
   return fault.has_value();
 }
 
+// A stream of the file whose handle bears this access only, whatever the mode.
+std::FILE* OpenWithAccess(const std::wstring& path, DWORD access, const wchar_t* mode) {
+  const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return nullptr;
+  return _wfdopen(_open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY), mode);
+}
+
+// What is read does not pass the door, so a fault of the reads opens a stream that gives nothing.
+std::FILE* OpenToRead(const std::wstring& path, const std::string& name, const wchar_t* mode) {
+  return CountFileOperation("read", name) ? OpenWithAccess(path, FILE_READ_ATTRIBUTES, mode)
+                                          : system_files::Open(path, mode);
+}
+
+// The same holds of what is written into the temporary file.
+std::FILE* OpenTemporaryToUse() {
+  if (CountFileOperation("write", kTemporaryFile)) return _wfopen(L"NUL", L"rb");
+  if (CountFileOperation("read", kTemporaryFile)) {
+    return OpenWithAccess(L"NUL", GENERIC_WRITE, L"w+b");
+  }
+  return system_files::OpenTemporary();
+}
+
+std::FILE* Named(std::FILE* file, const std::string& name) {
+  if (file != nullptr) OpenStreams().Add(file, {name, std::nullopt});
+  return file;
+}
+
 }  // namespace
 
 std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
   const std::string name = FileNameOf(path);
   if (Fails("open", name)) return nullptr;
-  std::FILE* const file = system_files::Open(path, mode);
-  if (file != nullptr) OpenStreams().Add(file, {name, std::nullopt});
-  return file;
+  const bool reads = mode[0] == L'r';
+  return Named(reads ? OpenToRead(path, name, mode) : system_files::Open(path, mode), name);
 }
 
-// What is written into it does not pass the door, so a fault of its writes opens a stream that
-// takes none.
 std::FILE* OpenTemporary() {
   if (Fails("open", kTemporaryFile)) return nullptr;
-  std::FILE* const file = CountFileOperation("write", kTemporaryFile)
-                              ? _wfopen(L"NUL", L"rb")
-                              : system_files::OpenTemporary();
-  if (file != nullptr) OpenStreams().Add(file, {kTemporaryFile, std::nullopt});
-  return file;
+  return Named(OpenTemporaryToUse(), kTemporaryFile);
 }
 
 std::size_t Write(std::FILE* file, std::string_view bytes) {
@@ -95,6 +119,10 @@ std::size_t Write(std::FILE* file, std::string_view bytes) {
   }
   Fail(fault->error);
   return written;
+}
+
+bool Flush(std::FILE* file) {
+  return !Fails("flush", OpenStreams().Get(file).name) && system_files::Flush(file);
 }
 
 bool Close(std::FILE* file) {

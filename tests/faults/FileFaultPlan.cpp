@@ -17,7 +17,8 @@ namespace larkspan {
 
 namespace {
 
-const std::set<std::string> kOperations = {"open", "write", "close", "delete", "move", "folder"};
+const std::set<std::string> kOperations = {"open",  "read",   "write", "flush",
+                                           "close", "delete", "move",  "folder"};
 
 constexpr char kNoError[] = "noError";
 

@@ -3,11 +3,12 @@
 //
 //   OPERATION FILE CALLS ERROR [BYTES]
 //
-//   OPERATION  open, write, close, delete, move or folder (the making of one). Appending a line
-//              to the run log or the audit report is an open, a write and a close.
+//   OPERATION  open, read, write, flush, close, delete, move or folder (the making of one). Of a
+//              file that is opened for reading all reads fail or none does. Appending a line to the
+//              run log or the audit report is an open, a write and a close.
 //   FILE       the last component of the path, in any letter case; a move has the name that the
-//              file would get. The temporary file without a name is called (temporary); its writes
-//              all fail or none does. * is any file.
+//              file would get. The temporary file without a name is called (temporary); its
+//              reads, and its writes, all fail or none does. * is any file.
 //   CALLS      which of the process's calls of this operation for such a file fail, counted from
 //              1: "3", "2-4", "5-" for all from the fifth on, or * for all.
 //   ERROR      diskFull, sharingViolation, accessDenied, fileNotFound, pathNotFound or pathTooLong:

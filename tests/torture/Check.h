@@ -22,7 +22,7 @@ struct Check {
   bool endedEarly = false;   // A line, or the death of a worker between two notes, says so.
   std::string mayStay{};     // A file that was to be deleted.
   bool mayLackIndexLines = false;
-  bool isListUnread = false;  // Nobody could open it to count the documents.
+  bool isListUnread = false;  // Nobody could open or read it to count the documents.
   bool mayLeaveHalf = false;  // It died in the middle of a file, and no later worker cleared up.
   Lines& findings;
 

@@ -73,12 +73,19 @@ class DiskSweep {
     check.mayLeaveHalf = check.endedEarly && stage_.subject().resumeAt != 0;
     if (fault.operation == "delete" && fault.andAllLater) check.mayStay = fault.file;
     check.mayLackIndexLines = fault.file == "unidindex.txt";
-    check.isListUnread = Describe(fault).starts_with("open idtable.txt") &&
-                         CountMessages(run.log, "CountInputDocuments fopen failed") != 0;
+    check.isListUnread = IsListUnread(fault, run);
     CheckNotes(check);
     CheckFolder(check);
     CheckAudit(check);
     CheckViews(run, findings);
+  }
+
+  static bool IsListUnread(const DiskCase& fault, const Outcome& run) {
+    const std::string line = fault.operation == "open"
+                                 ? "CountInputDocuments fopen failed"
+                                 : "CountInputDocuments terminated read before EOF";
+    const bool keepsItUnread = fault.operation == "open" || fault.operation == "read";
+    return fault.file == "idtable.txt" && keepsItUnread && CountMessages(run.log, line) != 0;
   }
 
   // "Unable to write C:\out\views\0000015A.xml" stands for the view.

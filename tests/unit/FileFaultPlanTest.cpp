@@ -60,7 +60,7 @@ TEST_P(RefusedFileFault, IsNoPlan) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, RefusedFileFault,
-                         testing::Values("open x 1", "read x 1 diskFull", "open x 1 noSuchError",
+                         testing::Values("open x 1", "rename x 1 diskFull", "open x 1 noSuchError",
                                          "open x 0 diskFull", "open x 4-2 diskFull",
                                          "open x one diskFull", "open x -1 diskFull",
                                          "open x 1 diskFull 5", "open x 1 noError",

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TempFolder.h"
 
@@ -76,6 +77,13 @@ TEST_F(HexNumberFileTest, MissingFileIsNotOpened) {
 TEST_F(HexNumberFileTest, FolderIsNotOpened) {
   MakeFolder(path_);
   EXPECT_EQ(Read(), HexNumberFileEnd::kNotOpened);
+}
+
+TEST_F(HexNumberFileTest, FileThatTheSystemDoesNotReadIsNotAtItsEnd) {
+  WriteBytes(path_, "1\r\n");
+  const FileFaults faults("read numbers.txt * accessDenied");
+  EXPECT_EQ(Read(), HexNumberFileEnd::kBeforeEndOfFile);
+  EXPECT_EQ(numbers_, Numbers());
 }
 
 TEST_F(HexNumberFileTest, VisitorStopsTheReading) {

@@ -87,6 +87,12 @@ INSTANTIATE_TEST_SUITE_P(
 
 using MarkerFileRest = OutputFolderTest;
 
+TEST_F(MarkerFileRest, MarkerThatTheSystemDoesNotReadNamesNoNote) {
+  WriteBytes(PathOf(L"marker.txt"), "000012F6\r\n");
+  const FileFaults faults("read marker.txt 1 accessDenied");
+  EXPECT_EQ(ReadMarkerFile(), kNoNoteId);
+}
+
 TEST_F(MarkerFileRest, DeletingThatFailsIsSilent) {
   WriteBytes(PathOf(L"marker.txt"), "");
   const FileFaults faults("delete marker.txt 1 sharingViolation");

@@ -62,6 +62,8 @@ std::size_t Write(std::FILE* file, std::string_view bytes) {
   return std::fwrite(bytes.data(), 1, bytes.size(), file);
 }
 
+bool Flush(std::FILE* file) { return std::fflush(file) == 0; }
+
 bool Close(std::FILE* file) {
   const bool isClosed = std::fclose(file) == 0;
   if (const auto node = writings.extract(file)) {

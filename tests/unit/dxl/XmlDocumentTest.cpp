@@ -101,6 +101,8 @@ std::vector<Failure> Failures() {
   };
   return {{"open (temporary) * accessDenied", 270, {}},
           {"write (temporary) * diskFull", 270, {}},
+          {"flush (temporary) * diskFull", 270, {}},
+          {"read (temporary) * accessDenied", 270, {}},
           {"open temp.tmp * accessDenied", 270, {}},
           {"write temp.tmp * diskFull", 270, {}},
           {"write temp.tmp * diskFull 7", 270, {}},
