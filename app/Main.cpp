@@ -7,6 +7,7 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
+#include "app/EndSignal.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"
 #include "app/Settings.h"
@@ -52,6 +53,7 @@ int PlayRole(Role role) {
       return SuperviseWorkers();
     case Role::kWorker:
       Work();
+      GiveEndSignal();
       return kRoleRan;
     case Role::kScan:
       RunScanMode();

@@ -1,7 +1,8 @@
 // Recovery from crashes, step by step:
 //   1. A worker is started at the current note ID; the first one at 0.
 //   2. However it ends, its marker file tells where it was, and is deleted.
-//   3. No marker: the worker finished, was stopped or failed outside a note, and the run ends.
+//   3. No marker: the worker finished, was stopped or failed outside a note, and the run ends. One
+//      that did not come to its own end has its line.
 //   4. Another note ID: the worker died on that note. The next worker starts there at once and
 //      goes on after it; the note is lost and the run log says so.
 //   5. The worker's own note ID: it could not even start. The same is tried again after five
@@ -53,7 +54,7 @@ void LogEnding(const WorkerEnding& ending) {
 // A worker that dies before its first note, or between two, leaves nothing to resume at. Its end
 // must not look like that of a complete export.
 void LogEndOutsideANote(const WorkerEnding& ending) {
-  if (ending.kind == WorkerEnding::Kind::kExited && ending.code != 0) {
+  if (ending.kind == WorkerEnding::Kind::kExited && !ending.atItsOwnEnd) {
     LogError(L"Child process returned %u outside a note; the export may be incomplete",
              ending.code);
   }

@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+#include "app/EndSignal.h"
+
 namespace larkspan {
 
 namespace {
@@ -16,14 +18,15 @@ std::wstring OwnPath() {
   return path.data();
 }
 
-WorkerEnding WaitForEnd(const PROCESS_INFORMATION& process) {
+WorkerEnding WaitForEnd(const PROCESS_INFORMATION& process, const EndSignal& signal) {
   WaitForSingleObject(process.hProcess, INFINITE);
   DWORD exitCode = 0;
   const bool known = GetExitCodeProcess(process.hProcess, &exitCode) != 0;
   CloseHandle(process.hProcess);
   CloseHandle(process.hThread);
-  if (!known) return {WorkerEnding::Kind::kExitCodeUnknown, 0};
-  return {WorkerEnding::Kind::kExited, exitCode};
+  if (!known) return {WorkerEnding::Kind::kExitCodeUnknown};
+  const bool atItsOwnEnd = signal.IsAvailable() ? signal.IsGiven() : exitCode == 0;
+  return {WorkerEnding::Kind::kExited, exitCode, atItsOwnEnd};
 }
 
 }  // namespace
@@ -35,13 +38,14 @@ ProcessLauncher::ProcessLauncher(std::wstring program) : program_(std::move(prog
 WorkerEnding ProcessLauncher::RunToEnd(const std::wstring& commandLine) {
   constexpr BOOL kInheritHandles = TRUE;
   std::wstring writableCommandLine = commandLine;
+  const EndSignal signal;
   STARTUPINFOW startup{};
   PROCESS_INFORMATION process{};
   const BOOL created =
       CreateProcessW(program_.c_str(), writableCommandLine.data(), nullptr, nullptr,
                      kInheritHandles, 0, nullptr, nullptr, &startup, &process);
   if (!created) return {WorkerEnding::Kind::kNotCreated, GetLastError()};
-  return WaitForEnd(process);
+  return WaitForEnd(process, signal);
 }
 
 }  // namespace larkspan

@@ -15,7 +15,7 @@
 
 namespace larkspan {
 
-inline constexpr WorkerEnding kCleanExit{WorkerEnding::Kind::kExited, 0};
+inline constexpr WorkerEnding kCleanExit{WorkerEnding::Kind::kExited, 0, true};
 inline constexpr WorkerEnding kAccessViolation{WorkerEnding::Kind::kExited, 0xC0000005};
 
 inline const ScriptedWorker kCompletes{kCleanExit, std::nullopt};

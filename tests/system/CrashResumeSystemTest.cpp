@@ -162,6 +162,21 @@ TEST_F(CrashResumeSystemTest, ACrashBeforeTheFirstNoteEndsTheRun) {
   EXPECT_EQ(run_.LedgerLines().size(), 1u);
 }
 
+TEST_F(CrashResumeSystemTest, AnExitBeforeTheFirstNoteIsToldWhateverItsCode) {
+  for (const std::string code : {"0", "5"}) {
+    run_.SetFaults(R"([{"entry": "IDCreateTable", "action": "exit", "code": )" + code + "}]");
+    Export(1, "", {L"-archive"});
+    EXPECT_EQ(Tail(LogLines(), 1), Lines{"#ERROR# - Child process returned " + code +
+                                         " outside a note; the export may be incomplete"});
+  }
+}
+
+TEST_F(CrashResumeSystemTest, AnEndOfItsOwnIsNotTold) {
+  run_.SetFaults(R"([{"entry": "IDCreateTable", "status": "0x0102"}])");
+  Export(1, "", {L"-archive"});
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Error retrieving notes (Notes error 258)"});
+}
+
 TEST_F(CrashResumeSystemTest, ACrashInTheEndOfTheRuntimeLosesNothing) {
   run_.SetFaults(R"([{"entry": "NotesTerm", "action": "accessViolation"}])");
   Export(2, "", {L"-archive", L"-debug"});

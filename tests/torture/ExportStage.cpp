@@ -35,7 +35,7 @@ class InProcessLauncher : public WorkerLauncher {
     }
     const std::wstring noteId = commandLine.substr(commandLine.find_last_of(L' ') + 1);
     RunWorker(static_cast<std::uint32_t>(std::wcstoul(noteId.c_str(), nullptr, 16)));
-    return {WorkerEnding::Kind::kExited, 0};
+    return {WorkerEnding::Kind::kExited, 0, true};
   }
 
  private:

@@ -55,6 +55,18 @@ TEST_F(SupervisorTest, WorkerThatFailsWithoutANoteInItsMarkerIsAnErrorLine) {
   }
 }
 
+TEST_F(SupervisorTest, WorkerThatEndsEarlyWithTheCodeOfASuccessIsAnErrorLine) {
+  Run({{{WorkerEnding::Kind::kExited, 0}, std::nullopt}});
+  EXPECT_EQ(Complaints(),
+            Lines{"#ERROR# - Child process returned 0 outside a note; the export may be "
+                  "incomplete"});
+}
+
+TEST_F(SupervisorTest, WorkerThatFailsAfterItsOwnEndIsNoErrorLine) {
+  Run({{{WorkerEnding::Kind::kExited, 0xC0000005, true}, std::nullopt}});
+  EXPECT_EQ(Complaints(), Lines());
+}
+
 TEST_F(SupervisorTest, LaterWorkerThatFailsWithoutMarkerIsAnErrorLine) {
   Run({CrashesAt("00000100"), {kAccessViolation, std::nullopt}});
   EXPECT_EQ(Complaints(), (Lines{kMajor + "00000100", kEndedOutsideANote, Mismatch(1)}));

@@ -40,6 +40,18 @@ TEST_F(WorkerLauncherTest, ExitCodeIsTold) {
   }
 }
 
+TEST_F(WorkerLauncherTest, ProcessThatDoesNotSayThatItIsDoneIsNotAtItsOwnEnd) {
+  EXPECT_FALSE(RunCommand(L"exit 0").atItsOwnEnd);
+}
+
+HANDLE WINAPI CreateNoEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const wchar_t*) { return nullptr; }
+
+TEST_F(WorkerLauncherTest, WithoutAnEventTheExitCodeTellsOfTheEnd) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "CreateEventW", CreateNoEvent);
+  EXPECT_TRUE(RunCommand(L"exit 0").atItsOwnEnd);
+  EXPECT_FALSE(RunCommand(L"exit 1").atItsOwnEnd);
+}
+
 BOOL WINAPI TellNoExitCode(HANDLE, DWORD*) { return FALSE; }
 
 TEST_F(WorkerLauncherTest, ExitCodeThatTheSystemDoesNotTellIsUnknown) {

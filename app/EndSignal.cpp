@@ -1,0 +1,45 @@
+#include "app/EndSignal.h"
+
+#include <windows.h>
+
+#include <array>
+#include <cstdint>
+#include <cwchar>
+#include <string>
+
+namespace larkspan {
+
+namespace {
+
+constexpr wchar_t kVariable[] = L"LARKSPAN_END_SIGNAL";
+
+HANDLE CreateInheritableEvent() {
+  SECURITY_ATTRIBUTES inheritable{sizeof(inheritable), nullptr, TRUE};
+  return CreateEventW(&inheritable, TRUE, FALSE, nullptr);
+}
+
+}  // namespace
+
+EndSignal::EndSignal() : event_(CreateInheritableEvent()) {
+  if (event_ == nullptr) return;
+  const auto number = reinterpret_cast<std::uintptr_t>(event_);
+  SetEnvironmentVariableW(kVariable, std::to_wstring(number).c_str());
+}
+
+EndSignal::~EndSignal() {
+  if (event_ == nullptr) return;
+  SetEnvironmentVariableW(kVariable, nullptr);
+  CloseHandle(event_);
+}
+
+bool EndSignal::IsGiven() const {
+  return event_ != nullptr && WaitForSingleObject(event_, 0) == WAIT_OBJECT_0;
+}
+
+void GiveEndSignal() {
+  std::array<wchar_t, 24> number{};  // The digits of 64 bits and a NUL.
+  if (GetEnvironmentVariableW(kVariable, number.data(), number.size()) == 0) return;
+  SetEvent(reinterpret_cast<HANDLE>(std::wcstoull(number.data(), nullptr, 10)));
+}
+
+}  // namespace larkspan

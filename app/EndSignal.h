@@ -1,0 +1,30 @@
+// How a supervisor learns that its worker came to its own end. The exit code cannot tell: a library
+// can end the process that it runs in with any code, also with that of a success.
+#pragma once
+
+namespace larkspan {
+
+// The supervisor's side: an event that a process made after it inherits, and whose handle stands in
+// the environment variable LARKSPAN_END_SIGNAL for as long as the object lives. One object at a
+// time.
+class EndSignal {
+ public:
+  EndSignal();
+  ~EndSignal();
+  EndSignal(const EndSignal&) = delete;
+  EndSignal& operator=(const EndSignal&) = delete;
+
+  // False when the system gave no event; nothing can be known of the worker's end then.
+  bool IsAvailable() const { return event_ != nullptr; }
+
+  bool IsGiven() const;
+
+ private:
+  void* event_;
+};
+
+// The worker's side, the last that a worker does. Without a supervisor that waits for it, nothing
+// happens.
+void GiveEndSignal();
+
+}  // namespace larkspan
