@@ -1,7 +1,11 @@
 #include "tests/fuzz/ParsedLineCheck.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
+#include <string_view>
 
 #include "tests/fuzz/Target.h"
 
@@ -67,13 +71,32 @@ void CheckFlags(const ParsedCommandLine& line, const Wanted& wanted) {
   Require(settings.minimumLogLevel == (has(L"-debug") ? 0 : 1), "-debug is a flag");
 }
 
+// The number of a text that is nothing but digits, and not too many for any runtime.
+std::optional<std::int64_t> PlainNumber(const std::wstring& text, std::size_t base) {
+  constexpr std::wstring_view kDigits = L"0123456789abcdef";
+  constexpr std::size_t kMaxDigits = 8;
+  if (text.empty() || text.size() > kMaxDigits) return std::nullopt;
+  std::int64_t number = 0;
+  for (const wchar_t letter : LowerCase(text)) {
+    const std::size_t digit = kDigits.substr(0, base).find(letter);
+    if (digit == std::wstring_view::npos) return std::nullopt;
+    number = number * static_cast<std::int64_t>(base) + static_cast<std::int64_t>(digit);
+  }
+  return number;
+}
+
+// Nothing is said of a value in any other form, but for one that is missing.
+void CheckNumber(const Wanted& wanted, const wchar_t* word, std::size_t base, std::int64_t number,
+                 std::int64_t withoutValue) {
+  const auto value = wanted.values.find(word);
+  const std::optional<std::int64_t> wantedNumber =
+      value == wanted.values.end() ? withoutValue : PlainNumber(value->second, base);
+  Require(!wantedNumber || number == *wantedNumber, "a number is its value, or that of no value");
+}
+
 void CheckNumbers(const Settings& settings, const Wanted& wanted) {
-  if (!wanted.values.contains(L"-l")) {
-    Require(settings.resumeNoteId == kNoNoteId, "no resume note ID without its option");
-  }
-  if (!wanted.values.contains(L"-pipe")) {
-    Require(settings.progressPipe == kNoPipe, "no pipe without its option");
-  }
+  CheckNumber(wanted, L"-l", 16, settings.resumeNoteId, kNoNoteId);
+  CheckNumber(wanted, L"-pipe", 10, settings.progressPipe, kNoPipe);
 }
 
 }  // namespace
