@@ -1,13 +1,17 @@
 #include "app/TerminationHandler.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace larkspan {
 namespace {
 
 std::string order;
+DWORD bodyThread = 0;
 
 // One test, since a process has one body and one closing.
 TEST(TerminationHandlerTest, ClosingRunsOnceAfterABodyThatReturns) {
@@ -15,6 +19,48 @@ TEST(TerminationHandlerTest, ClosingRunsOnceAfterABodyThatReturns) {
   RunWithTerminationHandler([] { order += "body "; }, [] { order += "closing "; });
   EXPECT_EQ(order, "body closing ");
 }
+
+void TellThread() {
+  std::fputs(GetCurrentThreadId() == bodyThread ? "closing on the body's thread;"
+                                                : "closing on another thread;",
+             stderr);
+  std::fflush(stderr);
+}
+
+struct Death {
+  const char* name;
+  void (*body)();
+  DWORD exitCode;
+  const char* closing;  // What it says, and nothing more.
+};
+
+// Each in a process of its own.
+class TerminationHandlerDeathTest : public testing::TestWithParam<Death> {};
+
+TEST_P(TerminationHandlerDeathTest, RunsTheClosingOnceOnTheThreadThatCan) {
+  EXPECT_EXIT(RunWithTerminationHandler(
+                  [] {
+                    bodyThread = GetCurrentThreadId();
+                    GetParam().body();
+                  },
+                  TellThread),
+              testing::ExitedWithCode(static_cast<int>(GetParam().exitCode)),
+              std::string("^") + GetParam().closing + "$");
+}
+
+void RaiseAccessViolation() { RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr); }
+
+void RaiseStackOverflow() { RaiseException(EXCEPTION_STACK_OVERFLOW, 0, 0, nullptr); }
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryWay, TerminationHandlerDeathTest,
+    testing::Values(Death{"Crash", RaiseAccessViolation, EXCEPTION_ACCESS_VIOLATION,
+                          "closing on the body's thread;"},
+                    Death{"StackOverflow", RaiseStackOverflow, EXCEPTION_STACK_OVERFLOW,
+                          "closing on another thread;"},
+                    Death{"EndOfTheThread", [] { ExitThread(0); }, 3, "closing on another thread;"},
+                    Death{"Abort", [] { std::abort(); }, 3, ""}),
+    [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
 }  // namespace larkspan
