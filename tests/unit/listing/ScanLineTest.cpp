@@ -150,6 +150,7 @@ TEST_F(ScanLineTest, TitleKeepsTheLineWhole) {
                             "c")),
             "a b c");
   EXPECT_EQ(Title(TextValue("ends  ")), "ends");
+  EXPECT_EQ(Title(TextValue("ends in a tab\t")), "ends in a tab");
   EXPECT_EQ(Title(TextValue("   ")), "");
   EXPECT_EQ(Title(TextValue("  begins")), "  begins");
   EXPECT_EQ(Title(TextValue("\x01\xFC"
@@ -157,6 +158,19 @@ TEST_F(ScanLineTest, TitleKeepsTheLineWhole) {
             "\xC3\xBC"
             "ber");
   EXPECT_EQ(Title(TextValue("\x7F")), "\x7F");
+}
+
+WORD LARKSPAN_NOTES_CALL CopyText(WORD, const char* in, WORD length, char* out, WORD) {
+  std::memcpy(out, in, length);
+  return length;
+}
+
+// The last of the control characters begins a longer unit in the character set as it is known here.
+TEST_F(ScanLineTest, TitleKeepsTheLineWholeWhateverTheTranslationGives) {
+  const ReplacedEntryPoint replaced("OSTranslate", CopyText);
+  EXPECT_EQ(Title(TextValue("a\x1F"
+                            "b")),
+            "a b");
 }
 
 TEST_F(ScanLineTest, TitleHasAtMost127Bytes) {
