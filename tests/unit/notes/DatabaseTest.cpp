@@ -159,6 +159,18 @@ TEST_F(DatabaseTest, LocationHoldsAFileOf255Bytes) {
   EXPECT_EQ(LocationOf(path).file, path);
 }
 
+STATUS LARKSPAN_NOTES_CALL TellPathOf1023Bytes(DHANDLE, char* path, char*) {
+  std::memset(path, 'x', 1023);
+  return 0;
+}
+
+TEST_F(DatabaseTest, PathHasUpTo1023Bytes) {
+  const ReplacedEntryPoint replaced("NSFDbPathGet", TellPathOf1023Bytes);
+  std::string path;
+  EXPECT_TRUE(GetDatabasePath(database_, path).ok());
+  EXPECT_EQ(path, std::string(1023, 'x'));
+}
+
 TEST_F(DatabaseTest, LocationIsEmptyWithoutPath) {
   SetFaults(R"([{"entry": "NSFDbPathGet", "status": 1000}])");
   const DatabaseLocation location = LocationOf("Garden!!bulbs.nsf");
