@@ -152,6 +152,27 @@ TEST_F(FileTest, TemporaryFileWantsAName) {
   EXPECT_FALSE(OpenTemporaryFile());
 }
 
+std::wstring temporaryFolder;
+
+DWORD WINAPI TellOwnFolder(DWORD, wchar_t* path) {
+  temporaryFolder.copy(path, temporaryFolder.size());
+  path[temporaryFolder.size()] = L'\0';
+  return static_cast<DWORD>(temporaryFolder.size());
+}
+
+HANDLE WINAPI OpenNothing(const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD,
+                          HANDLE) {
+  return INVALID_HANDLE_VALUE;
+}
+
+TEST_F(FileTest, TemporaryFileThatCannotBeOpenedDoesNotStay) {
+  temporaryFolder = folder_.path();
+  const ReplacedEntryPoint folder("KERNEL32.dll", "GetTempPathW", TellOwnFolder);
+  const ReplacedEntryPoint opening("KERNEL32.dll", "CreateFileW", OpenNothing);
+  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_EQ(CountFiles(folder_.path()), 0);
+}
+
 HANDLE openedTemporary = nullptr;
 
 int GiveNoDescriptor(std::intptr_t handle, int) {
