@@ -106,6 +106,7 @@ std::vector<Failure> Failures() {
           {"open temp.tmp * accessDenied", 270, {}},
           {"write temp.tmp * diskFull", 270, {}},
           {"write temp.tmp * diskFull 7", 270, {}},
+          {"write temp.tmp * noError 7", 270, {}},
           {"close temp.tmp * diskFull", 270, {}},
           {"delete temp.tmp * sharingViolation", 260,
            fourRetries("delete DXL temporary file",

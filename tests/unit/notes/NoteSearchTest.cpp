@@ -113,5 +113,25 @@ TEST_F(NoteSearchTest, FirstFailingInsertionIsTold) {
   EXPECT_EQ(Search(0x7FFF).code(), 273);
 }
 
+notes_api::STATUS LARKSPAN_NOTES_CALL TellClassesAtTheLimit(
+    notes_api::DHANDLE, notes_api::DHANDLE, notes_api::DHANDLE, notes_api::DWORD, char*,
+    notes_api::DWORD, notes_api::DWORD, notes_api::DWORD, notes_api::DWORD, notes_api::DWORD,
+    notes_api::WORD, notes_api::TIMEDATE*, notes_api::SearchCallback callback, void* context,
+    notes_api::TIMEDATE*, notes_api::DHANDLE) {
+  notes_api::SearchMatch match{};
+  for (const notes_api::WORD noteClass : {0, 0x7FFF, 0x8000, 0xFFFF}) {
+    match.noteId += 4;
+    match.noteClass = noteClass;
+    callback(context, &match, nullptr);
+  }
+  return 0;
+}
+
+TEST_F(NoteSearchTest, OnlyTheHighestBitOfTheClassMakesAStub) {
+  functions_.searchExtended3 = TellClassesAtTheLimit;
+  EXPECT_TRUE(Search(0x7FFF).ok());
+  EXPECT_EQ(Found(), (Ids{4, 8}));
+}
+
 }  // namespace
 }  // namespace larkspan
