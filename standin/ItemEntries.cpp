@@ -20,6 +20,7 @@ struct PlaceOut {
 };
 
 std::string_view NameView(const char* name, WORD length) {
+  Require(name != nullptr || length == 0, "there is no name of that length");
   return name == nullptr ? std::string_view() : std::string_view(name, length);
 }
 

@@ -115,6 +115,7 @@ TEST_F(StrictnessDeathTest, BlocksThatAreNoValue) {
 }
 
 TEST_F(StrictnessDeathTest, TextThatIsTooLongOrMissing) {
+  EXPECT_STRICT(NSFItemInfo(note_, nullptr, 1, nullptr, nullptr, nullptr, nullptr), "no name");
   const std::string path(1024, 'x');
   EXPECT_STRICT(NSFDbOpen(path.c_str(), &database_), "too long");
   EXPECT_STRICT(NSFDbOpen(nullptr, &database_), "missing");
