@@ -26,7 +26,7 @@ class CrashSweep {
   void Run(const Options& options) {
     std::vector<CrashCase> cases = CrashCases(clean_.calls, options.seed);
     const std::size_t all = cases.size();
-    Choose(options, cases);
+    Choose(options, cases, report_);
     for (const CrashCase& crash : cases) RunCase(crash);
     report_.PrintFigures(subject_.name, std::to_string(clean_.calls.size()) + " entry points, " +
                                             std::to_string(all) + " cases, " +

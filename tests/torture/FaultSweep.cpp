@@ -27,7 +27,7 @@ class FaultSweep {
     CheckCleanRun();
     std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
     const std::size_t all = cases.size();
-    Choose(options, cases);
+    Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);
     report_.PrintFigures(stage_.subject().name, FiguresOf(clean_.calls, all));
   }

@@ -27,8 +27,8 @@ class ListingCrashSweep {
       faults.push_back({.entry = entry, .status = kAnyStatus});
     }
     const std::size_t all = crashes.size() + faults.size();
-    Choose(options, crashes);
-    Choose(options, faults);
+    Choose(options, crashes, report_);
+    Choose(options, faults, report_);
     for (const CrashCase& crash : crashes) RunCrash(crash);
     for (const FaultCase& fault : faults) RunFault(fault);
     report_.PrintFigures(stage_.listing().name, FiguresOf(clean_.calls, all));

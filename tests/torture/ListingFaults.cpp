@@ -19,7 +19,7 @@ class ListingFaultSweep {
     CheckRun(clean_, Expectation{}, 0);
     std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
     const std::size_t all = cases.size();
-    Choose(options, cases);
+    Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);
     report_.PrintFigures(stage_.listing().name, FiguresOf(clean_.calls, all));
   }
