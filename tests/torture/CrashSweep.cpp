@@ -49,9 +49,7 @@ class CrashSweep {
                       .endedEarly = endedEarly,
                       .mayLeaveHalf = endedEarly,
                       .findings = findings};
-    CheckNotes(check);
-    CheckFolder(check);
-    CheckAudit(check);
+    CheckExport(check);
     if (!findings.empty()) AddLines(run.outcome.log, findings);
     report_.End(findings);
   }

@@ -1,5 +1,7 @@
 #include "tests/torture/DiskExpectation.h"
 
+#include "tests/support/LogMessages.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -15,13 +17,16 @@ constexpr std::string_view kEndedOutsideANote = "Child process returned 32212254
 std::vector<std::string_view> ComplaintsOf(const std::string& file) {
   if (file == kMarker) {
     return {"Retry WriteMarkerFile (", "WriteMarkerFile failed (", kEndedOutsideANote,
-            "Major: Incomplete run detected for note id ", "Maximum retries exceeded"};
+            message::kIncompleteRun, message::kGivesUp};
   }
-  if (file == kIdTable) return {"Unable to save document list", "Unable to read document list"};
+  if (file == kIdTable) return {message::kListNotSaved, message::kListNotRead};
   if (file == kUnidIndex) return {};
-  return {"Major: Error exporting note ",          "Error exporting ACL (",
-          "Error exporting database properties (", "Unable to write ",
-          "Unable to delete DXL temporary file",   "Unable to move DXL file into place"};
+  return {message::kNoteNotExported,
+          message::kNoAcl,
+          message::kNoProperties,
+          "Unable to write ",
+          "Unable to delete DXL temporary file",
+          message::kFileNotMoved};
 }
 
 }  // namespace

@@ -74,9 +74,7 @@ class DiskSweep {
     if (fault.operation == "delete" && fault.andAllLater) check.mayStay = fault.file;
     check.mayLackIndexLines = fault.file == "unidindex.txt";
     check.isListUnread = IsListUnread(fault, run);
-    CheckNotes(check);
-    CheckFolder(check);
-    CheckAudit(check);
+    CheckExport(check);
     CheckViews(run, findings);
   }
 

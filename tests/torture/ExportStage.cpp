@@ -10,7 +10,6 @@
 #include "app/Supervisor.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
-#include "tests/torture/Numbers.h"
 
 namespace larkspan::torture {
 

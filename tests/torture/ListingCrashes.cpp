@@ -13,8 +13,6 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr std::uint16_t kAnyStatus = 585;
-
 class ListingCrashSweep {
  public:
   ListingCrashSweep(const Listing& listing, Report& report)

@@ -2,9 +2,8 @@
 
 #include <windows.h>
 
-#include <stdexcept>
-
 #include "tests/support/FileBytes.h"
+#include "tests/support/SystemProcess.h"
 #include "tests/system/ExportRun.h"
 
 namespace larkspan::torture {
@@ -16,39 +15,18 @@ using testing::UniqueSystemHandle;
 constexpr DWORD kLimitMilliseconds = 60000;
 constexpr UINT kEndedByForce = 1;
 
-// What a program starts belongs to the job too, so that no worker outlives it.
-UniqueSystemHandle StartInJob(const std::wstring& executable, std::wstring commandLine,
-                              const UniqueSystemHandle& job) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessW(executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
-                      CREATE_SUSPENDED, nullptr, nullptr, &startup, &process)) {
-    throw std::runtime_error("the program does not start");
-  }
-  const UniqueSystemHandle thread(process.hThread);
-  UniqueSystemHandle started(process.hProcess);
-  if (!AssignProcessToJobObject(job.get(), started.get())) {
-    TerminateProcess(started.get(), kEndedByForce);
-    throw std::runtime_error("the program cannot be watched");
-  }
-  ResumeThread(thread.get());
-  return started;
-}
-
+// What the program starts belongs to the job too, so that no worker outlives it.
 std::optional<std::uint32_t> RunToLimit(const std::wstring& executable,
                                         const std::wstring& commandLine) {
   const UniqueSystemHandle job(CreateJobObjectW(nullptr, nullptr));
-  const UniqueSystemHandle process = StartInJob(executable, commandLine, job);
-  const bool ended = WaitForSingleObject(process.get(), kLimitMilliseconds) == WAIT_OBJECT_0;
-  if (!ended) {
-    TerminateJobObject(job.get(), kEndedByForce);
-    WaitForSingleObject(process.get(), kLimitMilliseconds);
-    return std::nullopt;
-  }
-  DWORD exitCode = 0;
-  GetExitCodeProcess(process.get(), &exitCode);
-  return exitCode;
+  const testing::SystemProcess process =
+      testing::StartProcess(executable, commandLine, nullptr, job.get());
+  const std::optional<DWORD> exitCode =
+      testing::AwaitExitCode(process.handle.get(), kLimitMilliseconds);
+  if (exitCode) return *exitCode;
+  TerminateJobObject(job.get(), kEndedByForce);
+  testing::AwaitExitCode(process.handle.get(), kLimitMilliseconds);
+  return std::nullopt;
 }
 
 ProcessRun Finish(const testing::ExportRun& run, const std::wstring& commandLine) {

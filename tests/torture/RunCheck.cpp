@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tests/support/LogMessages.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -10,10 +12,9 @@ namespace {
 std::string WithoutStatusText(const std::string& line) { return line.substr(0, line.find(" (")); }
 
 bool IsExpected(const std::string& line, const Expectation& expectation) {
-  return std::any_of(expectation.complaints.begin(), expectation.complaints.end(),
-                     [&](std::string_view complaint) {
-                       return line.substr(line.find(" - ") + 3).starts_with(complaint);
-                     });
+  return std::any_of(
+      expectation.complaints.begin(), expectation.complaints.end(),
+      [&](std::string_view complaint) { return MessageOf(line).starts_with(complaint); });
 }
 
 void CheckLeftOpen(const Outcome& run, const Expectation& expectation, Lines& findings) {
@@ -50,7 +51,7 @@ void RunCheck::CheckLog(const Lines& log, const Expectation& expectation, Lines&
 // Damage that the database brings along, and the sum at the end, which is counted elsewhere.
 bool RunCheck::IsUsual(const std::string& line) const {
   return cleanLines_.contains(WithoutStatusText(line)) ||
-         line.starts_with("#WARNING# - Document count mismatch: ");
+         MessageOf(line).starts_with(message::kCountMismatch);
 }
 
 }  // namespace larkspan::torture
