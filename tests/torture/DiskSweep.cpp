@@ -14,6 +14,7 @@
 #include "tests/torture/DiskExpectation.h"
 #include "tests/torture/DiskRun.h"
 #include "tests/torture/RunCheck.h"
+#include "tests/torture/SupervisorTraces.h"
 
 namespace larkspan::torture {
 
@@ -80,8 +81,8 @@ class DiskSweep {
 
   static bool IsListUnread(const DiskCase& fault, const Outcome& run) {
     const std::string line = fault.operation == "open"
-                                 ? "CountInputDocuments fopen failed"
-                                 : "CountInputDocuments terminated read before EOF";
+                                 ? kListNotFound
+                                 : kListCutShort;
     const bool keepsItUnread = fault.operation == "open" || fault.operation == "read";
     return fault.file == "idtable.txt" && keepsItUnread && CountMessages(run.log, line) != 0;
   }

@@ -24,7 +24,9 @@ using enum Tells;
 
 const std::vector<Expectation>& Table() {
   static const std::vector<Expectation> table = {
-      {"NotesInitExtended", kAlways, {message::kNoRuntime, kNoConfiguration, message::kGivesUp}},
+      {"NotesInitExtended",
+       kAlways,
+       {message::kNoRuntime, kNoConfiguration, message::kGivesUp, message::kIncompleteRun}},
       {"NotesTerm", kNever, {}},
       {"OSLoadString", kNever, {}},
       {"OSTranslate",

@@ -10,9 +10,7 @@ namespace larkspan::torture {
 
 namespace {
 
-bool WasEndedByAnException(const Lines& log) {
-  return CountMessages(log, "The listing was ended by an exception") != 0;
-}
+bool WasEndedByAnException(const Lines& log) { return CountMessages(log, kListingException) != 0; }
 
 // Whether the lines are the first ones of the others.
 bool Begin(const Lines& lines, const Lines& others) {

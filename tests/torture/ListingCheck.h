@@ -6,6 +6,9 @@
 
 namespace larkspan::torture {
 
+// The beginning of the line that tells of an exception out of the library.
+inline constexpr char kListingException[] = "The listing was ended by an exception";
+
 struct ListingCheck {
   const Listing& listing;
   const Outcome& clean;
