@@ -11,7 +11,7 @@ Lines LinesIn(const std::string& text) {
   const std::size_t end = text.rfind("\r\n");
   const std::size_t wholeBytes = end == std::string::npos ? 0 : end + 2;
   Lines lines = SplitLines(text.substr(0, wholeBytes));
-  if (wholeBytes != text.size()) lines.push_back("torn: " + text.substr(wholeBytes));
+  if (wholeBytes != text.size()) lines.push_back(kTorn + text.substr(wholeBytes));
   return lines;
 }
 

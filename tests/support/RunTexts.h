@@ -13,7 +13,8 @@ namespace larkspan::testing {
 using Lines = std::vector<std::string>;
 
 // The lines of a text, without their ends. Its last line may lack the end, as a full disk, or the
-// end of its writer, leaves it; it then begins with "torn: ", as no whole line does.
+// end of its writer, leaves it; it then begins with these words, as no whole line does.
+inline constexpr char kTorn[] = "torn: ";
 Lines LinesIn(const std::string& text);
 
 // The lines of a file of the tree; none when there is no such file.

@@ -76,7 +76,7 @@ class ListingCrashSweep {
     const std::size_t all = LinesOf(clean_.tree, stage_.listing().file).size();
     std::size_t written = 0;
     if (crash.entry == "NotesTerm") written = all;
-    if (crash.entry == "NSFSearch" && crash.afterAPart) written = 2;
+    if (crash.entry == "NSFSearch") written = LinesBeforeTheEnd(crash.afterAPart);
     if (crash.entry == "NSFLocateSummaryValue") {
       const std::size_t callsPerLine =
           static_cast<std::size_t>(clean_.calls.at(crash.entry)) / (all - 1);

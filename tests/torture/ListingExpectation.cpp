@@ -31,9 +31,9 @@ const std::vector<Expectation>& Table() {
       {"OSLockObject", kAlways, {kNoServers}},
       {"OSUnlockObject", kNever, {}, kNothing, {"lock", "memory"}},
       {"OSMemFree", kNever, {}, kNothing, {"memory"}},
-      {"NAMELocateNextName", kNever, {}, kNamesMissing},
-      {"NAMELocateNextMatch", kNever, {}, kNamesMissing},
-      {"NAMEGetTextItem", kNever, {}, kNamesMissing},
+      {"NAMELocateNextName", kNever, {}},
+      {"NAMELocateNextMatch", kNever, {}},
+      {"NAMEGetTextItem", kNever, {}},
   };
   return table;
 }
