@@ -11,8 +11,10 @@ namespace {
 
 bool IsTrace(const std::string& line) { return line.starts_with("#DEBUG#"); }
 
-// A line without the words that a status has.
-std::string Kind(const std::string& line) { return line.substr(0, line.find(" (")); }
+// A line without the words that a status has, in parentheses or, of a view's index, in quotes.
+std::string Kind(const std::string& line) {
+  return line.substr(0, std::min(line.find(" ("), line.find(" '")));
+}
 
 // At least one: a listing has no supervisor that would count them.
 int CountWorkers(const Lines& log) {
