@@ -26,6 +26,12 @@ void UniqueSystemHandle::reset() {
   if (handle_ != nullptr) CloseHandle(std::exchange(handle_, nullptr));
 }
 
+UniqueSystemHandle OpenNowhere() {
+  SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+  return UniqueSystemHandle(CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        &inheritable, OPEN_EXISTING, 0, nullptr));
+}
+
 // Suspended until it belongs to the job, so that what it starts does too.
 SystemProcess StartProcess(const std::wstring& executable, const std::wstring& commandLine,
                            HANDLE standardOutput, HANDLE job) {

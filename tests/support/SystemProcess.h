@@ -29,6 +29,9 @@ struct SystemProcess {
   DWORD id = 0;
 };
 
+// A standard output that keeps nothing.
+UniqueSystemHandle OpenNowhere();
+
 // Starts the executable file with exactly this command line. With a standard output, it inherits
 // that and every other inheritable handle; with a job, it and all that it starts belong to the job
 // from their first moment on. Throws when it cannot be started so.

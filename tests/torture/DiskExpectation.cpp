@@ -34,7 +34,7 @@ std::vector<std::string_view> ComplaintsOf(const DiskCase& fault) {
             message::kIncompleteRun, message::kGivesUp};
   }
   if (fault.file == kIdTable) {
-    return {message::kListNotSaved, message::kListNotRead, kListNotFound};
+    return {message::kListNotSaved, message::kListNotRead, kListNotFound, kListCutShort};
   }
   if (fault.file == kUnidIndex) return {};
   std::vector<std::string_view> complaints = TracesOf(fault.operation);

@@ -6,6 +6,7 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
+#include "app/EndSignal.h"
 #include "app/Supervisor.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
@@ -26,7 +27,7 @@ std::optional<std::uint32_t> RunToLimit(const std::wstring& executable,
                                         const std::wstring& commandLine) {
   const UniqueSystemHandle job(CreateJobObjectW(nullptr, nullptr));
   const testing::SystemProcess process =
-      testing::StartProcess(executable, commandLine, nullptr, job.get());
+      testing::StartProcess(executable, commandLine, testing::OpenNowhere().get(), job.get());
   const std::optional<DWORD> exitCode =
       testing::AwaitExitCode(process.handle.get(), kLimitMilliseconds);
   if (exitCode) return *exitCode;
@@ -45,10 +46,11 @@ class ResumingLauncher : public WorkerLauncher {
 
   WorkerEnding RunToEnd(const std::wstring& commandLine) override {
     if (!allEnd_) return {WorkerEnding::Kind::kNotCreated, ERROR_TIMEOUT};
+    const EndSignal signal;
     const std::optional<std::uint32_t> exitCode = RunToLimit(run_.Executable(), commandLine);
     allEnd_ = exitCode.has_value();
     run_.ChangeFaults(faultPlan_);
-    return {WorkerEnding::Kind::kExited, exitCode.value_or(kEndedByForce)};
+    return {WorkerEnding::Kind::kExited, exitCode.value_or(kEndedByForce), signal.IsGiven()};
   }
 
   bool allEnd() const { return allEnd_; }

@@ -14,12 +14,6 @@ using testing::UniqueSystemHandle;
 
 constexpr DWORD kEndLimitMilliseconds = 10000;
 
-UniqueSystemHandle Nowhere() {
-  SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-  return UniqueSystemHandle(CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                        &inheritable, OPEN_EXISTING, 0, nullptr));
-}
-
 // A process that has ended keeps its exit code for whoever has a handle.
 bool KillByHandle(HANDLE process) {
   TerminateProcess(process, kKilled);
@@ -56,7 +50,8 @@ Life LifeOf(DWORD processId) {
 
 RunningExport::RunningExport(const std::wstring& executable, const std::wstring& commandLine)
     : job_(CreateJobObjectW(nullptr, nullptr)),
-      started_(testing::StartProcess(executable, commandLine, Nowhere().get(), job_.get())) {}
+      started_(testing::StartProcess(executable, commandLine, testing::OpenNowhere().get(),
+                                     job_.get())) {}
 
 RunningExport::~RunningExport() { TerminateJobObject(job_.get(), kKilled); }
 
