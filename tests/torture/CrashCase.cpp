@@ -19,11 +19,11 @@ const std::vector<Death>& Deaths() {
   return deaths;
 }
 
-// A note's export between the first and the last that crashes: one of as many as there are ways.
+// The last export of a note that crashes, and the first one that does so in its turn.
 bool BelongsToEverySample(const CrashCase& crash, int count) {
-  const int betweenTheFirst = 1 + static_cast<int>(Deaths().size());
+  const int endOfFirstTurn = 1 + static_cast<int>(Deaths().size());
   return crash.entry == "DXLExportNote" && crash.death.action == Deaths().front().action &&
-         crash.call != 1 && (crash.call == count || crash.call <= betweenTheFirst);
+         crash.call != 1 && (crash.call == count || crash.call <= endOfFirstTurn);
 }
 
 std::vector<Death> DeathsIn(int call, int count, std::uint32_t seed) {
