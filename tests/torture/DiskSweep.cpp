@@ -94,9 +94,7 @@ class DiskSweep {
   }
 
   static bool IsListUnread(const DiskCase& fault, const Outcome& run) {
-    const std::string line = fault.operation == "open"
-                                 ? kListNotFound
-                                 : kListCutShort;
+    const std::string line = fault.operation == "open" ? kListNotFound : kListCutShort;
     const bool keepsItUnread = fault.operation == "open" || fault.operation == "read";
     return fault.file == "idtable.txt" && keepsItUnread && CountMessages(run.log, line) != 0;
   }
