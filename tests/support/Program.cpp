@@ -1,6 +1,7 @@
 #include "tests/support/Program.h"
 
 #include <array>
+#include <optional>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
@@ -63,21 +64,6 @@ std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments) {
   return line;
 }
 
-UniqueSystemHandle::UniqueSystemHandle(UniqueSystemHandle&& other) noexcept
-    : handle_(std::exchange(other.handle_, nullptr)) {}
-
-UniqueSystemHandle& UniqueSystemHandle::operator=(UniqueSystemHandle&& other) noexcept {
-  if (this != &other) {
-    reset();
-    handle_ = std::exchange(other.handle_, nullptr);
-  }
-  return *this;
-}
-
-void UniqueSystemHandle::reset() {
-  if (handle_ != nullptr) CloseHandle(std::exchange(handle_, nullptr));
-}
-
 StopPipe::StopPipe() {
   std::tie(readEnd_, writeEnd_) = MakePipe();
   MakeInheritable(readEnd_);
@@ -96,23 +82,11 @@ Program::Program(const std::wstring& executable, const std::wstring& commandLine
   UniqueSystemHandle outputWriteEnd;
   std::tie(output_, outputWriteEnd) = MakePipe();
   MakeInheritable(outputWriteEnd);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = outputWriteEnd.get();
-  PROCESS_INFORMATION process{};
-  std::wstring writable = commandLine;
-  if (!CreateProcessW(executable.c_str(), writable.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                      nullptr, &startup, &process)) {
-    throw std::runtime_error("the program does not start");
-  }
-  CloseHandle(process.hThread);
-  process_ = UniqueSystemHandle(process.hProcess);
-  processId_ = process.dwProcessId;
+  process_ = StartProcess(executable, commandLine, outputWriteEnd.get(), nullptr);
 }
 
 Program::~Program() {
-  if (!ended_) TerminateProcess(process_.get(), kEndedByForce);
+  if (!ended_) TerminateProcess(process_.handle.get(), kEndedByForce);
 }
 
 bool Program::ReadMore() {
@@ -135,14 +109,13 @@ bool Program::ReadUntil(const std::string& text, int times) {
 ProgramResult Program::WaitForEnd() {
   while (ReadMore()) {
   }
-  if (WaitForSingleObject(process_.get(), kEndLimitMilliseconds) != WAIT_OBJECT_0) {
-    TerminateProcess(process_.get(), kEndedByForce);
-    WaitForSingleObject(process_.get(), kEndLimitMilliseconds);
+  std::optional<DWORD> exitCode = AwaitExitCode(process_.handle.get(), kEndLimitMilliseconds);
+  if (!exitCode) {
+    TerminateProcess(process_.handle.get(), kEndedByForce);
+    exitCode = AwaitExitCode(process_.handle.get(), kEndLimitMilliseconds);
   }
   ended_ = true;
-  DWORD exitCode = 0;
-  GetExitCodeProcess(process_.get(), &exitCode);
-  return {exitCode, read_};
+  return {exitCode.value_or(kEndedByForce), read_};
 }
 
 }  // namespace larkspan::testing

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/SystemProcess.h"
+
 namespace larkspan::testing {
 
 // The folder of the running test program, where the product and the stand-in library are too.
@@ -15,22 +17,6 @@ std::wstring ProgramFolder();
 
 // A command line whose arguments, the first being the program, parse back to these texts.
 std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments);
-
-// Owns one system handle.
-class UniqueSystemHandle {
- public:
-  UniqueSystemHandle() = default;
-  explicit UniqueSystemHandle(HANDLE handle) : handle_(handle) {}
-  ~UniqueSystemHandle() { reset(); }
-  UniqueSystemHandle(UniqueSystemHandle&& other) noexcept;
-  UniqueSystemHandle& operator=(UniqueSystemHandle&& other) noexcept;
-
-  HANDLE get() const { return handle_; }
-  void reset();
-
- private:
-  HANDLE handle_ = nullptr;
-};
 
 struct ProgramResult {
   std::uint32_t exitCode = 0;
@@ -69,14 +55,13 @@ class Program {
   // than two minutes is ended and gives exit code 0xDEAD.
   ProgramResult WaitForEnd();
 
-  DWORD processId() const { return processId_; }
+  DWORD processId() const { return process_.id; }
 
  private:
   bool ReadMore();
 
-  UniqueSystemHandle process_;
   UniqueSystemHandle output_;
-  DWORD processId_ = 0;
+  SystemProcess process_;
   std::string read_;
   bool ended_ = false;
 };

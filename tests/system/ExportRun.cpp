@@ -31,8 +31,12 @@ void ExportRun::AddDatabase(const std::wstring& fileName, const std::string& jso
 }
 
 void ExportRun::SetFaults(const std::string& json) {
-  WriteBytes(folder_.path() + L"\\faults.json", json);
+  ChangeFaults(json);
   AddConfiguration("StandinFaults=faults.json");
+}
+
+void ExportRun::ChangeFaults(const std::string& json) const {
+  WriteBytes(folder_.path() + L"\\faults.json", json);
 }
 
 void ExportRun::AddConfiguration(const std::string& line) { configuration_.push_back(line); }

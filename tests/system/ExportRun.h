@@ -29,6 +29,9 @@ class ExportRun {
   // Sets the fault plan, a JSON text.
   void SetFaults(const std::string& json);
 
+  // Sets another one for the processes that start from now on.
+  void ChangeFaults(const std::string& json) const;
+
   // Adds a line to the library's configuration.
   void AddConfiguration(const std::string& line);
 

@@ -2,26 +2,12 @@
 
 #include <algorithm>
 
-#include "tests/torture/Numbers.h"
-
 namespace larkspan::torture {
 
-namespace {
-
-std::string MessageOf(const std::string& line) { return line.substr(line.find(" - ") + 3); }
-
-}  // namespace
-
 bool IsAbout(const std::string& line, const char* kind, std::uint32_t noteId) {
-  const std::string message = MessageOf(line);
+  const std::string_view message = MessageOf(line);
   return message.starts_with(std::string(kind) + ": ") &&
          message.find(" " + NoteIdText(noteId)) != std::string::npos;
-}
-
-int CountMessages(const Lines& log, const std::string& beginning) {
-  return static_cast<int>(std::count_if(log.begin(), log.end(), [&](const std::string& line) {
-    return MessageOf(line).starts_with(beginning);
-  }));
 }
 
 bool HasErrorLine(const Lines& log) {
@@ -38,6 +24,12 @@ std::map<std::uint32_t, Variant> IdentifyFiles(const Reference& reference, const
     if (variant != note.texts.end()) files[note.id] = variant->second;
   }
   return files;
+}
+
+void CheckExport(const Check& check) {
+  CheckNotes(check);
+  CheckFolder(check);
+  CheckAudit(check);
 }
 
 }  // namespace larkspan::torture

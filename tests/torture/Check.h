@@ -34,15 +34,15 @@ struct Check {
 // "Major: ..." or "Minor: ...".
 bool IsAbout(const std::string& line, const char* kind, std::uint32_t noteId);
 
-// How many lines of the log begin so, behind their level.
-int CountMessages(const Lines& log, const std::string& beginning);
-
 bool HasErrorLine(const Lines& log);
 
 std::map<std::uint32_t, Variant> IdentifyFiles(const Reference& reference, const Outcome& clean);
 
 // Whether there is a file of the note, a raw copy left aside.
 bool HasFileOf(const ReferenceNote& note, const Outcome& run);
+
+// All that an export left behind is in order: the three below.
+void CheckExport(const Check& check);
 
 // Every note has its whole file, or a line that tells why not.
 void CheckNotes(const Check& check);

@@ -1,7 +1,6 @@
 #include "tests/torture/CrashCase.h"
 
 #include <nlohmann/json.hpp>
-#include <random>
 
 #include "tests/torture/Parts.h"
 
@@ -20,11 +19,24 @@ const std::vector<Death>& Deaths() {
   return deaths;
 }
 
-// Seldom the same number, where there are more than two.
-std::set<int> CallsToStrike(int count, std::mt19937& random) {
-  std::set<int> calls = {1, count};
-  if (count > 2) calls.insert(2 + static_cast<int>(random() % static_cast<unsigned>(count - 2)));
-  return calls;
+// The last export of a note that crashes, and the first one that does so in its turn.
+bool BelongsToEverySample(const CrashCase& crash, int count) {
+  const int endOfFirstTurn = 1 + static_cast<int>(Deaths().size());
+  return crash.entry == "DXLExportNote" && crash.death.action == Deaths().front().action &&
+         crash.call != 1 && (crash.call == count || crash.call <= endOfFirstTurn);
+}
+
+std::vector<Death> DeathsIn(int call, int count, std::uint32_t seed) {
+  if (call == 1 || call == count) return Deaths();
+  return {Deaths()[(seed + static_cast<std::uint32_t>(call)) % Deaths().size()]};
+}
+
+void AddCases(CrashCase crash, int count, std::vector<CrashCase>& cases) {
+  crash.isCore = BelongsToEverySample(crash, count);
+  cases.push_back(crash);
+  if (PartsOf(crash.entry).empty()) return;
+  crash.afterAPart = true;
+  cases.push_back(crash);
 }
 
 }  // namespace
@@ -40,19 +52,12 @@ std::string Describe(const CrashCase& crash) {
          (crash.afterAPart ? " after one of its " + PartsOf(crash.entry) : "");
 }
 
-bool IsCore(const CrashCase& crash) {
-  return crash.entry == "DXLExportNote" && crash.call != 1 &&
-         crash.death.action == "accessViolation";
-}
-
 std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed) {
-  std::mt19937 random(seed);
   std::vector<CrashCase> cases;
-  for (const Death& death : Deaths()) {
-    for (const auto& [entry, count] : calls) {
-      for (const int call : CallsToStrike(count, random)) {
-        cases.push_back({entry, call, death});
-        if (!PartsOf(entry).empty()) cases.push_back({entry, call, death, true});
+  for (const auto& [entry, count] : calls) {
+    for (int call = 1; call <= count; ++call) {
+      for (const Death& death : DeathsIn(call, count, seed)) {
+        AddCases({.entry = entry, .call = call, .death = death}, count, cases);
       }
     }
   }

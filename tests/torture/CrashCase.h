@@ -22,6 +22,7 @@ struct CrashCase {
   int call = 1;  // Counted from 1, in each process.
   Death death;
   bool afterAPart = false;  // It hands over a chunk of text, or a match, before.
+  bool isCore = false;
 };
 
 // As a fault plan in JSON.
@@ -29,11 +30,11 @@ std::string PlanOf(const CrashCase& crash);
 
 std::string Describe(const CrashCase& crash);
 
-// The export of a note crashes, of another than the first of each worker.
-bool IsCore(const CrashCase& crash);
+// The export of a note crashes: of the last one, and of one between it and the first.
+inline bool IsCore(const CrashCase& crash) { return crash.isCore; }
 
-// For each way to die: every entry point at its first call, its last, and one in between that the
-// seed chooses.
+// The first and the last call of every entry point in each way to die, and each call in between in
+// one of the ways, which take turns from one call to the next and from one seed to the next.
 std::vector<CrashCase> CrashCases(const std::map<std::string, int>& calls, std::uint32_t seed);
 
 }  // namespace larkspan::torture

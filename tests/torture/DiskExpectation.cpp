@@ -1,5 +1,8 @@
 #include "tests/torture/DiskExpectation.h"
 
+#include "tests/support/LogMessages.h"
+#include "tests/torture/SupervisorTraces.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -12,16 +15,32 @@ constexpr std::string_view kTemporary = "temp.tmp";
 // Of a worker whose marker nobody could read.
 constexpr std::string_view kEndedOutsideANote = "Child process returned 3221225477 outside a note";
 
-std::vector<std::string_view> ComplaintsOf(const std::string& file) {
-  if (file == kMarker) {
-    return {"Retry WriteMarkerFile (", "WriteMarkerFile failed (", kEndedOutsideANote,
-            "Major: Incomplete run detected for note id ", "Maximum retries exceeded"};
+// How an operation on a file that is to get a final name is tried again, and given up.
+std::vector<std::string_view> TracesOf(const std::string& operation) {
+  if (operation == "open") return {"Unable to open temp file for writing: "};
+  if (operation == "delete") {
+    return {"Retrying delete DXL temporary file: ", "Unable to delete DXL temporary file"};
   }
-  if (file == kIdTable) return {"Unable to save document list", "Unable to read document list"};
-  if (file == kUnidIndex) return {};
-  return {"Major: Error exporting note ",          "Error exporting ACL (",
-          "Error exporting database properties (", "Unable to write ",
-          "Unable to delete DXL temporary file",   "Unable to move DXL file into place"};
+  // Nothing can be moved into a folder that was not made.
+  if (operation == "move" || operation == "folder") {
+    return {"Retrying move DXL file into place: ", message::kFileNotMoved};
+  }
+  return {"Only wrote "};
+}
+
+std::vector<std::string_view> ComplaintsOf(const DiskCase& fault) {
+  if (fault.file == kMarker) {
+    return {"Retry WriteMarkerFile (", "WriteMarkerFile failed (", kEndedOutsideANote,
+            message::kIncompleteRun, message::kGivesUp};
+  }
+  if (fault.file == kIdTable) {
+    return {message::kListNotSaved, message::kListNotRead, kListNotFound, kListCutShort};
+  }
+  if (fault.file == kUnidIndex) return {};
+  std::vector<std::string_view> complaints = TracesOf(fault.operation);
+  complaints.insert(complaints.end(), {message::kNoteNotExported, message::kNoAcl,
+                                       message::kNoProperties, "Unable to write "});
+  return complaints;
 }
 
 }  // namespace
@@ -32,7 +51,7 @@ Expectation DiskExpectationOf(const DiskCase& fault) {
   const bool isNeeded = fault.file == kTemporary || fault.file == kMarker;
   return {.entry = "",
           .tells = isOutput && isNeeded ? Tells::kAlways : Tells::kSometimes,
-          .complaints = ComplaintsOf(fault.file),
+          .complaints = ComplaintsOf(fault),
           .silently = kViewsDiffer};
 }
 

@@ -21,7 +21,7 @@ void ForEachDiskCase(const std::string& subject, const std::vector<std::string>&
                      const std::function<void(const DiskCase&)>& runCase) {
   std::vector<DiskCase> cases = AllDiskCases(operations);
   const std::size_t all = cases.size();
-  Choose(options, cases);
+  Choose(options, cases, report);
   for (const DiskCase& fault : cases) runCase(fault);
   report.PrintFigures(subject, std::to_string(operations.size()) + " operations, " +
                                    std::to_string(all) + " cases");

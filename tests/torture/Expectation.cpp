@@ -2,23 +2,18 @@
 
 #include <stdexcept>
 
+#include "tests/support/LogMessages.h"
+
 namespace larkspan::torture {
 
 namespace {
 
-constexpr std::string_view kNoRuntime = "Notes initialization failed (";
 constexpr std::string_view kNoConfiguration = "Unable to locate notes.ini";
-constexpr std::string_view kGivesUp = "Maximum retries exceeded";
 constexpr std::string_view kNoIdSwitch = "Unable to switch ID (";
 constexpr std::string_view kNoDatabase = "Error opening database (";
-constexpr std::string_view kNoProperties = "Error exporting database properties (";
-constexpr std::string_view kNoAcl = "Error exporting ACL (";
 constexpr std::string_view kNoList = "Error retrieving notes (";
-constexpr std::string_view kListNotSaved = "Unable to save document list";
-constexpr std::string_view kListNotRead = "Unable to read document list";
 constexpr std::string_view kNoteNotOpened = "Major: Error opening note ";
 constexpr std::string_view kNoteNotDecrypted = "Major: Error decrypting note ";
-constexpr std::string_view kNoteNotExported = "Major: Error exporting note ";
 constexpr std::string_view kWithoutImages = "Minor: Detected corrupt document ";
 constexpr std::string_view kNoDesign = "Unable to export design: ";
 constexpr std::string_view kNoQuota = "Unable to read database quota (";
@@ -29,7 +24,9 @@ using enum Tells;
 
 const std::vector<Expectation>& Table() {
   static const std::vector<Expectation> table = {
-      {"NotesInitExtended", kAlways, {kNoRuntime, kNoConfiguration, kGivesUp}},
+      {"NotesInitExtended",
+       kAlways,
+       {message::kNoRuntime, kNoConfiguration, message::kGivesUp, message::kIncompleteRun}},
       {"NotesTerm", kNever, {}},
       {"OSLoadString", kNever, {}},
       {"OSTranslate",
@@ -52,23 +49,25 @@ const std::vector<Expectation>& Table() {
       {"NSFDbClose", kNever, {}, kNothing, {"database"}},
       {"NSFDbPathGet",
        kSometimes,
-       {"Error retrieving database path (", kNoProperties},
+       {"Error retrieving database path (", message::kNoProperties},
        kAuditDiffers},
-      {"NSFDbReplicaInfoGet", kAlways, {"Error retrieving replicaid (", kNoProperties}},
-      {"NSFDbIDGet", kAlways, {"Error retrieving database id (", kNoProperties}},
-      {"NSFDbInfoGet", kAlways, {"Error retrieving database info (", kNoProperties}},
+      {"NSFDbReplicaInfoGet", kAlways, {"Error retrieving replicaid (", message::kNoProperties}},
+      {"NSFDbIDGet", kAlways, {"Error retrieving database id (", message::kNoProperties}},
+      {"NSFDbInfoGet", kAlways, {"Error retrieving database info (", message::kNoProperties}},
       {"NSFDbInfoParse", kNever, {}, kPropertiesDiffer},
-      {"NSFDbModifiedTime", kAlways, {"Error retrieving database modified times (", kNoProperties}},
+      {"NSFDbModifiedTime",
+       kAlways,
+       {"Error retrieving database modified times (", message::kNoProperties}},
       {"NSFDbSpaceUsageScaled",
        kAlways,
-       {"Error retrieving database space usage (", kNoProperties}},
+       {"Error retrieving database space usage (", message::kNoProperties}},
       {"NSFDbQuotaGet", kAlways, {kNoQuota}, kAuditDiffers},
       {"NSFDbGetModifiedNoteTable", kNever, {}, kViewsDiffer},
       {"NSFSearchExtended3", kAlways, {kNoList}},
       {"IDCreateTable", kAlways, {kNoList}},
       {"IDDestroyTable", kNever, {}, kNothing, {"idTable"}},
-      {"IDInsert", kAlways, {kNoList, kListNotRead}},
-      {"IDScan", kSometimes, {kListNotSaved, kListNotRead}, kViewsDiffer},
+      {"IDInsert", kAlways, {kNoList, message::kListNotRead}},
+      {"IDScan", kSometimes, {message::kListNotSaved, message::kListNotRead}, kViewsDiffer},
       {"IDEntries", kNever, {}},
       {"NSFNoteOpen", kSometimes, {kNoteNotOpened}, kViewsDiffer},
       {"NSFNoteClose", kNever, {}, kNothing, {"note", "database"}},
@@ -88,8 +87,8 @@ const std::vector<Expectation>& Table() {
       {"DXLCreateExporter", kAlways, {"Error creating DXL Exporter "}},
       {"DXLDeleteExporter", kNever, {}, kNothing, {"exporter"}},
       {"DXLSetExporterProperty", kAlways, {"Error setting DXL exporter property "}},
-      {"DXLExportNote", kSometimes, {kNoteNotExported, kWithoutImages, kNoDesign}},
-      {"DXLExportACL", kAlways, {kNoAcl}},
+      {"DXLExportNote", kSometimes, {message::kNoteNotExported, kWithoutImages, kNoDesign}},
+      {"DXLExportACL", kAlways, {message::kNoAcl}},
       {"NIFOpenCollection", kNever, {}, kViewsDiffer},
       {"NIFCloseCollection",
        kSometimes,

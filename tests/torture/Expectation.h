@@ -22,12 +22,11 @@ enum Silently : unsigned {
   kPropertiesDiffer = 1 << 7,  // Texts and times of db.dxl are missing.
   kAuditDiffers = 1 << 8,      // Texts of the audit report are missing.
   // In a listing:
-  kUntold = 1 << 9,         // A field of a database is empty, a size is zero or a part of it.
-  kOtherTime = 1 << 10,     // A time lacks its days or its time of day.
-  kEndsEarly = 1 << 11,     // Lines are missing at the end.
-  kAsked = 1 << 12,         // The server is named as it was asked for.
-  kNamesMissing = 1 << 13,  // Servers are missing.
-  kNamesEmpty = 1 << 14,    // Servers are empty lines.
+  kUntold = 1 << 9,       // A field of a database is empty, a size is zero or a part of it.
+  kOtherTime = 1 << 10,   // A time lacks its days or its time of day.
+  kEndsEarly = 1 << 11,   // Lines are missing at the end.
+  kAsked = 1 << 12,       // The server is named as it was asked for.
+  kNamesEmpty = 1 << 13,  // Servers are empty lines.
 };
 
 enum class Tells { kAlways, kSometimes, kNever };

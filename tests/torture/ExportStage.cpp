@@ -10,7 +10,6 @@
 #include "app/Supervisor.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
-#include "tests/torture/Numbers.h"
 
 namespace larkspan::torture {
 
@@ -19,10 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 using testing::OutputTree;
 
-constexpr std::uint32_t kCrashExitCode = 0xC0000005;
-
 // Runs workers in this process. An earlier worker, if there was one, is the first of them, and what
-// it left behind is put into the output folder.
+// it left behind is put into the output folder, where log and report have begun already.
 class InProcessLauncher : public WorkerLauncher {
  public:
   InProcessLauncher(std::wstring output, const OutputTree& earlierWorker)
@@ -46,7 +43,8 @@ class InProcessLauncher : public WorkerLauncher {
         fs::create_directories(path);
       } else {
         fs::create_directories(path.parent_path());
-        WriteBytes(path.wstring(), content);
+        const std::string before = Exists(path.wstring()) ? ReadBytes(path.wstring()) : "";
+        WriteBytes(path.wstring(), before + content);
       }
     }
   }
@@ -79,13 +77,12 @@ void ExportStage::UseSettings() {
 
 // An exception out of the library ends the worker in the middle of a note, after some of its text.
 void ExportStage::DieAtTheResumeNote() {
-  const std::string noteId = NoteIdText(subject_.resumeAt);
-  Begin(R"([{"entry": "DXLExportNote", "note": ")" + noteId +
-        R"(", "chunks": 1, "action": "throw"}])");
+  Begin(PlanOfTheEarlierWorker(subject_, "throw"));
   RunWorker(0);
   earlierWorker_ = testing::ReadOutputTree(output());
   if (!earlierWorker_.contains("marker.txt") || !earlierWorker_.contains("temp.tmp")) {
-    throw std::logic_error("the earlier worker did not die at note " + noteId);
+    throw std::logic_error("the earlier worker did not die at note " +
+                           NoteIdText(subject_.resumeAt));
   }
   fs::remove_all(output());
 }

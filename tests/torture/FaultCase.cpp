@@ -1,9 +1,9 @@
 #include "tests/torture/FaultCase.h"
 
+#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "tests/torture/Numbers.h"
 #include "tests/torture/Parts.h"
 
 namespace larkspan::torture {
@@ -12,11 +12,9 @@ namespace {
 
 using nlohmann::json;
 
-// One without a meaning of its own, and those that the program reacts to in some place.
-constexpr std::uint16_t kAnyStatus = 585;
+// Others that the program reacts to in some place.
 constexpr std::uint16_t kNoConfiguration = 0x1A5;
 constexpr std::uint16_t kDamage[] = {1173, 0x3600, 0x361F};
-constexpr std::uint16_t kFormNeedsRepair = 575;
 constexpr std::uint16_t kDesignFailures[] = {6967, 6968};
 
 const std::map<std::string, std::vector<std::string>> kRefusedAsWell = {
@@ -29,6 +27,12 @@ const std::map<std::string, std::vector<std::string>> kRefusedAsWell = {
 const std::set<std::string> kWithMeaning = {
     "DXLExportNote", "DXLExportACL", "NSFNoteOpen",        "SECKFMOpen", "NSFNoteCipherDecrypt",
     "NSFDbOpen",     "NSFSearch",    "NSFSearchExtended3", "NAMELookup", "DNAbbreviate"};
+
+std::string HexText(std::uint16_t status) {
+  char text[7];
+  std::snprintf(text, sizeof text, "0x%04X", static_cast<unsigned>(status));
+  return text;
+}
 
 std::vector<std::uint16_t> StatusesOf(const std::string& entry) {
   std::vector<std::uint16_t> statuses = {kAnyStatus};

@@ -8,6 +8,10 @@
 
 namespace larkspan::torture {
 
+// A status without a meaning of its own, and that of a form that has to be repaired.
+inline constexpr std::uint16_t kAnyStatus = 585;
+inline constexpr std::uint16_t kFormNeedsRepair = 575;
+
 struct FaultCase {
   std::string entry;
   int call = 1;  // Counted from 1.

@@ -27,7 +27,7 @@ class FaultSweep {
     CheckCleanRun();
     std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
     const std::size_t all = cases.size();
-    Choose(options, cases);
+    Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);
     report_.PrintFigures(stage_.subject().name, FiguresOf(clean_.calls, all));
   }
@@ -37,7 +37,7 @@ class FaultSweep {
     report_.Begin(stage_.subject().name + ": no call fails");
     Lines findings;
     runCheck_.Run(clean_, kNothingSpecial, findings);
-    CheckTree(MakeCheck(reference_, clean_, findings));
+    CheckExport(MakeCheck(reference_, clean_, findings));
     report_.End(findings);
   }
 
@@ -52,7 +52,7 @@ class FaultSweep {
     check.status = fault.status;
     check.endedEarly = HasErrorLine(run.log);
     check.mayLeaveHalf = check.endedEarly && HasTheEarlierHalf(run);
-    CheckTree(check);
+    CheckExport(check);
     if (!findings.empty()) {
       for (const std::string& line : run.log) findings.push_back(line);
     }
@@ -74,12 +74,6 @@ class FaultSweep {
     const auto found = run.tree.find("temp.tmp");
     return earlier != stage_.earlierWorker().end() && found != run.tree.end() &&
            found->second == earlier->second;
-  }
-
-  static void CheckTree(const Check& check) {
-    CheckNotes(check);
-    CheckFolder(check);
-    CheckAudit(check);
   }
 
   // A setting that was refused shows in the files of this worker, and the log tells of it.

@@ -2,9 +2,9 @@
 #include <set>
 #include <string_view>
 
+#include "tests/support/LogMessages.h"
 #include "tests/torture/Check.h"
 #include "tests/torture/Expectation.h"
-#include "tests/torture/Numbers.h"
 #include "tests/torture/XmlWholeness.h"
 
 namespace larkspan::torture {
@@ -74,7 +74,7 @@ class FolderCheck {
 
   void CheckAcl() const {
     const std::string* const file = File("acl.dxl");
-    const int lines = CountMessages(check_.run.log, "Error exporting ACL (");
+    const int lines = CountMessages(check_.run.log, message::kNoAcl);
     if (file != nullptr && *file != check_.reference.acl) Find("acl.dxl differs:\n" + *file);
     if (file != nullptr && lines != 0) Find("acl.dxl is there and has a line");
     if (file == nullptr && lines != 1 && !endedBeforeNotes_) Find("acl.dxl is missing");

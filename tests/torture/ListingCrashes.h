@@ -7,8 +7,8 @@
 namespace larkspan::torture {
 
 // Runs the cases and prints them as they fail, and the figures of each listing. The calls are
-// chosen as for exports. Each entry point also fails once with a status, which the exit code does
-// not tell.
+// struck as those of exports. Each entry point also fails once with a status, which the exit code
+// does not tell.
 void SweepListingCrashes(const Options& options, Report& report);
 
 }  // namespace larkspan::torture

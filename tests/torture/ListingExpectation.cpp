@@ -1,10 +1,10 @@
+#include "tests/support/LogMessages.h"
 #include "tests/torture/Expectation.h"
 
 namespace larkspan::torture {
 
 namespace {
 
-constexpr std::string_view kNoRuntime = "Notes initialization failed (";
 constexpr std::string_view kNoIdSwitch = "Unable to switch id (";
 constexpr std::string_view kNoDirectory = "Error opening root directory (";
 constexpr std::string_view kNoServers = "Unable to read servers (";
@@ -13,7 +13,7 @@ using enum Tells;
 
 const std::vector<Expectation>& Table() {
   static const std::vector<Expectation> table = {
-      {"NotesInitExtended", kAlways, {kNoRuntime}},
+      {"NotesInitExtended", kAlways, {message::kNoRuntime}},
       {"NotesTerm", kNever, {}},
       {"SECKFMSwitchToIDFile", kAlways, {kNoIdSwitch}},
       {"OSTranslate", kSometimes, {kNoIdSwitch, kNoDirectory}, kUntold | kNamesEmpty},
@@ -31,9 +31,9 @@ const std::vector<Expectation>& Table() {
       {"OSLockObject", kAlways, {kNoServers}},
       {"OSUnlockObject", kNever, {}, kNothing, {"lock", "memory"}},
       {"OSMemFree", kNever, {}, kNothing, {"memory"}},
-      {"NAMELocateNextName", kNever, {}, kNamesMissing},
-      {"NAMELocateNextMatch", kNever, {}, kNamesMissing},
-      {"NAMEGetTextItem", kNever, {}, kNamesMissing},
+      {"NAMELocateNextName", kNever, {}},
+      {"NAMELocateNextMatch", kNever, {}},
+      {"NAMEGetTextItem", kNever, {}},
   };
   return table;
 }

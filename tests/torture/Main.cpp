@@ -3,9 +3,9 @@
 //   larkspan_torture faults|crashes|files [--samples] [--sample=N] [--seed=N]
 //                    [--shard=I/N] [--subject=NAME] [--only=TEXT] [--trace]
 //
-// Prints each run whose outcome is not in order, and figures; exit code 1 when there was one.
+// Prints each run whose outcome is not in order, and figures; exit code 1 when there was one, or
+// when no subject has that name or no case that text.
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <stdexcept>
 #include <string>
@@ -19,30 +19,6 @@
 
 namespace larkspan::torture {
 namespace {
-
-void ReadOption(const std::string& text, Options& options) {
-  const std::size_t equals = text.find('=');
-  const std::string name = text.substr(0, equals);
-  const std::string value = equals == std::string::npos ? "" : text.substr(equals + 1);
-  if (name == "--samples") {
-    options.samples = true;
-  } else if (name == "--trace") {
-    options.trace = true;
-  } else if (name == "--sample") {
-    options.sample = std::stoul(value);
-  } else if (name == "--only") {
-    options.only = value;
-  } else if (name == "--subject") {
-    options.subject = value;
-  } else if (name == "--seed") {
-    options.seed = static_cast<std::uint32_t>(std::stoul(value));
-  } else if (name == "--shard") {
-    options.shard = std::stoul(value);
-    options.shards = std::stoul(value.substr(value.find('/') + 1));
-  } else {
-    throw std::invalid_argument("unknown option " + text);
-  }
-}
 
 bool Sweep(const std::string& sweep, const Options& options) {
   Report report(sweep, options.trace);
@@ -60,6 +36,7 @@ bool Sweep(const std::string& sweep, const Options& options) {
     throw std::invalid_argument("unknown sweep " + sweep);
   }
   if (!report.HasRun()) throw std::invalid_argument("no subject " + options.subject);
+  if (!report.IsAnyWanted()) throw std::invalid_argument("no case has " + options.only);
   return !report.HasFindings();
 }
 

@@ -8,18 +8,16 @@
 #include <algorithm>
 #include <string_view>
 
+#include "tests/support/LogMessages.h"
 #include "tests/torture/Check.h"
 #include "tests/torture/Expectation.h"
 #include "tests/torture/FaultCase.h"
-#include "tests/torture/Numbers.h"
 
 namespace larkspan::torture {
 
 namespace {
 
 using testing::OutputTree;
-
-constexpr std::uint16_t kFormNeedsRepair = 575;
 
 // Of the files of notes, but for raw copies.
 constexpr const char* kNoteFolders[] = {"", "data/", "design/", "profile/"};
@@ -56,8 +54,8 @@ class NoteCheck {
  private:
   // Those that ended where they began, up to three in a row.
   int FruitlessWorkers() const {
-    const int notStarted = CountMessages(check_.run.log, "Notes initialization failed (");
-    const int gaveUp = CountMessages(check_.run.log, "Maximum retries exceeded");
+    const int notStarted = CountMessages(check_.run.log, message::kNoRuntime);
+    const int gaveUp = CountMessages(check_.run.log, message::kGivesUp);
     return std::max(notStarted, 2 * gaveUp);
   }
 
@@ -143,8 +141,7 @@ class NoteCheck {
 
   // A worker can die at a note when everything of it is in place.
   bool HasCrashLine() const {
-    const std::string message = "Major: Incomplete run detected for note id ";
-    return CountMessages(check_.run.log, message + NoteIdText(note_.id)) != 0;
+    return CountMessages(check_.run.log, message::kIncompleteRun + NoteIdText(note_.id)) != 0;
   }
 
   static constexpr Variant kNoText{};

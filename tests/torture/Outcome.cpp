@@ -11,7 +11,6 @@ namespace larkspan::torture {
 namespace {
 
 using nlohmann::json;
-using testing::OutputTree;
 
 std::map<std::string, int> Counts(const json& ledger, const char* member) {
   std::map<std::string, int> counts;
@@ -22,21 +21,7 @@ std::map<std::string, int> Counts(const json& ledger, const char* member) {
   return counts;
 }
 
-// A full disk can leave the last line without its end; no check takes such a line for a whole one.
-Lines LinesIn(const std::string& text) {
-  const std::size_t end = text.rfind("\r\n");
-  const std::size_t wholeBytes = end == std::string::npos ? 0 : end + 2;
-  Lines lines = SplitLines(text.substr(0, wholeBytes));
-  if (wholeBytes != text.size()) lines.push_back("torn: " + text.substr(wholeBytes));
-  return lines;
-}
-
 }  // namespace
-
-Lines LinesOf(const OutputTree& tree, const std::string& name) {
-  const auto found = tree.find(name);
-  return found == tree.end() ? Lines() : LinesIn(found->second);
-}
 
 Outcome ReadOutcome(const std::wstring& output) {
   Outcome outcome;
@@ -45,7 +30,7 @@ Outcome ReadOutcome(const std::wstring& output) {
   const auto audit = outcome.tree.find("audit.txt");
   if (audit == outcome.tree.end()) return outcome;
   audit->second = testing::MaskAuditTimes(audit->second);
-  outcome.audit = LinesIn(audit->second);
+  outcome.audit = testing::LinesIn(audit->second);
   return outcome;
 }
 

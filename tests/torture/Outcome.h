@@ -3,13 +3,16 @@
 
 #include <map>
 #include <string>
-#include <vector>
 
-#include "tests/support/OutputTree.h"
+#include "tests/support/RunTexts.h"
 
 namespace larkspan::torture {
 
-using Lines = std::vector<std::string>;
+using testing::CountMessages;
+using testing::Lines;
+using testing::LinesOf;
+using testing::MessageOf;
+using testing::NoteIdText;
 
 struct Outcome {
   testing::OutputTree tree;
@@ -18,9 +21,6 @@ struct Outcome {
   std::map<std::string, int> calls;     // Of the library, in the last runtime of this process.
   std::map<std::string, int> leftOpen;  // In the library, at the end of that runtime.
 };
-
-// The lines of a file of the tree; none when there is no such file.
-Lines LinesOf(const testing::OutputTree& tree, const std::string& name);
 
 // Reads what is in the output folder of a run.
 Outcome ReadOutcome(const std::wstring& output);

@@ -2,9 +2,15 @@
 
 #include <windows.h>
 
-#include <stdexcept>
+#include <utility>
 
+#include "app/Arguments.h"
+#include "app/CommandLine.h"
+#include "app/EndSignal.h"
+#include "app/Supervisor.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/PauseRecorder.h"
+#include "tests/support/SystemProcess.h"
 #include "tests/system/ExportRun.h"
 
 namespace larkspan::torture {
@@ -16,44 +22,58 @@ using testing::UniqueSystemHandle;
 constexpr DWORD kLimitMilliseconds = 60000;
 constexpr UINT kEndedByForce = 1;
 
-// What a program starts belongs to the job too, so that no worker outlives it.
-UniqueSystemHandle StartInJob(const std::wstring& executable, std::wstring commandLine,
-                              const UniqueSystemHandle& job) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessW(executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
-                      CREATE_SUSPENDED, nullptr, nullptr, &startup, &process)) {
-    throw std::runtime_error("the program does not start");
-  }
-  const UniqueSystemHandle thread(process.hThread);
-  UniqueSystemHandle started(process.hProcess);
-  if (!AssignProcessToJobObject(job.get(), started.get())) {
-    TerminateProcess(started.get(), kEndedByForce);
-    throw std::runtime_error("the program cannot be watched");
-  }
-  ResumeThread(thread.get());
-  return started;
-}
-
+// What the program starts belongs to the job too, so that no worker outlives it.
 std::optional<std::uint32_t> RunToLimit(const std::wstring& executable,
                                         const std::wstring& commandLine) {
   const UniqueSystemHandle job(CreateJobObjectW(nullptr, nullptr));
-  const UniqueSystemHandle process = StartInJob(executable, commandLine, job);
-  const bool ended = WaitForSingleObject(process.get(), kLimitMilliseconds) == WAIT_OBJECT_0;
-  if (!ended) {
-    TerminateJobObject(job.get(), kEndedByForce);
-    WaitForSingleObject(process.get(), kLimitMilliseconds);
-    return std::nullopt;
-  }
-  DWORD exitCode = 0;
-  GetExitCodeProcess(process.get(), &exitCode);
-  return exitCode;
+  const testing::SystemProcess process =
+      testing::StartProcess(executable, commandLine, testing::OpenNowhere().get(), job.get());
+  const std::optional<DWORD> exitCode =
+      testing::AwaitExitCode(process.handle.get(), kLimitMilliseconds);
+  if (exitCode) return *exitCode;
+  TerminateJobObject(job.get(), kEndedByForce);
+  testing::AwaitExitCode(process.handle.get(), kLimitMilliseconds);
+  return std::nullopt;
 }
 
-ProcessRun Finish(const testing::ExportRun& run, const std::wstring& commandLine) {
+// Starts real workers: the first is to die, the others have the fault plan. A worker that does not
+// end is the last.
+class ResumingLauncher : public WorkerLauncher {
+ public:
+  // The configuration names the file with the fault plan by now.
+  ResumingLauncher(const testing::ExportRun& run, std::string faultPlan)
+      : run_(run), faultPlan_(std::move(faultPlan)) {}
+
+  WorkerEnding RunToEnd(const std::wstring& commandLine) override {
+    if (!allEnd_) return {WorkerEnding::Kind::kNotCreated, ERROR_TIMEOUT};
+    const EndSignal signal;
+    const std::optional<std::uint32_t> exitCode = RunToLimit(run_.Executable(), commandLine);
+    allEnd_ = exitCode.has_value();
+    run_.ChangeFaults(faultPlan_);
+    return {WorkerEnding::Kind::kExited, exitCode.value_or(kEndedByForce), signal.IsGiven()};
+  }
+
+  bool allEnd() const { return allEnd_; }
+
+ private:
+  const testing::ExportRun& run_;
+  const std::string faultPlan_;
+  bool allEnd_ = true;
+};
+
+std::optional<std::uint32_t> RunResumed(const testing::ExportRun& run,
+                                        const std::wstring& commandLine,
+                                        const std::string& faultPlan) {
+  const PauseRecorder nobodyWaits;
+  SetProcessSettings(ParseCommandLine(SplitCommandLine(commandLine)).settings);
+  ResumingLauncher launcher(run, faultPlan);
+  RunSupervisor(launcher, commandLine);
+  return launcher.allEnd() ? std::optional<std::uint32_t>(0) : std::nullopt;
+}
+
+ProcessRun Read(const testing::ExportRun& run, std::optional<std::uint32_t> exitCode) {
   ProcessRun result;
-  result.exitCode = RunToLimit(run.Executable(), commandLine);
+  result.exitCode = exitCode;
   result.outcome = ReadOutcome(run.output());
   const std::size_t endedRuntimes = run.LedgerLines().size();
   if (endedRuntimes != 0) result.leftOpenByTheLast = run.LeftOpen(endedRuntimes - 1);
@@ -75,8 +95,11 @@ std::vector<std::wstring> ArgumentsFor(const Subject& subject) {
 ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan) {
   testing::ExportRun run;
   run.SetDataFolder(subject.dataFolder);
-  run.SetFaults(faultPlan);
-  return Finish(run, run.CommandLine(subject.database, ArgumentsFor(subject)));
+  const bool isResumed = subject.resumeAt != 0;
+  run.SetFaults(isResumed ? PlanOfTheEarlierWorker(subject, "accessViolation") : faultPlan);
+  const std::wstring commandLine = run.CommandLine(subject.database, ArgumentsFor(subject));
+  return Read(run, isResumed ? RunResumed(run, commandLine, faultPlan)
+                             : RunToLimit(run.Executable(), commandLine));
 }
 
 ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
@@ -87,7 +110,7 @@ ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
   std::vector<std::wstring> arguments = {run.Executable(), run.ConfigurationArgument(), L"-o",
                                          run.output()};
   for (const std::wstring& argument : ArgumentsFor(listing)) arguments.push_back(argument);
-  return Finish(run, testing::BuildCommandLine(arguments));
+  return Read(run, RunToLimit(run.Executable(), testing::BuildCommandLine(arguments)));
 }
 
 }  // namespace larkspan::torture

@@ -20,7 +20,9 @@ struct ProcessRun {
   Lines leftOpenByTheLast;  // Of the runtimes that ended: what was open in the library.
 };
 
-// With a fault plan for the library, an array in JSON.
+// With a fault plan for the library, an array in JSON. Where an earlier worker is to die, it really
+// does, and the plan is for those after it; the supervisor, which gives each its plan, is then the
+// product's own in this process.
 ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan);
 ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan);
 

@@ -1,5 +1,7 @@
 #include "tests/torture/Reference.h"
 
+#include <algorithm>
+
 #include "tests/torture/ReferenceLibrary.h"
 
 namespace larkspan::torture {
@@ -49,11 +51,13 @@ class NoteReader {
     note_.rawItems = Deletable(ItemsOfType(handle, kRawPartType));
   }
 
+  // Items of one name are deleted together.
   unsigned Deletable(const std::vector<std::string>& names) {
     unsigned bits = 0;
     for (const std::string& name : names) {
-      bits |= 1u << deletable_.size();
-      deletable_.push_back(name);
+      const auto known = std::find(deletable_.begin(), deletable_.end(), name);
+      bits |= 1u << (known - deletable_.begin());
+      if (known == deletable_.end()) deletable_.push_back(name);
     }
     return bits;
   }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <chrono>
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,6 +14,10 @@ class Report {
   // Standard output belongs to the program's progress lines from here on; the report goes to where
   // it went before. A case that runs for two minutes, or crashes, is named, and the process ends.
   Report(std::string sweep, bool trace);
+
+  // Cases that the command line asks for, whichever process runs them.
+  void AddWanted(std::size_t cases) { isAnyWanted_ = isAnyWanted_ || cases != 0; }
+  bool IsAnyWanted() const { return isAnyWanted_; }
 
   void Begin(const std::string& name);
   void End(const std::vector<std::string>& findings);
@@ -36,6 +40,7 @@ class Report {
   int failedCases_ = 0;
   bool hasFindings_ = false;
   bool hasRun_ = false;
+  bool isAnyWanted_ = false;
   std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
 };
 

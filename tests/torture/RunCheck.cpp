@@ -2,18 +2,29 @@
 
 #include <algorithm>
 
+#include "tests/support/LogMessages.h"
+#include "tests/torture/SupervisorTraces.h"
+
 namespace larkspan::torture {
 
 namespace {
 
-// A line without the words that a status has.
-std::string WithoutStatusText(const std::string& line) { return line.substr(0, line.find(" (")); }
+bool IsTrace(const std::string& line) { return line.starts_with("#DEBUG#"); }
+
+// A line without the words that a status has, in parentheses or, of a view's index, in quotes.
+std::string Kind(const std::string& line) {
+  return line.substr(0, std::min(line.find(" ("), line.find(" '")));
+}
+
+// At least one: a listing has no supervisor that would count them.
+int CountWorkers(const Lines& log) {
+  return std::max(1, CountMessages(log, "Top of Archive Main Loop"));
+}
 
 bool IsExpected(const std::string& line, const Expectation& expectation) {
-  return std::any_of(expectation.complaints.begin(), expectation.complaints.end(),
-                     [&](std::string_view complaint) {
-                       return line.substr(line.find(" - ") + 3).starts_with(complaint);
-                     });
+  return std::any_of(
+      expectation.complaints.begin(), expectation.complaints.end(),
+      [&](std::string_view complaint) { return MessageOf(line).starts_with(complaint); });
 }
 
 void CheckLeftOpen(const Outcome& run, const Expectation& expectation, Lines& findings) {
@@ -26,31 +37,60 @@ void CheckLeftOpen(const Outcome& run, const Expectation& expectation, Lines& fi
 
 }  // namespace
 
-RunCheck::RunCheck(const Lines& cleanLog) {
-  for (const std::string& line : cleanLog) cleanLines_.insert(WithoutStatusText(line));
+RunCheck::RunCheck(const Lines& cleanLog) : usualWorkers_(CountWorkers(cleanLog)) {
+  for (const std::string& line : cleanLog) {
+    if (!IsSupervisorTrace(line)) ++usual_[Kind(line)];
+    isSupervised_ = isSupervised_ || IsSupervisorTrace(line);
+  }
 }
 
 void RunCheck::Run(const Outcome& run, const Expectation& expectation, Lines& findings) {
   CheckLog(run.log, expectation, findings);
+  CheckSupervisor(run, expectation, findings);
   CheckLeftOpen(run, expectation, findings);
 }
 
 void RunCheck::CheckLog(const Lines& log, const Expectation& expectation, Lines& findings) {
   bool isTold = false;
+  Counts unexplained;
   for (const std::string& line : log) {
     if (!documented_.Contains(line)) findings.push_back("undocumented: " + line);
     const bool isExpected = IsExpected(line, expectation);
     isTold = isTold || isExpected;
-    const bool isTrace = line.starts_with("#DEBUG#");
-    if (!isExpected && !isTrace && !IsUsual(line)) findings.push_back("strange: " + line);
+    // The sum at the end is counted elsewhere.
+    const bool isSum = MessageOf(line).starts_with(message::kCountMismatch);
+    if (!isExpected && !isSum && !IsSupervisorTrace(line)) ++unexplained[Kind(line)];
   }
   if (expectation.tells == Tells::kAlways && !isTold) findings.push_back("no line tells of it");
+  CheckCounts(unexplained, CountWorkers(log), findings);
 }
 
-// Damage that the database brings along, and the sum at the end, which is counted elsewhere.
-bool RunCheck::IsUsual(const std::string& line) const {
-  return cleanLines_.contains(WithoutStatusText(line)) ||
-         line.starts_with("#WARNING# - Document count mismatch: ");
+// The list that was not found was none, unless it could not be opened; one that is there is read.
+void RunCheck::CheckSupervisor(const Outcome& run, const Expectation& expectation,
+                               Lines& findings) const {
+  const bool isSupervised = std::any_of(run.log.begin(), run.log.end(),
+                                        [](const auto& line) { return IsSupervisorTrace(line); });
+  if (isSupervised != isSupervised_ || (isSupervised && !AreOfOneRun(run.log))) {
+    findings.push_back("the traces of the supervisor are not those of a run");
+  }
+  const bool isFound = run.tree.contains("idtable.txt");
+  for (const char* const message : {kListNotFound, kListCutShort}) {
+    const bool isExplained = IsExpected(std::string("#DEBUG# - ") + message, expectation);
+    if (isFound && !isExplained && CountMessages(run.log, message) != 0) {
+      findings.push_back(std::string("the list is there: ") + message);
+    }
+  }
+}
+
+// Each worker leaves its traces; damage that the database brings along is told once, by whichever
+// worker meets it.
+void RunCheck::CheckCounts(const Counts& counts, int workers, Lines& findings) const {
+  for (const auto& [line, count] : counts) {
+    const auto usual = usual_.find(line);
+    int most = usual == usual_.end() ? 0 : usual->second;
+    if (IsTrace(line)) most = (most * workers + usualWorkers_ - 1) / usualWorkers_;
+    if (count > most) findings.push_back("strange, " + std::to_string(count) + " times: " + line);
+  }
 }
 
 }  // namespace larkspan::torture

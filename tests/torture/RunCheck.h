@@ -1,8 +1,8 @@
 // What every run is held to: its log holds documented lines only, those that its fault explains
-// and those that the database brings along, and nothing is left open in the library.
+// and, as often as there, those of a run without a fault, and nothing is left open in the library.
 #pragma once
 
-#include <set>
+#include <map>
 #include <string>
 
 #include "tests/torture/DocumentedMessages.h"
@@ -20,11 +20,16 @@ class RunCheck {
   void Run(const Outcome& run, const Expectation& expectation, Lines& findings);
 
  private:
+  using Counts = std::map<std::string, int>;
+
   void CheckLog(const Lines& log, const Expectation& expectation, Lines& findings);
-  bool IsUsual(const std::string& line) const;
+  void CheckSupervisor(const Outcome& run, const Expectation& expectation, Lines& findings) const;
+  void CheckCounts(const Counts& counts, int workers, Lines& findings) const;
 
   DocumentedMessages documented_;
-  std::set<std::string> cleanLines_;
+  Counts usual_;  // How often each line comes, without the words of a status.
+  bool isSupervised_ = false;
+  const int usualWorkers_;
 };
 
 }  // namespace larkspan::torture

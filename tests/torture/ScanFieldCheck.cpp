@@ -73,8 +73,10 @@ class ScanFieldCheck {
 
   void Run() {
     if (lines_.size() > clean_.size()) return check_.Find("there are too many lines");
-    if (lines_.size() < clean_.size() && !check_.Allows(kEndsEarly)) {
-      check_.Find("there are only " + std::to_string(lines_.size()) + " lines");
+    const std::size_t expected =
+        check_.Allows(kEndsEarly) ? LinesBeforeTheEnd(check_.fault.afterAPart) : clean_.size();
+    if (lines_.size() != expected) {
+      check_.Find("there are " + std::to_string(lines_.size()) + " lines");
     }
     const std::string first = check_.Allows(kAsked) ? check_.listing.asked : clean_.at(0);
     if (lines_.empty() || lines_.front() != first) check_.Find("the first line is not " + first);

@@ -1,5 +1,7 @@
 #include "tests/torture/Subject.h"
 
+#include "tests/support/RunTexts.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -26,6 +28,11 @@ std::vector<Subject> SampleSubjects() {
   return {{.name = "sample", .dataFolder = kSampleData, .database = L"sample.nsf"},
           {.name = "sealed", .dataFolder = kSampleData, .database = L"sealed.nsf"},
           {.name = "damaged-views", .dataFolder = kSampleData, .database = L"damaged-views.nsf"}};
+}
+
+std::string PlanOfTheEarlierWorker(const Subject& subject, const std::string& action) {
+  return R"([{"entry": "DXLExportNote", "note": ")" + testing::NoteIdText(subject.resumeAt) +
+         R"(", "chunks": 1, "action": ")" + action + R"("}])";
 }
 
 std::wstring IdFileOf(const Subject& subject) {

@@ -28,6 +28,13 @@ std::vector<Subject> SampleSubjects();
 // The data folder of the small database.
 inline constexpr wchar_t kOwnData[] = L"" LARKSPAN_TORTURE_DATA_FOLDER;
 
+// The fault plan with which the earlier worker dies, by an action of fault plans, in the middle of
+// the text of the note.
+std::string PlanOfTheEarlierWorker(const Subject& subject, const std::string& action);
+
+// The exit code of an earlier worker that died of an access violation.
+inline constexpr std::uint32_t kCrashExitCode = 0xC0000005;
+
 // The ID file that opens sealed notes, in the data folder, and its password; the small database's
 // is the one below.
 std::wstring IdFileOf(const Subject& subject);

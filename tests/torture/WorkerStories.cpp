@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
+#include "tests/support/LogMessages.h"
 #include "tests/torture/Check.h"
-#include "tests/torture/Numbers.h"
 
 namespace larkspan::torture {
 
@@ -13,9 +13,7 @@ constexpr char kTop[] = "#DEBUG# - Top of Archive Main Loop with nid ";
 constexpr char kDied[] = "#DEBUG# - Child process returned non-zero value (";
 constexpr char kThrown[] = "#DEBUG# - Exiting via catch-all handler";
 constexpr char kMarker[] = "#DEBUG# - ReadMarkerFile returned ";
-constexpr char kReturned[] = "#ERROR# - Child process returned ";
-constexpr char kException[] = "#ERROR# - The export was ended by an exception";
-constexpr char kIncomplete[] = "Major: Incomplete run detected for note id ";
+constexpr char kError[] = "#ERROR# - ";
 
 // The number behind the beginning of the line.
 std::uint32_t NumberBehind(const std::string& line, const std::string& beginning, int base) {
@@ -31,19 +29,20 @@ void CheckOrder(const std::vector<WorkerStory>& stories, const Lines& log, Lines
     if (stories[i].startedAt <= stories[i - 1].startedAt) {
       findings.push_back("a worker goes back to " + name);
     }
-    if (CountMessages(log, kIncomplete + name) != 1) {
+    if (CountMessages(log, message::kIncompleteRun + name) != 1) {
       findings.push_back("the death at " + name + " is not told once");
     }
   }
-  const std::size_t told = static_cast<std::size_t>(CountMessages(log, kIncomplete));
+  const std::size_t told = static_cast<std::size_t>(CountMessages(log, message::kIncompleteRun));
   if (stories.empty() || told != stories.size() - 1) findings.push_back("deaths that were none");
   if (!stories.empty() && stories.back().marker) findings.push_back("the last worker is not it");
 }
 
-Lines LinesThatBegin(const Lines& log, const std::string& beginning) {
+// The ERROR lines with a message that begins so.
+Lines LinesWith(const Lines& log, const std::string& message) {
   Lines lines;
   for (const std::string& line : log) {
-    if (line.starts_with(beginning)) lines.push_back(line);
+    if (line.starts_with(kError + message)) lines.push_back(line);
   }
   return lines;
 }
@@ -55,11 +54,14 @@ void CheckEndOutsideANote(const std::vector<WorkerStory>& stories, const Lines& 
   Lines returned;
   Lines exceptions;
   if (isOutside && stories.back().exitCode != 0) {
-    returned.push_back(kReturned + std::to_string(stories.back().exitCode) +
+    returned.push_back(kError +
+                       (message::kWorkerReturned + std::to_string(stories.back().exitCode)) +
                        " outside a note; the export may be incomplete");
   }
-  if (isOutside && stories.back().wasThrown) exceptions.push_back(kException);
-  if (LinesThatBegin(log, kReturned) != returned || LinesThatBegin(log, kException) != exceptions) {
+  if (isOutside && stories.back().wasThrown)
+    exceptions.push_back(std::string(kError) + message::kExportException);
+  if (LinesWith(log, message::kWorkerReturned) != returned ||
+      LinesWith(log, message::kExportException) != exceptions) {
     findings.push_back("the end outside a note is not told as it was");
   }
 }

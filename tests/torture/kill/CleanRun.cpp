@@ -1,6 +1,5 @@
 #include "tests/torture/kill/CleanRun.h"
 
-#include <sstream>
 #include <string_view>
 
 namespace larkspan::torture {
@@ -31,21 +30,12 @@ std::string ContentOf(const OutputTree& tree, const std::string& name) {
   return found == tree.end() ? std::string() : found->second;
 }
 
-Lines LinesOf(const OutputTree& tree, const std::string& name) {
-  Lines lines;
-  std::istringstream text(ContentOf(tree, name));
-  for (std::string line; std::getline(text, line);) {
-    if (line.ends_with('\r')) line.pop_back();
-    lines.push_back(line);
-  }
-  return lines;
-}
-
-std::set<std::uint32_t> NotesBehind(const Lines& log, const std::string& words) {
-  std::set<std::uint32_t> notes;
+NoteIds NotesBehind(const Lines& log, const std::string& words) {
+  NoteIds notes;
   for (const std::string& line : log) {
     if (!line.starts_with(words)) continue;
-    notes.insert(static_cast<std::uint32_t>(std::stoul(line.substr(words.size(), 8), nullptr, 16)));
+    notes.push_back(
+        static_cast<std::uint32_t>(std::stoul(line.substr(words.size(), 8), nullptr, 16)));
   }
   return notes;
 }

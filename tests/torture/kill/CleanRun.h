@@ -4,16 +4,21 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
-#include "tests/support/OutputTree.h"
+#include "tests/support/RunTexts.h"
 
 namespace larkspan::torture {
 
+using testing::Lines;
+using testing::LinesOf;
+using testing::MessageOf;
+using testing::NoteIdText;
 using testing::OutputTree;
-using Lines = std::vector<std::string>;
+
+// Notes in the order of their lines; one that is named twice comes twice.
+using NoteIds = std::vector<std::uint32_t>;
 
 struct CleanRun {
   OutputTree tree;
@@ -31,10 +36,7 @@ bool IsFinalName(const std::string& name);
 // The content of that file, or nothing when it is missing.
 std::string ContentOf(const OutputTree& tree, const std::string& name);
 
-// The lines of that file, without their ends. A last line without an end counts too.
-Lines LinesOf(const OutputTree& tree, const std::string& name);
-
 // The note IDs behind these words in the lines of the log.
-std::set<std::uint32_t> NotesBehind(const Lines& log, const std::string& words);
+NoteIds NotesBehind(const Lines& log, const std::string& words);
 
 }  // namespace larkspan::torture

@@ -9,7 +9,6 @@
 #include "tests/torture/kill/KillRun.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -17,9 +16,10 @@
 
 #include "tests/support/FileBytes.h"
 #include "tests/system/ExportRun.h"
-#include "tests/torture/kill/ClosingBlock.h"
+#include "tests/torture/kill/ClosingCheck.h"
 #include "tests/torture/kill/FinalFiles.h"
 #include "tests/torture/kill/RunningExport.h"
+#include "tests/torture/kill/Strike.h"
 #include "tests/torture/kill/TreeCheck.h"
 
 namespace larkspan::torture {
@@ -53,7 +53,7 @@ class KillRun {
 
   KillOutcome Go() {
     RunningExport running(export_->Executable(), commandLine_);
-    const bool isKilled = AwaitMoment(running) && Kill(running);
+    const bool isKilled = StrikeAt(moment_, export_->output(), running);
     Find(CheckFinalFiles(clean_, ReadFinalFiles(export_->output())));
     if (isKilled && moment_.victim == Victim::kWorker) KillNextWorker(running);
     if (isKilled && moment_.victim != Victim::kWorker) KillUnbornWorker(running);
@@ -74,36 +74,8 @@ class KillRun {
 
   OutputTree Tree() const { return export_->Tree(); }
 
-  bool AwaitMoment(const RunningExport& running) const {
-    Watch watch(export_->output(), moment_);
-    while (!watch.Look()) {
-      if (!running.IsAnyRunning()) return false;
-      Sleep(1);
-    }
-    Sleep(static_cast<DWORD>(moment_.delay.count()));
-    return true;
-  }
-
-  // Between two workers there is none for a moment.
-  static bool KillAWorker(RunningExport& running) {
-    while (running.IsStartedRunning()) {
-      if (running.KillWorker()) return true;
-      Sleep(1);
-    }
-    return false;
-  }
-
-  bool Kill(RunningExport& running) const {
-    if (moment_.victim == Victim::kWorker) return KillAWorker(running);
-    if (!running.KillStarted()) return false;
-    if (moment_.victim == Victim::kSupervisorAndWorker) running.KillWorker();
-    return true;
-  }
-
   void KillNextWorker(RunningExport& running) {
-    if (!moment_.nextWorkerToo) return;
-    Sleep(static_cast<DWORD>(moment_.nextWorkerToo->count()));
-    nextDied_ = running.KillWorker();
+    nextDied_ = StrikeTheNextWorker(moment_, running);
     if (nextDied_) outcome_.remarks.emplace_back("the next worker died too");
   }
 
@@ -121,7 +93,7 @@ class KillRun {
     if (running.ExitCode() != 0) Find({"the supervisor does not end with 0"});
     const OutputTree tree = Tree();
     NoteIds lost = NotesBehind(LinesOf(tree, "log.txt"), kReadMarker);
-    lost.erase(kNone);
+    std::erase(lost, kNone);
     const std::size_t deaths = (isKilled ? 1U : 0U) + (nextDied_ ? 1U : 0U);
     if (lost.size() > deaths) Find({"more notes were lost than workers were ended"});
     Find(CheckResumed(clean_, tree, lost));
@@ -169,9 +141,8 @@ class KillRun {
 
   void GoOnByHand(std::uint32_t marker) {
     std::filesystem::remove(export_->output() + L"\\marker.txt");
-    wchar_t suffix[16];
-    std::swprintf(suffix, 16, L" -l %08X", static_cast<unsigned int>(marker));
-    RunToEnd(commandLine_ + suffix);
+    const std::string noteId = NoteIdText(marker);
+    RunToEnd(commandLine_ + L" -l " + std::wstring(noteId.begin(), noteId.end()));
   }
 
   void RunAnew(const OutputTree& before) {

@@ -14,6 +14,7 @@
 #include <string>
 #include <thread>
 
+#include "tests/support/WholeNumber.h"
 #include "tests/torture/kill/KillRun.h"
 
 namespace larkspan::torture {
@@ -39,7 +40,10 @@ Options ReadOptions(int argc, char** argv) {
     if (member == members.end() || equals == std::string::npos) {
       throw std::invalid_argument("unknown option " + text);
     }
-    options.*member->second = std::stoull(text.substr(equals + 1));
+    options.*member->second = testing::WholeNumber(text.substr(equals + 1));
+  }
+  if (options.runs == 0 || options.lanes == 0 || options.only > options.runs) {
+    throw std::invalid_argument("no run is asked for");
   }
   return options;
 }

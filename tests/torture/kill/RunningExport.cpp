@@ -14,20 +14,12 @@ using testing::UniqueSystemHandle;
 
 constexpr DWORD kEndLimitMilliseconds = 10000;
 
-UniqueSystemHandle Nowhere() {
-  SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-  return UniqueSystemHandle(CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                        &inheritable, OPEN_EXISTING, 0, nullptr));
-}
-
 // A process that has ended keeps its exit code for whoever has a handle.
 bool KillByHandle(HANDLE process) {
   TerminateProcess(process, kKilled);
-  if (WaitForSingleObject(process, kEndLimitMilliseconds) != WAIT_OBJECT_0) {
-    throw std::runtime_error("a process does not end when it is killed");
-  }
-  DWORD code = 0;
-  return GetExitCodeProcess(process, &code) != 0 && code == kKilled;
+  const std::optional<DWORD> code = testing::AwaitExitCode(process, kEndLimitMilliseconds);
+  if (!code) throw std::runtime_error("a process does not end when it is killed");
+  return *code == kKilled;
 }
 
 bool IsSuspended(DWORD threadId) {
@@ -56,29 +48,10 @@ Life LifeOf(DWORD processId) {
 
 }  // namespace
 
-// Suspended until it belongs to the job, so that its worker does too.
 RunningExport::RunningExport(const std::wstring& executable, const std::wstring& commandLine)
-    : job_(CreateJobObjectW(nullptr, nullptr)) {
-  const UniqueSystemHandle nowhere = Nowhere();
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = nowhere.get();
-  PROCESS_INFORMATION process{};
-  std::wstring writable = commandLine;
-  if (!CreateProcessW(executable.c_str(), writable.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
-                      nullptr, nullptr, &startup, &process)) {
-    throw std::runtime_error("the program does not start");
-  }
-  started_ = UniqueSystemHandle(process.hProcess);
-  startedId_ = process.dwProcessId;
-  const UniqueSystemHandle thread(process.hThread);
-  if (!AssignProcessToJobObject(job_.get(), started_.get())) {
-    TerminateProcess(started_.get(), kKilled);
-    throw std::runtime_error("the program cannot be watched");
-  }
-  ResumeThread(thread.get());
-}
+    : job_(CreateJobObjectW(nullptr, nullptr)),
+      started_(testing::StartProcess(executable, commandLine, testing::OpenNowhere().get(),
+                                     job_.get())) {}
 
 RunningExport::~RunningExport() { TerminateJobObject(job_.get(), kKilled); }
 
@@ -97,15 +70,15 @@ std::vector<DWORD> RunningExport::ProcessIds() const {
 }
 
 bool RunningExport::IsStartedRunning() const {
-  return WaitForSingleObject(started_.get(), 0) != WAIT_OBJECT_0;
+  return !testing::AwaitExitCode(started_.handle.get(), 0);
 }
 
-bool RunningExport::KillStarted() { return KillByHandle(started_.get()); }
+bool RunningExport::KillStarted() { return KillByHandle(started_.handle.get()); }
 
 bool RunningExport::KillWorker(bool hasBegun) {
   for (const DWORD id : ProcessIds()) {
     const Life wanted = hasBegun ? Life::kBegun : Life::kSuspended;
-    if (id == startedId_ || LifeOf(id) != wanted) continue;
+    if (id == started_.id || LifeOf(id) != wanted) continue;
     const UniqueSystemHandle worker(
         OpenProcess(PROCESS_TERMINATE | PROCESS_QUERY_INFORMATION | SYNCHRONIZE, FALSE, id));
     if (worker.get() != nullptr) return KillByHandle(worker.get());
@@ -123,9 +96,7 @@ bool RunningExport::AwaitEndOfAll(std::chrono::milliseconds limit) const {
 }
 
 DWORD RunningExport::ExitCode() const {
-  DWORD code = 0;
-  GetExitCodeProcess(started_.get(), &code);
-  return code;
+  return testing::AwaitExitCode(started_.handle.get(), 0).value_or(STILL_ACTIVE);
 }
 
 }  // namespace larkspan::torture

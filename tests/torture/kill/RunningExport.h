@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/Program.h"
+#include "tests/support/SystemProcess.h"
 
 namespace larkspan::torture {
 
@@ -47,8 +47,7 @@ class RunningExport {
   bool KillWorker(bool hasBegun);
 
   testing::UniqueSystemHandle job_;
-  testing::UniqueSystemHandle started_;
-  DWORD startedId_ = 0;
+  testing::SystemProcess started_;
 };
 
 }  // namespace larkspan::torture

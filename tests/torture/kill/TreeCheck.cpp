@@ -1,29 +1,27 @@
 #include "tests/torture/kill/TreeCheck.h"
 
 #include <algorithm>
-#include <cstdio>
 
-#include "tests/torture/kill/ClosingBlock.h"
+#include "tests/support/LogMessages.h"
 
 namespace larkspan::torture {
 
 namespace {
 
-constexpr char kIncomplete[] = "#WARNING# - Major: Incomplete run detected for note id ";
+const std::string kIncomplete = std::string("#WARNING# - ") + message::kIncompleteRun;
+const std::string kMismatch = std::string("#WARNING# - ") + message::kCountMismatch;
+const std::string kNotExported = std::string("#WARNING# - ") + message::kNoteNotExported;
 constexpr char kOutsideANote[] = "#ERROR# - Child process returned 57005 outside a note; ";
 // A worker that dies while it is made is none that could be started.
 constexpr char kNotCreated[] = "#ERROR# - CreateProcess failed (";
-constexpr char kNotExported[] = "#WARNING# - Major: Error exporting note ";
 
-std::string Name(std::uint32_t note) {
-  char text[9];
-  std::snprintf(text, sizeof text, "%08X", static_cast<unsigned int>(note));
-  return text;
+bool IsAmong(const NoteIds& notes, std::uint32_t note) {
+  return std::find(notes.begin(), notes.end(), note) != notes.end();
 }
 
 std::string Names(const NoteIds& notes) {
   std::string text;
-  for (const std::uint32_t note : notes) text += " " + Name(note);
+  for (const std::uint32_t note : notes) text += " " + NoteIdText(note);
   return text.empty() ? " none" : text;
 }
 
@@ -43,12 +41,12 @@ void CheckNotes(const CleanRun& clean, const OutputTree& tree, const NoteIds& lo
   bool isOver = false;  // A note is missing because the run ended before it.
   for (const auto& [note, files] : clean.notes) {
     const std::size_t present = CountPresent(tree, files);
-    if (lost.contains(note)) continue;
+    if (IsAmong(lost, note)) continue;
     if (present == files.size() && !isOver) continue;
     if (present == 0 && !IsFinished(tree)) {
       isOver = true;
     } else {
-      findings.push_back("note " + Name(note) +
+      findings.push_back("note " + NoteIdText(note) +
                          " is there only in part, or is missing for nothing");
     }
   }
@@ -66,11 +64,12 @@ void CheckUnidIndex(const CleanRun& clean, const OutputTree& tree, const NoteIds
   const NoteIds indexed = NotesBehind(lines, "");
   for (const auto& [note, files] : clean.notes) {
     const bool isThere = CountPresent(tree, files) > 0;
-    if (isThere && !indexed.contains(note)) {
-      findings.push_back("note " + Name(note) + " is not in unidindex.txt");
+    if (isThere && !IsAmong(indexed, note)) {
+      findings.push_back("note " + NoteIdText(note) + " is not in unidindex.txt");
     }
-    if (indexed.contains(note) && !IsWhole(tree, files) && !lost.contains(note)) {
-      findings.push_back("note " + Name(note) + " was begun, and nothing tells that it is lost");
+    if (IsAmong(indexed, note) && !IsWhole(tree, files) && !IsAmong(lost, note)) {
+      findings.push_back("note " + NoteIdText(note) +
+                         " was begun, and nothing tells that it is lost");
     }
   }
 }
@@ -106,7 +105,7 @@ void CheckNoOtherWarnings(const Lines& log, const Lines& expected, Lines& findin
 NoteIds NotesWithFirstFile(const CleanRun& clean, const OutputTree& tree) {
   NoteIds notes;
   for (const auto& [note, files] : clean.notes) {
-    if (Has(tree, files.front())) notes.insert(note);
+    if (Has(tree, files.front())) notes.push_back(note);
   }
   return notes;
 }
@@ -164,16 +163,16 @@ Lines CheckNewRun(const CleanRun& clean, const OutputTree& before, const OutputT
   if (told != there) findings.push_back("the log tells of other notes:" + Names(told));
   for (const auto& [note, files] : clean.notes) {
     // Where the first file is there already, the raw copy is not come to.
-    const bool mayLack = there.contains(note) && !IsWhole(before, files);
-    if (!IsWhole(tree, files) && !mayLack) findings.push_back(Name(note) + " is missing");
+    const bool mayLack = IsAmong(there, note) && !IsWhole(before, files);
+    if (!IsWhole(tree, files) && !mayLack) findings.push_back(NoteIdText(note) + " is missing");
   }
   if (ContentOf(tree, "unidindex.txt") != ContentOf(clean.tree, "unidindex.txt")) {
     findings.emplace_back("unidindex.txt is not that of the clean run");
   }
   if (Has(tree, "marker.txt")) findings.emplace_back("marker.txt is left");
   CheckFinishedFolder(clean, tree, findings);
-  Lines expected = {kNotExported, kMismatch, "#WARNING# - Unable to move DXL file into place"};
-  if (Has(before, "acl.dxl")) expected.emplace_back("#WARNING# - Error exporting ACL (");
+  Lines expected = {kNotExported, kMismatch, std::string("#WARNING# - ") + message::kFileNotMoved};
+  if (Has(before, "acl.dxl")) expected.push_back(std::string("#WARNING# - ") + message::kNoAcl);
   CheckNoOtherWarnings(log, expected, findings);
   return findings;
 }

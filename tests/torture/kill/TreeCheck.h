@@ -3,14 +3,9 @@
 // order.
 #pragma once
 
-#include <cstdint>
-#include <set>
-
 #include "tests/torture/kill/CleanRun.h"
 
 namespace larkspan::torture {
-
-using NoteIds = std::set<std::uint32_t>;
 
 // Every file under a final name is that of the clean run, byte for byte.
 Lines CheckFinalFiles(const CleanRun& clean, const OutputTree& tree);
