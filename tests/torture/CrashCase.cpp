@@ -14,6 +14,7 @@ const std::vector<Death>& Deaths() {
   static const std::vector<Death> deaths = {{"accessViolation", {0xC0000005}},
                                             {"stackOverflow", {0xC00000FD, 3}},
                                             {"exit", {1}},
+                                            {"exit", {0}, 0},
                                             {"abort", {3}},
                                             {"throw", {0, 3}}};
   return deaths;
@@ -43,12 +44,15 @@ void AddCases(CrashCase crash, int count, std::vector<CrashCase>& cases) {
 
 std::string PlanOf(const CrashCase& crash) {
   json fault = {{"entry", crash.entry}, {"call", crash.call}, {"action", crash.death.action}};
+  if (crash.death.exitArgument) fault["code"] = *crash.death.exitArgument;
   if (crash.afterAPart) fault[PartsOf(crash.entry)] = 1;
   return json::array({fault}).dump();
 }
 
 std::string Describe(const CrashCase& crash) {
-  return crash.death.action + " in " + crash.entry + " call " + std::to_string(crash.call) +
+  const auto& argument = crash.death.exitArgument;
+  return crash.death.action + (argument ? " with " + std::to_string(*argument) : std::string()) +
+         " in " + crash.entry + " call " + std::to_string(crash.call) +
          (crash.afterAPart ? " after one of its " + PartsOf(crash.entry) : "");
 }
 

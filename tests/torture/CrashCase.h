@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@ struct Death {
   // on the way through a release, the process as a call of abort does. A thread may have no stack
   // left to report that there is none.
   std::set<std::uint32_t> exitCodes;
+  std::optional<std::uint32_t> exitArgument = std::nullopt;  // Another exit code of "exit" than 1.
 };
 
 struct CrashCase {

@@ -12,6 +12,7 @@ namespace {
 constexpr char kTop[] = "#DEBUG# - Top of Archive Main Loop with nid ";
 constexpr char kDied[] = "#DEBUG# - Child process returned non-zero value (";
 constexpr char kThrown[] = "#DEBUG# - Exiting via catch-all handler";
+constexpr char kClosed[] = "#DEBUG# - Exiting via SEH finally";
 constexpr char kMarker[] = "#DEBUG# - ReadMarkerFile returned ";
 constexpr char kError[] = "#ERROR# - ";
 
@@ -53,7 +54,7 @@ void CheckEndOutsideANote(const std::vector<WorkerStory>& stories, const Lines& 
   const bool isOutside = !stories.empty() && stories.back().died() && !stories.back().marker;
   Lines returned;
   Lines exceptions;
-  if (isOutside && stories.back().exitCode != 0) {
+  if (isOutside && stories.back().wasCutOff()) {
     returned.push_back(kError +
                        (message::kWorkerReturned + std::to_string(stories.back().exitCode)) +
                        " outside a note; the export may be incomplete");
@@ -77,6 +78,8 @@ std::vector<WorkerStory> ReadStories(const Lines& log, Lines& findings) {
       stories.back().exitCode = NumberBehind(line, kDied, 10);
     } else if (!stories.empty() && line.starts_with(kThrown)) {
       stories.back().wasThrown = true;
+    } else if (!stories.empty() && line == kClosed) {
+      stories.back().hasClosed = true;
     } else if (!stories.empty() && line.starts_with(kMarker)) {
       stories.back().marker = NumberBehind(line, kMarker, 16);
     }

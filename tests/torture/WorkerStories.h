@@ -14,9 +14,12 @@ struct WorkerStory {
   std::uint32_t startedAt = 0;
   std::uint32_t exitCode = 0;
   bool wasThrown = false;                 // An exception ended it.
+  bool hasClosed = false;                 // It ended the runtime, or nothing was left to end.
   std::optional<std::uint32_t> marker{};  // The note at which it was.
 
-  bool died() const { return exitCode != 0 || wasThrown; }
+  // It ended before its own end.
+  bool wasCutOff() const { return exitCode != 0 || !hasClosed; }
+  bool died() const { return wasCutOff() || wasThrown; }
 };
 
 // Reads the DEBUG lines. What does not fit together is a finding: a worker begins where the last
