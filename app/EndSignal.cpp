@@ -18,12 +18,23 @@ HANDLE CreateInheritableEvent() {
   return CreateEventW(&inheritable, TRUE, FALSE, nullptr);
 }
 
+bool PutIntoEnvironment(HANDLE event) {
+  const auto number = reinterpret_cast<std::uintptr_t>(event);
+  return SetEnvironmentVariableW(kVariable, std::to_wstring(number).c_str()) != 0;
+}
+
+HANDLE EventOfEnvironment() {
+  std::array<wchar_t, 24> number{};  // The digits of 64 bits and a NUL.
+  if (GetEnvironmentVariableW(kVariable, number.data(), number.size()) == 0) return nullptr;
+  return reinterpret_cast<HANDLE>(std::wcstoull(number.data(), nullptr, 10));
+}
+
 }  // namespace
 
 EndSignal::EndSignal() : event_(CreateInheritableEvent()) {
-  if (event_ == nullptr) return;
-  const auto number = reinterpret_cast<std::uintptr_t>(event_);
-  SetEnvironmentVariableW(kVariable, std::to_wstring(number).c_str());
+  if (event_ == nullptr || PutIntoEnvironment(event_)) return;
+  CloseHandle(event_);
+  event_ = nullptr;
 }
 
 EndSignal::~EndSignal() {
@@ -36,10 +47,13 @@ bool EndSignal::IsGiven() const {
   return event_ != nullptr && WaitForSingleObject(event_, 0) == WAIT_OBJECT_0;
 }
 
-void GiveEndSignal() {
-  std::array<wchar_t, 24> number{};  // The digits of 64 bits and a NUL.
-  if (GetEnvironmentVariableW(kVariable, number.data(), number.size()) == 0) return;
-  SetEvent(reinterpret_cast<HANDLE>(std::wcstoull(number.data(), nullptr, 10)));
+EndSignalGiver::EndSignalGiver() : event_(EventOfEnvironment()) {
+  SetEnvironmentVariableW(kVariable, nullptr);
+  if (event_ != nullptr && !SetHandleInformation(event_, HANDLE_FLAG_INHERIT, 0)) event_ = nullptr;
+}
+
+void EndSignalGiver::Give() const {
+  if (event_ != nullptr) SetEvent(event_);
 }
 
 }  // namespace larkspan

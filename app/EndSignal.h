@@ -14,7 +14,8 @@ class EndSignal {
   EndSignal(const EndSignal&) = delete;
   EndSignal& operator=(const EndSignal&) = delete;
 
-  // False when the system gave no event; nothing can be known of the worker's end then.
+  // False when the system gave no event or took no variable; nothing can be known of the worker's
+  // end then.
   bool IsAvailable() const { return event_ != nullptr; }
 
   bool IsGiven() const;
@@ -23,8 +24,18 @@ class EndSignal {
   void* event_;
 };
 
-// The worker's side, the last that a worker does. Without a supervisor that waits for it, nothing
-// happens.
-void GiveEndSignal();
+// The worker's side, made before anything else runs in the worker: the variable is taken out of the
+// environment and the event is inherited no further, so that nothing that the library starts can
+// give the signal. The event stays open until the process ends.
+class EndSignalGiver {
+ public:
+  EndSignalGiver();
+
+  // The last that a worker does. Without a supervisor that waits for it, nothing happens.
+  void Give() const;
+
+ private:
+  void* event_;
+};
 
 }  // namespace larkspan

@@ -41,7 +41,9 @@ void CloseWorker() {
 }
 
 void Work() {
+  const EndSignalGiver end;
   RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); }, CloseWorker);
+  end.Give();
 }
 
 int PlayRole(Role role) {
@@ -53,7 +55,6 @@ int PlayRole(Role role) {
       return SuperviseWorkers();
     case Role::kWorker:
       Work();
-      GiveEndSignal();
       return kRoleRan;
     case Role::kScan:
       RunScanMode();

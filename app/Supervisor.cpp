@@ -54,9 +54,12 @@ void LogEnding(const WorkerEnding& ending) {
 // A worker that dies before its first note, or between two, leaves nothing to resume at. Its end
 // must not look like that of a complete export.
 void LogEndOutsideANote(const WorkerEnding& ending) {
-  if (ending.kind == WorkerEnding::Kind::kExited && !ending.atItsOwnEnd) {
+  if (ending.atItsOwnEnd) return;
+  if (ending.kind == WorkerEnding::Kind::kExited) {
     LogError(L"Child process returned %u outside a note; the export may be incomplete",
              ending.code);
+  } else if (ending.kind == WorkerEnding::Kind::kExitCodeUnknown) {
+    LogError(L"Child process ended outside a note; the export may be incomplete");
   }
 }
 

@@ -24,8 +24,8 @@ WorkerEnding WaitForEnd(const PROCESS_INFORMATION& process, const EndSignal& sig
   const bool known = GetExitCodeProcess(process.hProcess, &exitCode) != 0;
   CloseHandle(process.hProcess);
   CloseHandle(process.hThread);
-  if (!known) return {WorkerEnding::Kind::kExitCodeUnknown};
-  const bool atItsOwnEnd = signal.IsAvailable() ? signal.IsGiven() : exitCode == 0;
+  const bool atItsOwnEnd = signal.IsAvailable() ? signal.IsGiven() : known && exitCode == 0;
+  if (!known) return {WorkerEnding::Kind::kExitCodeUnknown, 0, atItsOwnEnd};
   return {WorkerEnding::Kind::kExited, exitCode, atItsOwnEnd};
 }
 

@@ -14,8 +14,8 @@ struct WorkerEnding {
   Kind kind = Kind::kExitCodeUnknown;
   std::uint32_t code = 0;  // The system error of kNotCreated, the exit code of kExited.
 
-  // Of kExited: the worker said that it was done before its process ended, or, where the system
-  // gave nothing to say it with, the exit code is that of a success.
+  // The worker said that it was done before its process ended, or, where the system gave nothing to
+  // say it with, the exit code is that of a success.
   bool atItsOwnEnd = false;
 };
 

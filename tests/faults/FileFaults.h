@@ -1,6 +1,6 @@
 // Files that fail as planned. Programs that are linked with FaultyFileSystem.cpp take every call of
 // the product's door to files through the plan in force here: larkspan_faulty.exe, the real program
-// but for this, and the unit tests. A plan's text is described in FileFaultPlan.h.
+// but for this, the unit tests and the torture. A plan's text is described in FileFaultPlan.h.
 #pragma once
 
 #include <optional>

@@ -1,7 +1,7 @@
 // A worker that dies at a note costs that note, which is named once, and nothing else: the next one
 // goes on behind it. One that dies between two notes, or before the first, leaves no marker file,
-// and the run ends there; that is told by its exit code in the log and, in an archive, by counts
-// that do not agree. Where the subject has an earlier worker, that one dies first.
+// and the run ends there; that is told by a line of its own and, in an archive, by counts that do
+// not agree. Where the subject has an earlier worker, that one dies first.
 #include "tests/torture/CrashSweep.h"
 
 #include "tests/support/LogMessages.h"

@@ -1,4 +1,4 @@
-// The torture of exports. Usage:
+// The torture of exports and listings. Usage:
 //
 //   larkspan_torture faults|crashes|files [--samples] [--sample=N] [--seed=N]
 //                    [--shard=I/N] [--subject=NAME] [--only=TEXT] [--trace]

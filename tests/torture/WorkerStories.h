@@ -14,7 +14,7 @@ struct WorkerStory {
   std::uint32_t startedAt = 0;
   std::uint32_t exitCode = 0;
   bool wasThrown = false;                 // An exception ended it.
-  bool hasClosed = false;                 // It ended the runtime, or nothing was left to end.
+  bool hasClosed = false;                 // It came to its closing.
   std::optional<std::uint32_t> marker{};  // The note at which it was.
 
   // It ended before its own end.

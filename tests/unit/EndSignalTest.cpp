@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdlib>
-#include <string>
+#include <cwchar>
 
 #include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/ScopedEnvironmentVariable.h"
@@ -19,23 +18,36 @@ bool HasVariable() {
   return GetEnvironmentVariableW(kVariable, &first, 1) != 0;
 }
 
+HANDLE EventOfVariable() {
+  wchar_t number[24] = {};
+  GetEnvironmentVariableW(kVariable, number, 24);
+  return reinterpret_cast<HANDLE>(std::wcstoull(number, nullptr, 10));
+}
+
+bool IsInheritable(HANDLE handle) {
+  DWORD flags = 0;
+  EXPECT_TRUE(GetHandleInformation(handle, &flags));
+  return (flags & HANDLE_FLAG_INHERIT) != 0;
+}
+
 TEST(EndSignalTest, IsGivenOnlyByTheWorker) {
   const EndSignal signal;
   EXPECT_TRUE(signal.IsAvailable());
+  const EndSignalGiver giver;
   EXPECT_FALSE(signal.IsGiven());
-  GiveEndSignal();
+  giver.Give();
   EXPECT_TRUE(signal.IsGiven());
 }
 
 TEST(EndSignalTest, OfAnEarlierWorkerIsNotThatOfTheNext) {
   {
     const EndSignal earlier;
-    GiveEndSignal();
+    EndSignalGiver().Give();
   }
   EXPECT_FALSE(EndSignal().IsGiven());
 }
 
-TEST(EndSignalTest, LeavesTheEnvironmentAsItWas) {
+TEST(EndSignalTest, VariableStandsForAsLongAsItLives) {
   {
     const EndSignal signal;
     EXPECT_TRUE(HasVariable());
@@ -43,25 +55,23 @@ TEST(EndSignalTest, LeavesTheEnvironmentAsItWas) {
   EXPECT_FALSE(HasVariable());
 }
 
-TEST(EndSignalTest, HandleIsInheritable) {
+TEST(EndSignalTest, IsInheritedByTheWorkerAndNoFurther) {
   const EndSignal signal;
-  wchar_t number[24] = {};
-  ASSERT_NE(GetEnvironmentVariableW(kVariable, number, 24), 0u);
-  DWORD flags = 0;
-  const auto handle = reinterpret_cast<HANDLE>(std::wcstoull(number, nullptr, 10));
-  ASSERT_TRUE(GetHandleInformation(handle, &flags));
-  EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, DWORD{HANDLE_FLAG_INHERIT});
+  const HANDLE event = EventOfVariable();
+  EXPECT_TRUE(IsInheritable(event));
+  const EndSignalGiver giver;
+  EXPECT_FALSE(IsInheritable(event));
+  EXPECT_FALSE(HasVariable());
 }
 
 TEST(EndSignalTest, HandleIsClosed) {
-  wchar_t number[24] = {};
+  HANDLE event = nullptr;
   {
     const EndSignal signal;
-    ASSERT_NE(GetEnvironmentVariableW(kVariable, number, 24), 0u);
+    event = EventOfVariable();
   }
   DWORD flags = 0;
-  const auto handle = reinterpret_cast<HANDLE>(std::wcstoull(number, nullptr, 10));
-  EXPECT_FALSE(GetHandleInformation(handle, &flags));
+  EXPECT_FALSE(GetHandleInformation(event, &flags));
 }
 
 HANDLE WINAPI CreateNoEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const wchar_t*) { return nullptr; }
@@ -74,6 +84,13 @@ TEST(EndSignalTest, WithoutAnEventIsNotAvailable) {
   EXPECT_FALSE(HasVariable());
 }
 
+BOOL WINAPI SetNoVariable(const wchar_t*, const wchar_t*) { return FALSE; }
+
+TEST(EndSignalTest, WithoutAVariableIsNotAvailable) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "SetEnvironmentVariableW", SetNoVariable);
+  EXPECT_FALSE(EndSignal().IsAvailable());
+}
+
 BOOL WINAPI SetNoEvent(HANDLE) {
   ADD_FAILURE() << "an event is set";
   return FALSE;
@@ -81,12 +98,13 @@ BOOL WINAPI SetNoEvent(HANDLE) {
 
 TEST(EndSignalTest, WithoutASupervisorNothingIsSet) {
   const ReplacedEntryPoint replaced("KERNEL32.dll", "SetEvent", SetNoEvent);
-  GiveEndSignal();
+  EndSignalGiver().Give();
 }
 
-TEST(EndSignalTest, NumberThatIsNoHandleIsHarmless) {
-  const ScopedEnvironmentVariable variable(kVariable, L"not a number");
-  GiveEndSignal();
+TEST(EndSignalTest, NumberThatIsNoHandleIsNotSet) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "SetEvent", SetNoEvent);
+  const ScopedEnvironmentVariable variable(kVariable, L"123456789");
+  EndSignalGiver().Give();
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ TEST_F(SupervisorReportTest, NonZeroExitCodeIsTracedAsUnsignedNumber) {
 }
 
 TEST_F(SupervisorReportTest, UnknownExitCodeIsNotTraced) {
-  Run({{{WorkerEnding::Kind::kExitCodeUnknown, 0}, std::nullopt}});
+  Run({{{WorkerEnding::Kind::kExitCodeUnknown, 0, true}, std::nullopt}});
   EXPECT_EQ(LogLines(), LogOfOneWorkerWith({}));
 }
 

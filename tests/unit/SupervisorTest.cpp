@@ -62,6 +62,12 @@ TEST_F(SupervisorTest, WorkerThatEndsEarlyWithTheCodeOfASuccessIsAnErrorLine) {
                   "incomplete"});
 }
 
+TEST_F(SupervisorTest, WorkerThatEndsEarlyWithAnUnknownCodeIsAnErrorLine) {
+  Run({{{WorkerEnding::Kind::kExitCodeUnknown, 0}, std::nullopt}});
+  EXPECT_EQ(Complaints(),
+            Lines{"#ERROR# - Child process ended outside a note; the export may be incomplete"});
+}
+
 TEST_F(SupervisorTest, WorkerThatFailsAfterItsOwnEndIsNoErrorLine) {
   Run({{{WorkerEnding::Kind::kExited, 0xC0000005, true}, std::nullopt}});
   EXPECT_EQ(Complaints(), Lines());

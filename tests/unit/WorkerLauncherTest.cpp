@@ -56,7 +56,15 @@ BOOL WINAPI TellNoExitCode(HANDLE, DWORD*) { return FALSE; }
 
 TEST_F(WorkerLauncherTest, ExitCodeThatTheSystemDoesNotTellIsUnknown) {
   const ReplacedEntryPoint replaced("KERNEL32.dll", "GetExitCodeProcess", TellNoExitCode);
-  EXPECT_EQ(RunCommand(L"exit 5").kind, WorkerEnding::Kind::kExitCodeUnknown);
+  const WorkerEnding ending = RunCommand(L"exit 0");
+  EXPECT_EQ(ending.kind, WorkerEnding::Kind::kExitCodeUnknown);
+  EXPECT_FALSE(ending.atItsOwnEnd);
+}
+
+TEST_F(WorkerLauncherTest, WithoutAnEventAnUnknownExitCodeIsNoEndOfItsOwn) {
+  const ReplacedEntryPoint event("KERNEL32.dll", "CreateEventW", CreateNoEvent);
+  const ReplacedEntryPoint code("KERNEL32.dll", "GetExitCodeProcess", TellNoExitCode);
+  EXPECT_FALSE(RunCommand(L"exit 0").atItsOwnEnd);
 }
 
 TEST_F(WorkerLauncherTest, ProgramThatIsNotThereIsNotCreated) {
