@@ -43,8 +43,9 @@ class FolderCheck {
     return found == tree_.end() ? nullptr : &found->second;
   }
 
-  // Notes' files are looked at one by one elsewhere, whatever folder they are in.
+  // Notes' files are looked at one by one elsewhere, whichever of their folders they are in.
   bool IsNoteFile(const std::string& name) const {
+    if (name.starts_with("views/")) return false;
     const std::string bare = name.substr(name.find('/') + 1);
     return std::any_of(check_.reference.notes.begin(), check_.reference.notes.end(),
                        [&](const auto& note) { return bare == NoteIdText(note.id) + ".dxl"; });

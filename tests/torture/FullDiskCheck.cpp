@@ -45,6 +45,11 @@ class FullDiskCheck {
       if (found_[name] < count) findings_.push_back(name + " is missing");
     }
     for (const std::string& name : kOfLines) CheckLines(name);
+    // What an earlier worker left stays where no export comes to delete it.
+    for (const std::string& name : kPassing) {
+      if (tree_.contains(name) && !disk_.earlier.contains(name))
+        findings_.push_back(name + " is left");
+    }
   }
 
  private:

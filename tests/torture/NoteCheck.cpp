@@ -44,6 +44,7 @@ class NoteCheck {
     if (minors_ > 1) Find("has more than one \"Minor:\" line");
     if (file == nullptr) {
       if (majors_ == 0 && !check_.endedEarly) Find("has neither a file nor a line");
+      if (check_.run.tree.contains("design2/" + name_)) Find("has a raw copy without its file");
       return majors_ != 0;
     }
     CheckFile(*file);

@@ -96,6 +96,10 @@ class KillRun {
     std::erase(lost, kNone);
     const std::size_t deaths = (isKilled ? 1U : 0U) + (nextDied_ ? 1U : 0U);
     if (lost.size() > deaths) Find({"more notes were lost than workers were ended"});
+    if (lost.size() + CountEndsOutsideANote(tree) > deaths) {
+      Find({"more ends are told than workers were ended"});
+    }
+    if (lost.size() == deaths && !IsFinished(tree)) Find({"the run does not go on"});
     Find(CheckResumed(clean_, tree, lost));
     Find(CheckLog(tree, lost));
     Find(CheckClosing(tree));
@@ -183,7 +187,7 @@ CleanRun RunClean() {
   clean.tree = undisturbed->Tree();
   FindNotes(clean);
   if (!IsFinished(clean.tree) || !CheckClosing(clean.tree).empty() ||
-      !CheckLog(clean.tree, {}).empty()) {
+      !CheckLog(clean.tree, {}).empty() || CountEndsOutsideANote(clean.tree) != 0) {
     throw std::runtime_error("the clean run is not clean");
   }
   return clean;

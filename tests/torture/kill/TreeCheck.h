@@ -18,6 +18,9 @@ bool IsFinished(const OutputTree& tree);
 // finished, and then from one note on all.
 Lines CheckResumed(const CleanRun& clean, const OutputTree& tree, const NoteIds& lost);
 
+// How often the log tells that a worker ended outside a note, or could not be made.
+std::size_t CountEndsOutsideANote(const OutputTree& tree);
+
 // The log of a run that its supervisor ended, or of a worker alone: it tells of those notes, and,
 // when the run is not finished, that a worker ended outside a note or could not be made. But for
 // that, and for numbers of the report that do not agree, it has no warning and no error.
