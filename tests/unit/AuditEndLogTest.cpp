@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <filesystem>
 #include <string>
 
 #include "report/AuditReport.h"
+#include "report/RunLog.h"
 #include "tests/support/AuditEndTest.h"
 
 namespace larkspan {
@@ -98,6 +100,19 @@ TEST_F(AuditEndLogTest, FailedDocumentsMakeUpForMissingFiles) {
   SetLog("#WARNING# - Major: a\r\n");
   WriteAuditEnd(std::time(nullptr));
   EXPECT_EQ(LogLines(), Lines{"#WARNING# - Major: a"});
+}
+
+TEST_F(AuditEndLogTest, LogThatDisappearsMidwayIsBegunAnewAndTheNumbersDoNotAgree) {
+  LeaveOutDebugLines();
+  MakeFiles(L"data", 1);
+  SetIdTable("00000001\r\n00000002\r\n00000003\r\n");
+  LogWarning(L"Major: a");
+  std::filesystem::remove(PathOf(L"log.txt"));
+  LogWarning(L"Major: b");
+  WriteAuditEnd(std::time(nullptr));
+  EXPECT_EQ(LogLines(),
+            (Lines{"#WARNING# - Major: b",
+                   "#WARNING# - Document count mismatch: expected 3 but only found 2"}));
 }
 
 TEST_F(AuditEndLogTest, WarningsAreNoProcessedDocuments) {
