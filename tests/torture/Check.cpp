@@ -15,17 +15,6 @@ bool HasErrorLine(const Lines& log) {
                      [](const std::string& line) { return line.starts_with("#ERROR#"); });
 }
 
-std::map<std::uint32_t, Variant> IdentifyFiles(const Reference& reference, const Outcome& clean) {
-  std::map<std::uint32_t, Variant> files;
-  for (const ReferenceNote& note : reference.notes) {
-    const auto file = clean.tree.find(note.folder + NoteIdText(note.id) + ".dxl");
-    if (file == clean.tree.end()) continue;
-    const auto variant = note.texts.find(file->second);
-    if (variant != note.texts.end()) files[note.id] = variant->second;
-  }
-  return files;
-}
-
 void CheckExport(const Check& check) {
   CheckNotes(check);
   CheckFolder(check);

@@ -15,7 +15,6 @@ struct Check {
   const Subject& subject;
   const Reference& reference;
   const Outcome& clean;
-  const std::map<std::uint32_t, Variant>& cleanFiles;  // How the files of the clean run came about.
   const Outcome& run;
   unsigned silently = 0;     // Consequences that need no line, from Expectation.h.
   std::uint16_t status = 0;  // What calls failed with, if they did.
@@ -35,8 +34,6 @@ struct Check {
 bool IsAbout(const std::string& line, const char* kind, std::uint32_t noteId);
 
 bool HasErrorLine(const Lines& log);
-
-std::map<std::uint32_t, Variant> IdentifyFiles(const Reference& reference, const Outcome& clean);
 
 // Whether there is a file of the note, a raw copy left aside.
 bool HasFileOf(const ReferenceNote& note, const Outcome& run);

@@ -38,7 +38,6 @@ class CrashSweep {
         stage_(subject),
         clean_(ExportAndRecord()),
         reference_(MakeReference(stage_)),
-        cleanFiles_(IdentifyFiles(reference_, clean_)),
         cleanRun_(RunProgram(subject, kNobodyDies)),
         runCheck_(cleanRun_.outcome.log) {}
 
@@ -100,7 +99,6 @@ class CrashSweep {
     CheckExport({.subject = subject_,
                  .reference = reference_,
                  .clean = clean_,
-                 .cleanFiles = cleanFiles_,
                  .run = run.outcome,
                  .endedEarly = endedEarly,
                  .mayLeaveHalf = endedEarly,
@@ -153,7 +151,6 @@ class CrashSweep {
   CallsByEntry callsWithText_;  // Of the run in which nobody dies.
   const Outcome clean_;
   const Reference reference_;
-  const std::map<std::uint32_t, Variant> cleanFiles_;
   const ProcessRun cleanRun_;
   RunCheck runCheck_;
   int deaths_ = 0;

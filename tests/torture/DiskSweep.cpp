@@ -29,8 +29,7 @@ class DiskSweep {
         report_(report),
         clean_(RecordOperations([this] { return Export(); }, operations_)),
         runCheck_(clean_.log),
-        reference_(MakeReference(stage_)),
-        cleanFiles_(IdentifyFiles(reference_, clean_)) {}
+        reference_(MakeReference(stage_)) {}
 
   void Run(const Options& options) {
     ForEachDiskCase(stage_.subject().name, operations_, options, report_,
@@ -80,7 +79,6 @@ class DiskSweep {
     Check check{.subject = stage_.subject(),
                 .reference = reference_,
                 .clean = clean_,
-                .cleanFiles = cleanFiles_,
                 .run = run,
                 .findings = findings};
     check.silently = expectation.silently;
@@ -136,7 +134,6 @@ class DiskSweep {
   const Outcome clean_;
   RunCheck runCheck_;
   const Reference reference_;
-  const std::map<std::uint32_t, Variant> cleanFiles_;
 };
 
 }  // namespace

@@ -20,8 +20,7 @@ class FaultSweep {
         report_(report),
         clean_(stage_.Export("[]")),
         runCheck_(clean_.log),
-        reference_(MakeReference(stage_)),
-        cleanFiles_(IdentifyFiles(reference_, clean_)) {}
+        reference_(MakeReference(stage_)) {}
 
   void Run(const Options& options) {
     CheckCleanRun();
@@ -63,7 +62,6 @@ class FaultSweep {
     return {.subject = stage_.subject(),
             .reference = reference,
             .clean = clean_,
-            .cleanFiles = cleanFiles_,
             .run = run,
             .findings = findings};
   }
@@ -97,7 +95,6 @@ class FaultSweep {
   RunCheck runCheck_;
   const Reference reference_;
   Reference refusedReference_;
-  const std::map<std::uint32_t, Variant> cleanFiles_;
 };
 
 }  // namespace

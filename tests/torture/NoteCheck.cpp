@@ -84,36 +84,26 @@ class NoteCheck {
     return found;
   }
 
-  // In a note that is still sealed nobody sees pictures.
+  // In a note that is still sealed nobody sees pictures. The last resort comes after two exports
+  // that fail.
   bool MayBe(const Variant& file) const {
     const int right = note_.hasPictures && file.isReadable ? kNoConvert : kNormal;
     if (file.exporter == right) return true;
-    if (file.exporter == kNoImagesNoConvert) return IsDamaged();
-    return file.exporter != kNoImages && check_.Allows(kOtherExporter);
-  }
-
-  // Damage that the database brings along shows in the run without a fault.
-  bool IsDamaged() const {
-    if (IsDamage(check_.status)) return true;
-    const Variant* const clean = CleanFile();
-    return clean != nullptr && clean->exporter >= kNoImages;
-  }
-
-  const Variant* CleanFile() const {
-    const auto file = check_.cleanFiles.find(note_.id);
-    return file == check_.cleanFiles.end() ? nullptr : &file->second;
+    const bool isDamaged = IsDamage(check_.status);
+    if (file.exporter == kNoImages) return isDamaged || note_.damage.exports >= 1;
+    if (file.exporter == kNoImagesNoConvert) return isDamaged || note_.damage.exports >= 2;
+    return check_.Allows(kOtherExporter);
   }
 
   bool MayBeRepaired() const {
-    const Variant* const clean = CleanFile();
-    return check_.status == kFormNeedsRepair || (clean != nullptr && clean->deleted != 0);
+    return check_.status == kFormNeedsRepair || note_.damage.needsRepair;
   }
 
   void CheckFile(const Variant& file) const {
     if (&file == &kNoText) return;
     if (file.exporter == kNoImages ? minors_ != 1 : minors_ != 0) {
       Find("and its \"Minor:\" lines do not agree");
-    } else if (file.exporter != kNoImages && !MayBe(file)) {
+    } else if (!MayBe(file)) {
       Find("was written by exporter " + std::to_string(file.exporter));
     }
     if (!file.isReadable && !check_.Allows(kStaysSealed)) Find("is still sealed");

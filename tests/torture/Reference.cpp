@@ -87,10 +87,13 @@ class NoteReader {
 Reference MakeReference(const ExportStage& stage, RefusedSettings refused) {
   const bool archive = stage.subject().archive;
   ReferenceLibrary library(stage, refused);
+  const std::map<std::uint32_t, NoteDamage> damages = DamageIn(stage.subject());
   Reference reference;
   reference.acl = library.AclText();
   for (const NOTEID noteId : library.Search(archive ? kEveryClass : kAllButDocuments)) {
     reference.notes.push_back(NoteReader(library, noteId).Read(archive));
+    const auto damage = damages.find(noteId);
+    if (damage != damages.end()) reference.notes.back().damage = damage->second;
   }
   return reference;
 }

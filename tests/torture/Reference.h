@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/torture/DatabaseDamage.h"
 #include "tests/torture/ExportStage.h"
 
 namespace larkspan::torture {
@@ -35,6 +36,7 @@ struct ReferenceNote {
   unsigned fieldItems = 0;  // The deletable items that a repaired form has lost.
   unsigned rawItems = 0;    // Those that a raw copy has lost.
   std::map<std::string, Variant> texts;
+  NoteDamage damage;
 };
 
 struct Reference {
