@@ -24,7 +24,7 @@ class EndSignal {
   void* event_;
 };
 
-// The worker's side, made before anything else runs in the worker: the variable is taken out of the
+// The worker's side, made before the library runs in the worker: the variable is taken out of the
 // environment and the event is inherited no further, so that nothing that the library starts can
 // give the signal. The event stays open until the process ends.
 class EndSignalGiver {

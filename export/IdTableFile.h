@@ -8,8 +8,8 @@
 namespace larkspan {
 
 // Writes the table's note IDs, replacing any old file. Fails also when the library ends the scan of
-// the table before its end. On failure no file is left behind, save an old one
-// that cannot be opened.
+// the table before its end. On failure no file is left behind, save an old one that cannot be
+// opened.
 bool WriteIdTableFile(const IdTable& table);
 
 // Inserts the file's note IDs into the table. False when the file cannot be opened, when the
