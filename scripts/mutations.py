@@ -1,4 +1,4 @@
-"""The small changes that can be made to the product's code, one or two lines each."""
+"""The small changes that can be made to the product's code, a line or a statement or two each."""
 
 import dataclasses
 import pathlib
@@ -13,13 +13,13 @@ OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
              "&&": "||", "||": "&&", "+": "-", "-": "+"}
 OPERATOR = re.compile(r"(?<= )(==|!=|<=|>=|<|>|&&|\|\||\+|-)(?= )")
 NUMBER = re.compile(r"(?<![\w.])(0x[0-9A-Fa-f]+|\d+)(?![\w.])")
-CALL = re.compile(r"^( +)(?!(?:return|throw|delete|static_assert)\b)"
+CALL = re.compile(r"^( +)(?!(?:return|throw|delete|static_assert|if|for|while|switch)\b)"
                   r"[A-Za-z_][\w:]*(?:(?:\.|->)\w+)*\(.*\);$")
 
 
 @dataclasses.dataclass
 class Change:
-    """New text in place of one or two lines, counted from 0."""
+    """New lines in place of old ones, the first of which is that with the number, from 0."""
 
     path: pathlib.Path
     line: int
@@ -80,18 +80,34 @@ def begins_statement(lines, number):
     return not before or before[-1] in ";{}:"
 
 
+def balance(line):
+    code = without_texts(line)
+    return code.count("(") - code.count(")")
+
+
+def call_at(lines, number):
+    """The lines of the call that begins there, and how far it is indented; without a call none."""
+    end = number
+    open_parentheses = 0
+    while end < len(lines):
+        open_parentheses += balance(lines[end])
+        end += 1
+        if open_parentheses <= 0:
+            break
+    statement = lines[number:end]
+    call = CALL.match(" ".join(statement))
+    return (statement, call.group(1)) if call and open_parentheses == 0 else ([], "")
+
+
 def changed_calls(path, lines, number):
     """A call left out, or done after the next one."""
-    line = lines[number]
-    call = CALL.match(line)
-    is_whole = line.count("(") == line.count(")") and begins_statement(lines, number)
-    if not call or not is_whole:
+    call, indentation = call_at(lines, number)
+    if not call or not begins_statement(lines, number):
         return
-    yield Change(path, number, [line], [])
-    following = lines[number + 1] if number + 1 < len(lines) else ""
-    next_call = CALL.match(following)
-    if next_call and next_call.group(1) == call.group(1):
-        yield Change(path, number, [line, following], [following, line])
+    yield Change(path, number, call, [])
+    next_call, next_indentation = call_at(lines, number + len(call))
+    if next_call and next_indentation == indentation:
+        yield Change(path, number, call + next_call, next_call + call)
 
 
 def changes_of(path, lines):
