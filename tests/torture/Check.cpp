@@ -19,6 +19,7 @@ void CheckExport(const Check& check) {
   CheckNotes(check);
   CheckFolder(check);
   CheckAudit(check);
+  check.excuses.AddOverused(check.findings);
 }
 
 }  // namespace larkspan::torture

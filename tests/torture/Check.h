@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "tests/torture/Excuses.h"
 #include "tests/torture/ExportStage.h"
 #include "tests/torture/Reference.h"
 
@@ -16,17 +17,20 @@ struct Check {
   const Reference& reference;
   const Outcome& clean;
   const Outcome& run;
-  unsigned silently = 0;     // Consequences that need no line, from Expectation.h.
+  Excuses& excuses;
   std::uint16_t status = 0;  // What calls failed with, if they did.
   bool endedEarly = false;   // A line, or the death of a worker between two notes, says so.
   std::string mayStay{};     // A file that was to be deleted.
   bool mayLackIndexLines = false;
   bool isListUnread = false;  // Nobody could open or read it to count the documents.
+  bool isLogUnread = false;   // Likewise, to count the failures.
   bool mayLeaveHalf = false;  // It died in the middle of a file, and no later worker cleared up.
   Lines& findings;
 
   void Find(const std::string& finding) const { findings.push_back(finding); }
-  bool Allows(unsigned consequence) const { return (silently & consequence) != 0; }
+  bool Explains(unsigned consequence, const std::string& thing) const {
+    return excuses.Explain(consequence, thing);
+  }
 };
 
 // The message of a line of the run log about that note, or nothing when it is about another one:
@@ -38,7 +42,7 @@ bool HasErrorLine(const Lines& log);
 // Whether there is a file of the note, a raw copy left aside.
 bool HasFileOf(const ReferenceNote& note, const Outcome& run);
 
-// All that an export left behind is in order: the three below.
+// All that an export left behind is in order: the three below, and no excuse explained too much.
 void CheckExport(const Check& check);
 
 // Every note has its whole file, or a line that tells why not.
@@ -47,7 +51,8 @@ void CheckNotes(const Check& check);
 // db.dxl, acl.dxl, views, index files; nothing else lies about.
 void CheckFolder(const Check& check);
 
-// The audit report, counted again.
+// The audit report, counted again, and what the log says of it; the second without the latter.
 void CheckAudit(const Check& check);
+void CheckAuditReport(const Check& check);
 
 }  // namespace larkspan::torture

@@ -82,6 +82,7 @@ class CrashSweep {
   }
 
   void End(const ProcessRun& run, Lines& findings) {
+    report_.AddRefusals(run.refusals);
     if (!findings.empty()) AddLines(run.outcome.log, findings);
     report_.End(findings);
   }
@@ -93,13 +94,15 @@ class CrashSweep {
       findings.push_back("exit code " + std::to_string(*run.exitCode));
     }
     if (!run.misuse.empty()) findings.push_back("misuse: " + run.misuse);
-    runCheck_.Run(run.outcome, expectation, findings);
+    runCheck_.Run(run.outcome, expectation, kAnyNumber, findings);
     const bool endedEarly = !stories.empty() && stories.back().died();
     if (!endedEarly) AddLines(run.leftOpenByTheLast, findings);
+    Excuses none;
     CheckExport({.subject = subject_,
                  .reference = reference_,
                  .clean = clean_,
                  .run = run.outcome,
+                 .excuses = none,
                  .endedEarly = endedEarly,
                  .mayLeaveHalf = endedEarly,
                  .findings = findings});

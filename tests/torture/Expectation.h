@@ -21,9 +21,9 @@ enum Silently : unsigned {
   kViewsDiffer = 1 << 6,       // Views are missing, have gaps, or are there although hidden.
   kPropertiesDiffer = 1 << 7,  // Texts and times of db.dxl are missing.
   kAuditDiffers = 1 << 8,      // Texts of the audit report are missing.
+  kOtherTime = 1 << 10,        // A time lacks its days or its time of day.
   // In a listing:
   kUntold = 1 << 9,       // A field of a database is empty, a size is zero or a part of it.
-  kOtherTime = 1 << 10,   // A time lacks its days or its time of day.
   kEndsEarly = 1 << 11,   // Lines are missing at the end.
   kAsked = 1 << 12,       // The server is named as it was asked for.
   kNamesEmpty = 1 << 13,  // Servers are empty lines.
@@ -36,7 +36,9 @@ struct Expectation {
   Tells tells = Tells::kNever;
   std::vector<std::string_view> complaints{};  // The beginnings of lines, behind their level.
   unsigned silently = kNothing;
-  std::vector<std::string_view> leftOpen{};  // Kinds of handles, for a release that fails.
+  // Kinds of handles, for a release that fails: what it was to release, and what that belongs to.
+  std::vector<std::string_view> leftOpen{};
+  unsigned forAll = kNothing;  // Those that one call has for all notes or views.
 };
 
 // Of a call of an export, and of a call of a listing. Throws when the table has no such entry

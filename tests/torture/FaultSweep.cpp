@@ -1,5 +1,6 @@
 #include "tests/torture/FaultSweep.h"
 
+#include <algorithm>
 #include <climits>
 
 #include "tests/torture/Check.h"
@@ -35,8 +36,9 @@ class FaultSweep {
   void CheckCleanRun() {
     report_.Begin(stage_.subject().name + ": no call fails");
     Lines findings;
-    runCheck_.Run(clean_, kNothingSpecial, findings);
-    CheckExport(MakeCheck(reference_, clean_, findings));
+    runCheck_.Run(clean_, kNothingSpecial, 0, findings);
+    Excuses none;
+    CheckExport(MakeCheck(reference_, clean_, none, findings));
     report_.End(findings);
   }
 
@@ -44,10 +46,11 @@ class FaultSweep {
     report_.Begin(stage_.subject().name + ": " + Describe(fault));
     const Expectation& expectation = ExpectationOf(fault.entry);
     const Outcome run = stage_.Export(PlanOf(fault));
+    const int failures = CountFailures(fault, run);
     Lines findings;
-    runCheck_.Run(run, expectation, findings);
-    Check check = MakeCheck(ReferenceFor(fault), run, findings);
-    check.silently = expectation.silently;
+    runCheck_.Run(run, expectation, failures, findings);
+    Excuses excuses(expectation, failures);
+    Check check = MakeCheck(ReferenceFor(fault), run, excuses, findings);
     check.status = fault.status;
     check.endedEarly = HasErrorLine(run.log);
     check.mayLeaveHalf = check.endedEarly && HasTheEarlierHalf(run);
@@ -58,11 +61,21 @@ class FaultSweep {
     report_.End(findings);
   }
 
-  Check MakeCheck(const Reference& reference, const Outcome& run, Lines& findings) const {
+  // Where no runtime came about, it is that call which failed in each worker.
+  static int CountFailures(const FaultCase& fault, const Outcome& run) {
+    if (!fault.andAllLater) return 1;
+    const auto calls = run.calls.find(fault.entry);
+    if (calls == run.calls.end()) return CountWorkers(run.log);
+    return std::max(1, calls->second - fault.call + 1);
+  }
+
+  Check MakeCheck(const Reference& reference, const Outcome& run, Excuses& excuses,
+                  Lines& findings) const {
     return {.subject = stage_.subject(),
             .reference = reference,
             .clean = clean_,
             .run = run,
+            .excuses = excuses,
             .findings = findings};
   }
 

@@ -5,6 +5,7 @@
 #include "tests/support/LogMessages.h"
 #include "tests/torture/Check.h"
 #include "tests/torture/Expectation.h"
+#include "tests/torture/XmlLoss.h"
 #include "tests/torture/XmlWholeness.h"
 
 namespace larkspan::torture {
@@ -55,7 +56,7 @@ class FolderCheck {
     if (name == "temp.tmp" && check_.mayLeaveHalf) return;
     if (name == check_.mayStay) return;
     if (check_.clean.tree.contains(name) || IsNoteFile(name)) return;
-    const bool isOtherView = name.starts_with("views/") && check_.Allows(kViewsDiffer);
+    const bool isOtherView = name.starts_with("views/") && check_.Explains(kViewsDiffer, name);
     if (!isOtherView) {
       Find(name + " was left behind:\n" + content);
     } else if (!IsWholeXml(content)) {
@@ -68,7 +69,7 @@ class FolderCheck {
     if (file == nullptr) {
       if (!endedBeforeNotes_) Find("db.dxl is missing without a line");
     } else if (*file != check_.clean.tree.at("db.dxl") &&
-               (!check_.Allows(kPropertiesDiffer) || !IsWholeXml(*file))) {
+               !IsExplained(kPropertiesDiffer, "db.dxl", *file)) {
       Find("db.dxl differs:\n" + *file);
     }
   }
@@ -108,16 +109,23 @@ class FolderCheck {
   }
 
   bool IsUnknown(const std::string& line, const std::string& id) const {
-    return check_.Allows(kUnidUnknown) && line == id + std::string(32, '0');
+    return line == id + std::string(32, '0') && check_.Explains(kUnidUnknown, id);
   }
 
   void CheckCleanView(const std::string& name, const std::string& content) const {
     const std::string* const file = File(name);
     if (file == nullptr) {
-      if (!check_.Allows(kViewsDiffer) && !endedBeforeNotes_) Find(name + " is missing");
-    } else if (*file != content && (!check_.Allows(kViewsDiffer) || !IsWholeXml(*file))) {
+      if (!endedBeforeNotes_ && !check_.Explains(kViewsDiffer, name)) Find(name + " is missing");
+    } else if (*file != content && !IsExplained(kViewsDiffer, name, *file)) {
       Find(name + " differs:\n" + *file);
     }
+  }
+
+  // What a call does not tell is missing.
+  bool IsExplained(unsigned consequence, const std::string& name, const std::string& text) const {
+    const std::string& clean = check_.clean.tree.at(name);
+    return check_.Explains(consequence, name) &&
+           HasOnlyLost(text, clean, check_.Explains(kOtherTime, name));
   }
 
   const Check& check_;

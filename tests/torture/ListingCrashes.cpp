@@ -61,7 +61,7 @@ class ListingCrashSweep {
     std::set<std::uint32_t> exitCodes = death.exitCodes;
     if (lacksStack) exitCodes.insert(0);
     CheckProcess(run, exitCodes, findings);
-    runCheck_.Run(run.outcome, ExpectationOf(death), findings);
+    runCheck_.Run(run.outcome, ExpectationOf(death), 1, findings);
     const bool endedInOrder = run.exitCode == 0U && death.action == "throw";
     if (endedInOrder != HasErrorLine(run.outcome.log)) {
       findings.push_back("the exit code and the log do not agree");
@@ -94,7 +94,7 @@ class ListingCrashSweep {
     const ProcessRun run = RunProgram(stage_.listing(), PlanOf(fault));
     Lines findings;
     CheckProcess(run, {0}, findings);
-    runCheck_.Run(run.outcome, ListingExpectationOf(fault.entry), findings);
+    runCheck_.Run(run.outcome, ListingExpectationOf(fault.entry), 1, findings);
     if (run.outcome.tree != stage_.List(PlanOf(fault)).tree) {
       findings.push_back("the program's listing, or its log, is another one");
     }
@@ -113,6 +113,7 @@ class ListingCrashSweep {
   void Begin(const std::string& name) { report_.Begin(stage_.listing().name + ": " + name); }
 
   void End(const ProcessRun& run, Lines& findings) {
+    report_.AddRefusals(run.refusals);
     const Lines& log = run.outcome.log;
     if (!findings.empty()) findings.insert(findings.end(), log.begin(), log.end());
     report_.End(findings);

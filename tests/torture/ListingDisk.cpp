@@ -4,6 +4,7 @@
 
 #include "tests/torture/DiskCase.h"
 #include "tests/torture/DiskExpectation.h"
+#include "tests/torture/DiskLines.h"
 #include "tests/torture/DiskRun.h"
 #include "tests/torture/Listing.h"
 #include "tests/torture/RunCheck.h"
@@ -41,7 +42,9 @@ class ListingDiskSweep {
     const Outcome run = RunWithFault(fault, [this] { return List(); });
     Lines findings;
     const bool mayBeSilent = fault.file == "*" || IsReport(fault.file);
-    if (!mayBeSilent) runCheck_.Run(run, kTold, findings);
+    if (!mayBeSilent) runCheck_.Run(run, kTold, fault.andAllLater ? kAnyNumber : 1, findings);
+    if (IsReport(fault.file))
+      CheckLinesOf("log.txt", fault, {operations_, clean_.log}, run.log, findings);
     CheckFile(fault, run, findings);
     for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
     if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());

@@ -41,7 +41,7 @@ class ListingFaultSweep {
   void CheckRun(const Outcome& run, const Expectation& expectation, const FaultCase& fault,
                 int failingCalls) {
     Lines findings;
-    runCheck_.Run(run, expectation, findings);
+    runCheck_.Run(run, expectation, failingCalls, findings);
     CheckListing({.listing = stage_.listing(),
                   .clean = clean_,
                   .run = run,

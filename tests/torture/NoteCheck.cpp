@@ -62,6 +62,8 @@ class NoteCheck {
 
   void Find(const std::string& what) const { check_.Find("note " + name_ + " " + what); }
 
+  bool Explains(unsigned consequence) const { return check_.Explains(consequence, name_); }
+
   const Variant* Identify(const std::string& text) const {
     const auto found = note_.texts.find(text);
     return found == note_.texts.end() ? nullptr : &found->second;
@@ -74,7 +76,7 @@ class NoteCheck {
       const auto file = check_.run.tree.find(folder + name_);
       if (file == check_.run.tree.end()) continue;
       if (found != nullptr) Find("has two files");
-      if (folder != note_.folder && !check_.Allows(kFileElsewhere)) Find("is in another folder");
+      if (folder != note_.folder && !Explains(kFileElsewhere)) Find("is in another folder");
       found = Identify(file->second);
       if (found == nullptr) {
         Find("is no text of this note:\n" + file->second);
@@ -92,7 +94,7 @@ class NoteCheck {
     const bool isDamaged = IsDamage(check_.status);
     if (file.exporter == kNoImages) return isDamaged || note_.damage.exports >= 1;
     if (file.exporter == kNoImagesNoConvert) return isDamaged || note_.damage.exports >= 2;
-    return check_.Allows(kOtherExporter);
+    return Explains(kOtherExporter);
   }
 
   bool MayBeRepaired() const {
@@ -106,26 +108,27 @@ class NoteCheck {
     } else if (!MayBe(file)) {
       Find("was written by exporter " + std::to_string(file.exporter));
     }
-    if (!file.isReadable && !check_.Allows(kStaysSealed)) Find("is still sealed");
+    if (!file.isReadable && !Explains(kStaysSealed)) Find("is still sealed");
     const bool isWhole = file.deleted == 0;
     const bool isRepaired = MayBeRepaired() && file.deleted == note_.fieldItems;
-    const bool isHalfRepaired = MayBeRepaired() && check_.Allows(kKeepsItems);
-    if (!isWhole && !isRepaired && !isHalfRepaired) Find("lost items");
+    if (isWhole || isRepaired) return;
+    if (!MayBeRepaired() || !Explains(kKeepsItems)) Find("lost items");
   }
 
   void CheckRawCopy(const Variant& file) const {
     const auto copy = check_.run.tree.find("design2/" + name_);
     const bool isThere = copy != check_.run.tree.end();
     const bool isMissing = note_.wantsRawCopy && !isThere;
-    const bool mayBeMissing = check_.Allows(kNoRawCopy) || mayEndHere_;
-    if (isMissing && majors_ == 0 && !mayBeMissing) Find("lacks its raw copy without a line");
+    if (isMissing && majors_ == 0 && !mayEndHere_ && !Explains(kNoRawCopy)) {
+      Find("lacks its raw copy without a line");
+    }
     if (!isMissing && majors_ != 0 && !HasCrashLine()) Find("has all its files and a line");
     if (!isThere) return;
     if (!note_.wantsRawCopy) Find("has a raw copy");
     const Variant* const text = Identify(copy->second);
     if (text == nullptr || text->exporter != kRaw) {
       Find("has a raw copy that is none:\n" + copy->second);
-    } else if (text->deleted != (file.deleted | note_.rawItems) && !check_.Allows(kKeepsItems)) {
+    } else if (text->deleted != (file.deleted | note_.rawItems) && !Explains(kKeepsItems)) {
       Find("has a raw copy with other items");
     }
   }

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <utility>
 
 #include "app/Arguments.h"
@@ -90,9 +91,22 @@ std::vector<std::wstring> ArgumentsFor(const Subject& subject) {
   return arguments;
 }
 
-}  // namespace
+// Under Wine a start fails once in some thousand, with an internal error.
+ProcessRun Start(const std::function<ProcessRun()>& run) {
+  constexpr int kMostRefusals = 3;
+  for (int refusals = 0;; ++refusals) {
+    try {
+      ProcessRun result = run();
+      result.refusals = refusals;
+      const bool isStarted = CountMessages(result.outcome.log, "CreateProcess failed") == 0;
+      if (isStarted || refusals == kMostRefusals) return result;
+    } catch (const testing::NotStarted&) {
+      if (refusals == kMostRefusals) throw;
+    }
+  }
+}
 
-ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan) {
+ProcessRun RunOnce(const Subject& subject, const std::string& faultPlan) {
   testing::ExportRun run;
   run.SetDataFolder(subject.dataFolder);
   const bool isResumed = subject.resumeAt != 0;
@@ -102,7 +116,7 @@ ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan) {
                              : RunToLimit(run.Executable(), commandLine));
 }
 
-ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
+ProcessRun RunOnce(const Listing& listing, const std::string& faultPlan) {
   testing::ExportRun run;
   run.SetDataFolder(kOwnData);
   run.SetFaults(faultPlan);
@@ -111,6 +125,16 @@ ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
                                          run.output()};
   for (const std::wstring& argument : ArgumentsFor(listing)) arguments.push_back(argument);
   return Read(run, RunToLimit(run.Executable(), testing::BuildCommandLine(arguments)));
+}
+
+}  // namespace
+
+ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan) {
+  return Start([&] { return RunOnce(subject, faultPlan); });
+}
+
+ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
+  return Start([&] { return RunOnce(listing, faultPlan); });
 }
 
 }  // namespace larkspan::torture

@@ -54,6 +54,7 @@ class KillRun {
   KillOutcome Go() {
     RunningExport running(export_->Executable(), commandLine_);
     const bool isKilled = StrikeAt(moment_, export_->output(), running);
+    outcome_.isKilled = isKilled;
     Find(CheckFinalFiles(clean_, ReadFinalFiles(export_->output())));
     if (isKilled && moment_.victim == Victim::kWorker) KillNextWorker(running);
     if (isKilled && moment_.victim != Victim::kWorker) KillUnbornWorker(running);

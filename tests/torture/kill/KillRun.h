@@ -9,9 +9,10 @@
 namespace larkspan::torture {
 
 struct KillOutcome {
-  std::string kind;  // What became of it, for the figures.
-  Lines remarks;     // What else is worth counting.
-  Lines findings;    // What is not in order, each a sentence.
+  std::string kind{};    // What became of it, for the figures.
+  bool isKilled = true;  // It had not ended by itself before the moment.
+  Lines remarks{};       // What else is worth counting.
+  Lines findings{};      // What is not in order, each a sentence.
 };
 
 // Exports the database without ending anything. Throws when that fails.

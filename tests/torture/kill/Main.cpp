@@ -76,15 +76,25 @@ class Torture {
     }
   }
 
+  // A run that ends before its moment makes room for another one.
   void RunOne(std::uint64_t number) {
-    const Moment moment = PickMoment(options_.seed, number, clean_.duration, finalFiles_);
-    KillOutcome outcome;
-    try {
-      outcome = RunKilled(clean_, moment);
-    } catch (const std::exception& error) {
-      outcome.findings.emplace_back(error.what());
+    constexpr std::uint64_t kMostTooLate = 20;
+    for (std::uint64_t tooLate = 0; tooLate < kMostTooLate; ++tooLate) {
+      const MomentNumber which{.seed = options_.seed, .number = number, .tooLate = tooLate};
+      const Moment moment = PickMoment(which, clean_.duration, finalFiles_);
+      const KillOutcome outcome = RunKilledAt(moment);
+      Record(number, moment, outcome);
+      if (outcome.isKilled) return;
     }
-    Record(number, moment, outcome);
+    Record(number, {}, {.kind = "never struck", .findings = {"each moment came too late"}});
+  }
+
+  KillOutcome RunKilledAt(const Moment& moment) const {
+    try {
+      return RunKilled(clean_, moment);
+    } catch (const std::exception& error) {
+      return {.findings = {error.what()}};
+    }
   }
 
   void Record(std::uint64_t number, const Moment& moment, const KillOutcome& outcome) {

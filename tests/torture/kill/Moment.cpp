@@ -16,9 +16,9 @@ constexpr const char* kSights[] = {"start", "final files", "temp.tmp", "marker.t
 // Not the library's distribution, whose numbers may differ between its versions.
 class Dice {
  public:
-  Dice(std::uint64_t seed, std::uint64_t number) {
-    std::seed_seq both{seed, number};
-    random_.seed(both);
+  explicit Dice(const MomentNumber& which) {
+    std::seed_seq all{which.seed, which.number, which.tooLate};
+    random_.seed(all);
   }
 
   int Below(int limit) { return static_cast<int>(random_() % static_cast<std::uint64_t>(limit)); }
@@ -65,10 +65,10 @@ int CountFinalFiles(const std::wstring& output) {
 
 }  // namespace
 
-Moment PickMoment(std::uint64_t seed, std::uint64_t number, milliseconds cleanRun, int finalFiles) {
+Moment PickMoment(const MomentNumber& which, milliseconds cleanRun, int finalFiles) {
   constexpr milliseconds kAfterSight{25};
   constexpr int kMostAppearances = 6;  // Of the marker there is one for each note.
-  Dice dice(seed, number);
+  Dice dice(which);
   Moment moment;
   moment.victim = PickVictim(dice);
   moment.sight = dice.OneIn(3) ? Sight::kStart : static_cast<Sight>(1 + dice.Below(3));

@@ -23,10 +23,16 @@ struct Moment {
   bool byNewRun = false;  // Also where the marker would tell a worker where to go on.
 };
 
-// The moment with this number among those of the seed, for exports of about that length with so
-// many final files. The same arguments give the same moment.
-Moment PickMoment(std::uint64_t seed, std::uint64_t number, std::chrono::milliseconds cleanRun,
-                  int finalFiles);
+// Which moment of a seed: its number, and how many that came too late it stands in for.
+struct MomentNumber {
+  std::uint64_t seed = 1;
+  std::uint64_t number = 1;
+  std::uint64_t tooLate = 0;
+};
+
+// For exports of about that length with so many final files. The same arguments give the same
+// moment.
+Moment PickMoment(const MomentNumber& which, std::chrono::milliseconds cleanRun, int finalFiles);
 
 std::string Describe(const Moment& moment);
 

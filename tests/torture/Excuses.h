@@ -1,0 +1,35 @@
+// The consequences of failing calls that no line of the log tells of, and what each has been taken
+// for: a call that fails once can only cost one note or one view, unless it is one that is made for
+// all of them.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "tests/support/RunTexts.h"
+#include "tests/torture/Expectation.h"
+
+namespace larkspan::torture {
+
+class Excuses {
+ public:
+  Excuses() = default;
+  Excuses(const Expectation& expectation, int failingCalls)
+      : silently_(expectation.silently), forAll_(expectation.forAll), failingCalls_(failingCalls) {}
+
+  // Whether one of the consequences, as a bit, explains what is strange about that note or file,
+  // which then counts as one that a failing call has cost.
+  bool Explain(unsigned consequence, const std::string& thing);
+
+  // Adds what was explained more often than calls have failed.
+  void AddOverused(testing::Lines& findings) const;
+
+ private:
+  unsigned silently_ = kNothing;
+  unsigned forAll_ = kNothing;
+  int failingCalls_ = 0;
+  std::map<unsigned, std::set<std::string>> explained_;
+};
+
+}  // namespace larkspan::torture
