@@ -109,6 +109,11 @@ TEST_F(NoteLoopTest, WalkGoesOnBehindANoteThatCannotBeOpened) {
   EXPECT_FALSE(HasMarker());
 }
 
+TEST_F(NoteLoopTest, LastNoteThatCannotBeOpenedLeavesNoMarker) {
+  EXPECT_TRUE(Walk({0xFFE}));
+  EXPECT_FALSE(HasMarker());
+}
+
 TEST_F(NoteLoopTest, NoteThatCannotBeOpenedIsNotIndexed) {
   EXPECT_TRUE(Walk({0xFFE}));
   EXPECT_FALSE(Exists(PathOf(L"unidindex.txt")));
@@ -180,6 +185,11 @@ TEST_F(NoteLoopTest, SealedNoteThatCannotBeDecryptedIsNotExported) {
   EXPECT_TRUE(Walk({0x90A, 0x80000002}));
   EXPECT_FALSE(HasData(L"0000090A"));
   EXPECT_TRUE(HasData(L"80000002"));
+  EXPECT_FALSE(HasMarker());
+}
+
+TEST_F(NoteLoopTest, LastNoteThatCannotBeDecryptedLeavesNoMarker) {
+  EXPECT_TRUE(Walk({0x90A}));
   EXPECT_FALSE(HasMarker());
 }
 

@@ -102,7 +102,7 @@ TEST_F(DatabaseTest, FullAccessWithoutMemoryOpensNothing) {
 
 TEST_F(DatabaseTest, FullAccessWithoutALockOpensNothingAndFreesTheNamesList) {
   SetFaults(R"([{"entry": "OSLockObject", "status": 273}])");
-  EXPECT_EQ(OpenDatabaseFullAccess("locked.nsf", database_), kMemoryNotLocked);
+  EXPECT_EQ(OpenDatabaseFullAccess("locked.nsf", database_).code(), 272);
   EXPECT_EQ(Calls("NSFDbOpenExtended"), 0);
   EXPECT_EQ(LeftOpen(), kNothingOpen);
 }
@@ -166,6 +166,18 @@ STATUS LARKSPAN_NOTES_CALL TellPathOf1023Bytes(DHANDLE, char* path, char*) {
 
 TEST_F(DatabaseTest, PathHasUpTo1023Bytes) {
   const ReplacedEntryPoint replaced("NSFDbPathGet", TellPathOf1023Bytes);
+  std::string path;
+  EXPECT_TRUE(GetDatabasePath(database_, path).ok());
+  EXPECT_EQ(path, std::string(1023, 'x'));
+}
+
+STATUS LARKSPAN_NOTES_CALL TellPathWithoutEnd(DHANDLE, char* path, char*) {
+  std::memset(path, 'x', 1024);
+  return 0;
+}
+
+TEST_F(DatabaseTest, PathWithoutEndIsCutBeforeItsLastByte) {
+  const ReplacedEntryPoint replaced("NSFDbPathGet", TellPathWithoutEnd);
   std::string path;
   EXPECT_TRUE(GetDatabasePath(database_, path).ok());
   EXPECT_EQ(path, std::string(1023, 'x'));

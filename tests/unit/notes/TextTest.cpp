@@ -39,7 +39,7 @@ TEST_F(TextTest, PathIsTranslated) {
 TEST_F(TextTest, PathThatTheLibraryDoesNotTranslateIsAFailure) {
   SetFaults(R"([{"entry": "OSTranslate", "status": 1}])");
   std::string path;
-  EXPECT_EQ(PathToNotes(L"a.nsf", path), kPathNotTranslated);
+  EXPECT_EQ(PathToNotes(L"a.nsf", path).code(), 274);
 }
 
 TEST_F(TextTest, NotesTextIsTranslatedBack) {
