@@ -25,7 +25,7 @@ std::string LastComponent(const std::string& name) {
   return last;
 }
 
-bool HasFinalName(const std::string& name) {
+bool IsToBeWhole(const std::string& name) {
   return !name.ends_with('/') && !kOfLines.contains(name) && !kPassing.contains(name);
 }
 
@@ -39,7 +39,7 @@ class FullDiskCheck {
 
   void Run() {
     for (const auto& [name, content] : tree_) {
-      if (HasFinalName(name)) CheckFile(name, content);
+      if (IsToBeWhole(name)) CheckFile(name, content);
     }
     for (const auto& [name, count] : placed_) {
       if (found_[name] < count) findings_.push_back(name + " is missing");
@@ -55,7 +55,7 @@ class FullDiskCheck {
  private:
   void CountEarlier() {
     for (const auto& [name, content] : disk_.earlier) {
-      if (HasFinalName(name)) ++placed_[LastComponent(name)];
+      if (IsToBeWhole(name)) ++placed_[LastComponent(name)];
       if (kOfLines.contains(name)) lines_[name] += LinesOf(disk_.earlier, name).size();
     }
   }

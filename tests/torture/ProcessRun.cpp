@@ -91,7 +91,7 @@ std::vector<std::wstring> ArgumentsFor(const Subject& subject) {
   return arguments;
 }
 
-// Under Wine a start fails once in some thousand, with an internal error.
+// Under Wine a start can fail by itself, where addresses are given at random.
 ProcessRun Start(const std::function<ProcessRun()>& run) {
   constexpr int kMostRefusals = 3;
   for (int refusals = 0;; ++refusals) {

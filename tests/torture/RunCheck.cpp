@@ -36,7 +36,7 @@ void CheckLeftOpen(const Outcome& run, const Expectation& expectation, int failu
 }  // namespace
 
 int CountWorkers(const Lines& log) {
-  return std::max(1, CountMessages(log, "Top of Archive Main Loop"));
+  return std::max(1, CountMessages(log, message::kWorkerBegins));
 }
 
 RunCheck::RunCheck(const Lines& cleanLog)

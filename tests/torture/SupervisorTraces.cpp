@@ -3,6 +3,8 @@
 #include <regex>
 #include <string_view>
 
+#include "tests/support/LogMessages.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -12,14 +14,14 @@ struct Trace {
   char letter;
 };
 
-constexpr Trace kTraces[] = {{"Top of Archive Main Loop with nid ", 't'},
+constexpr Trace kTraces[] = {{message::kWorkerBegins, 't'},
                              {"Invoking child process", 'i'},
                              {"Child process exited cleanly", 'w'},
                              {"Child process returned non-zero value (", 'd'},
                              {"Child process complete", 'c'},
                              {"Checking for marker file", 'k'},
                              {"No marker file found", 'n'},
-                             {"ReadMarkerFile returned ", 'm'},
+                             {message::kMarkerRead, 'm'},
                              {"End of Archive Main Loop", 'e'},
                              {kListCounted, 'l'},
                              {kListNotFound, 'l'},

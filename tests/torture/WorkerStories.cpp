@@ -9,11 +9,11 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr char kTop[] = "#DEBUG# - Top of Archive Main Loop with nid ";
+const std::string kTop = std::string("#DEBUG# - ") + message::kWorkerBegins;
 constexpr char kDied[] = "#DEBUG# - Child process returned non-zero value (";
 constexpr char kThrown[] = "#DEBUG# - Exiting via catch-all handler";
 constexpr char kClosed[] = "#DEBUG# - Exiting via SEH finally";
-constexpr char kMarker[] = "#DEBUG# - ReadMarkerFile returned ";
+const std::string kMarker = std::string("#DEBUG# - ") + message::kMarkerRead;
 constexpr char kError[] = "#ERROR# - ";
 
 // The number behind the beginning of the line.

@@ -15,6 +15,7 @@
 #include <stdexcept>
 
 #include "tests/support/FileBytes.h"
+#include "tests/support/LogMessages.h"
 #include "tests/system/ExportRun.h"
 #include "tests/torture/kill/ClosingCheck.h"
 #include "tests/torture/kill/FinalFiles.h"
@@ -33,7 +34,7 @@ using testing::ExportRun;
 constexpr milliseconds kLimit{120000};
 
 constexpr wchar_t kDatabase[] = L"small.nsf";
-constexpr char kReadMarker[] = "#DEBUG# - ReadMarkerFile returned ";
+const std::string kReadMarker = std::string("#DEBUG# - ") + message::kMarkerRead;
 constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
 // The numbers of temporary folders are given by one thread at a time.
