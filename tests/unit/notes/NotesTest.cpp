@@ -221,14 +221,14 @@ TEST_F(OpenNoteTest, ItemsOfATypeAreFoundInTheNotesOrder) {
   EXPECT_EQ(FindItemsOfType(note_, 20), (Lines{"B", "A2", "B"}));
 }
 
+// A status of the callback ends the scan.
 notes_api::STATUS LARKSPAN_NOTES_CALL ScanOddItems(DHANDLE, notes_api::ItemCallback callback,
                                                    void* context) {
   char name[] = {'A', 'B', 'C'};
   char value[] = {20, 0};
-  callback(0, 0, name, 1, nullptr, 0, context);
-  callback(0, 0, name, 2, value, 1, context);
-  callback(0, 0, name, 3, value, 2, context);
-  return 0;
+  if (const auto status = callback(0, 0, name, 1, nullptr, 0, context); status != 0) return status;
+  if (const auto status = callback(0, 0, name, 2, value, 1, context); status != 0) return status;
+  return callback(0, 0, name, 3, value, 2, context);
 }
 
 TEST_F(OpenNoteTest, ItemsWithoutATypeWordArePassedOver) {
