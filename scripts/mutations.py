@@ -13,7 +13,7 @@ OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
              "&&": "||", "||": "&&", "+": "-", "-": "+"}
 OPERATOR = re.compile(r"(?<= )(==|!=|<=|>=|<|>|&&|\|\||\+|-)(?= )")
 NUMBER = re.compile(r"(?<![\w.])(0x[0-9A-Fa-f]+|\d+)(?![\w.])")
-CALL = re.compile(r"^( +)(?!(?:return|throw|delete|static_assert|if|for|while|switch)\b)"
+CALL = re.compile(r"^( +)(?!(?:return|throw|delete|static_assert)\b)"
                   r"[A-Za-z_][\w:]*(?:(?:\.|->)\w+)*\(.*\);$")
 
 

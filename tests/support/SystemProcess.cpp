@@ -1,5 +1,6 @@
 #include "tests/support/SystemProcess.h"
 
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -44,7 +45,7 @@ SystemProcess StartProcess(const std::wstring& executable, const std::wstring& c
   if (!CreateProcessW(executable.c_str(), writable.data(), nullptr, nullptr,
                       standardOutput != nullptr, CREATE_SUSPENDED, nullptr, nullptr, &startup,
                       &process)) {
-    throw NotStarted("the program does not start: " + std::to_string(GetLastError()));
+    throw std::runtime_error("the program does not start: " + std::to_string(GetLastError()));
   }
   const UniqueSystemHandle thread(process.hThread);
   SystemProcess started{UniqueSystemHandle(process.hProcess), process.dwProcessId};

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace larkspan::testing {
@@ -25,10 +24,6 @@ class UniqueSystemHandle {
   HANDLE handle_ = nullptr;
 };
 
-class NotStarted : public std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 struct SystemProcess {
   UniqueSystemHandle handle;  // Closing it leaves the process as it is.
   DWORD id = 0;
@@ -39,8 +34,7 @@ UniqueSystemHandle OpenNowhere();
 
 // Starts the executable file with exactly this command line. With a standard output, it inherits
 // that and every other inheritable handle; with a job, it and all that it starts belong to the job
-// from their first moment on. Throws NotStarted when the system refuses, and otherwise when it
-// cannot be started so.
+// from their first moment on. Throws when it cannot be started so.
 SystemProcess StartProcess(const std::wstring& executable, const std::wstring& commandLine,
                            HANDLE standardOutput, HANDLE job);
 

@@ -82,7 +82,6 @@ class CrashSweep {
   }
 
   void End(const ProcessRun& run, Lines& findings) {
-    report_.AddRefusals(run.refusals);
     if (!findings.empty()) AddLines(run.outcome.log, findings);
     report_.End(findings);
   }

@@ -64,12 +64,15 @@ std::vector<DiskCase> AllDiskCases(const std::vector<std::string>& operations) {
   std::vector<DiskCase> cases;
   std::map<std::string, int> calls;
   int writes = 0;
+  std::string previous;
   for (const std::string& operation : operations) {
     const std::size_t blank = operation.find(' ');
     DiskCase fault{.operation = operation.substr(0, blank),
                    .file = operation.substr(blank + 1),
                    .call = ++calls[operation],
                    .error = ""};
+    fault.closesRead = operation == "close " + fault.file && previous == "read " + fault.file;
+    previous = operation;
     if (fault.operation == "write") ++writes;
     AddCases(std::move(fault), cases);
   }

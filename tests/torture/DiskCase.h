@@ -12,6 +12,7 @@ struct DiskCase {
   std::string file;       // Its name in lower case; "*" for any.
   int call = 1;           // Of this operation for this file, counted from 1.
   bool andAllLater = false;
+  bool closesRead = false;  // It closes a file that was read only.
   std::string error;
 
   // Those of a write that reach the disk nevertheless.

@@ -1,6 +1,7 @@
 #include "tests/torture/DiskExpectation.h"
 
 #include "tests/support/LogMessages.h"
+#include "tests/torture/DiskLines.h"
 #include "tests/torture/SupervisorTraces.h"
 
 namespace larkspan::torture {
@@ -43,16 +44,22 @@ std::vector<std::string_view> ComplaintsOf(const DiskCase& fault) {
   return complaints;
 }
 
+bool IsIndexLineLost(const DiskCase& fault) {
+  return fault.file == kUnidIndex && CostsALine(fault.operation);
+}
+
 }  // namespace
 
 // A view that is missing is looked for in the log.
 Expectation DiskExpectationOf(const DiskCase& fault) {
-  const bool isOutput = fault.operation == "write" || fault.operation == "close";
+  const bool isOutput =
+      fault.operation == "write" || (fault.operation == "close" && !fault.closesRead);
   const bool isNeeded = fault.file == kTemporary || fault.file == kMarker;
   return {.entry = "",
           .tells = isOutput && isNeeded ? Tells::kAlways : Tells::kSometimes,
           .complaints = ComplaintsOf(fault),
-          .silently = kViewsDiffer};
+          .silently = IsIndexLineLost(fault) ? kViewsDiffer | kNotIndexed : kViewsDiffer,
+          .forAll = kViewsDiffer};
 }
 
 bool IsReport(const std::string& file) { return file == "log.txt" || file == "audit.txt"; }

@@ -1,33 +1,28 @@
 #include "tests/torture/DiskLines.h"
 
 #include <algorithm>
+#include <functional>
+
+#include "tests/torture/Sequence.h"
 
 namespace larkspan::torture {
 
 namespace {
 
-bool AreInOrder(const Lines& found, const Lines& clean) {
-  auto rest = clean.begin();
-  for (const std::string& line : found) {
-    rest = std::find(rest, clean.end(), line);
-    if (rest == clean.end()) return false;
-    ++rest;
-  }
-  return true;
-}
-
-// Those that were written before the first operation that failed.
-std::size_t LinesBefore(const DiskCase& fault, const std::vector<std::string>& operations) {
-  int calls = 0;
-  std::size_t lines = 0;
-  for (const std::string& operation : operations) {
-    if (operation == fault.operation + " " + fault.file && ++calls == fault.call) break;
-    if (operation == "write " + fault.file) ++lines;
-  }
-  return lines;
+std::size_t LeastLines(const std::string& name, const DiskCase& fault, const CleanLines& clean) {
+  const std::size_t all = clean.lines.size();
+  if (fault.file != name || !CostsALine(fault.operation)) return all;
+  if (!fault.andAllLater) return all - 1;
+  const auto writes = std::count(clean.operations.begin(), clean.operations.end(), "write " + name);
+  const std::size_t earlier = all - std::min(all, static_cast<std::size_t>(writes));
+  return std::min(all, earlier + LinesBefore(fault, clean.operations, name));
 }
 
 }  // namespace
+
+bool CostsALine(const std::string& operation) {
+  return operation == "open" || operation == "write";
+}
 
 // It is opened, and then read or written.
 bool IsUnread(const DiskCase& fault, const std::vector<std::string>& operations) {
@@ -37,18 +32,29 @@ bool IsUnread(const DiskCase& fault, const std::vector<std::string>& operations)
   return fault.andAllLater ? fault.call <= opens : fault.call == opens;
 }
 
+std::size_t LinesBefore(const DiskCase& fault, const std::vector<std::string>& operations,
+                        const std::string& name) {
+  const std::string struck = fault.operation + " " + (fault.file == "*" ? "" : fault.file);
+  int calls = 0;
+  std::size_t lines = 0;
+  for (const std::string& operation : operations) {
+    const bool isStruck = fault.file == "*" ? operation.starts_with(struck) : operation == struck;
+    if (isStruck && ++calls == fault.call) break;
+    if (operation == "write " + name) ++lines;
+  }
+  return lines;
+}
+
 void CheckLinesOf(const std::string& name, const DiskCase& fault, const CleanLines& clean,
                   const Lines& found, Lines& findings) {
-  std::size_t least = clean.lines.size();
-  if (fault.file == name) {
-    const std::size_t before = LinesBefore(fault, clean.operations);
-    least = fault.andAllLater ? std::min(before, least) : least - 1;
-  }
+  const std::size_t least = LeastLines(name, fault, clean);
   if (found.size() < least) {
     findings.push_back(name + " has only " + std::to_string(found.size()) + " lines of " +
                        std::to_string(least));
   }
-  if (!AreInOrder(found, clean.lines)) findings.push_back(name + " has strange lines");
+  if (!AreFoundIn(found, clean.lines, std::equal_to<std::string>())) {
+    findings.push_back(name + " has strange lines");
+  }
 }
 
 }  // namespace larkspan::torture

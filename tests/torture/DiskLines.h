@@ -1,4 +1,4 @@
-// What is left of the run log and of the audit report when operations on them fail.
+// What is left of a file of lines when operations on files fail.
 #pragma once
 
 #include <string>
@@ -12,14 +12,25 @@ namespace larkspan::torture {
 // Whether the fault keeps the file from being read at its end: its only reader finds nothing.
 bool IsUnread(const DiskCase& fault, const std::vector<std::string>& operations);
 
-// A run without a fault: its operations in their order, and what it wrote.
+// Whether a line is lost when this operation on its file fails: what is read is there, and what is
+// closed has been written.
+bool CostsALine(const std::string& operation);
+
+// How many lines of the file are written before the first operation that fails, in a run with
+// these operations.
+std::size_t LinesBefore(const DiskCase& fault, const std::vector<std::string>& operations,
+                        const std::string& name);
+
+// A run without a fault: its operations in their order, and the lines of the file, those of an
+// earlier worker first.
 struct CleanLines {
   const std::vector<std::string>& operations;
   const Lines& lines;
 };
 
-// The file has the lines of a run without a fault, in their order. Where the fault struck it, it
-// lacks a line for each operation that failed, and none of those before.
+// Of the run log and of the audit report: each has the lines of a run without a fault, in their
+// order. Where the fault struck the file, it lacks a line at most when the fault comes once, and
+// otherwise none of those that were written before it.
 void CheckLinesOf(const std::string& name, const DiskCase& fault, const CleanLines& clean,
                   const Lines& found, Lines& findings);
 

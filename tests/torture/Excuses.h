@@ -1,10 +1,9 @@
 // The consequences of failing calls that no line of the log tells of, and what each has been taken
-// for: a call that fails once can only cost one note or one view, unless it is one that is made for
-// all of them.
+// for: a call that fails once has each of them for one note or file at most, unless it is one that
+// is made for all of them.
 #pragma once
 
 #include <map>
-#include <set>
 #include <string>
 
 #include "tests/support/RunTexts.h"
@@ -19,8 +18,8 @@ class Excuses {
       : silently_(expectation.silently), forAll_(expectation.forAll), failingCalls_(failingCalls) {}
 
   // Whether one of the consequences, as a bit, explains what is strange about that note or file,
-  // which then counts as one that a failing call has cost.
-  bool Explain(unsigned consequence, const std::string& thing);
+  // which then counts as what so many failing calls have cost.
+  bool Explain(unsigned consequence, const std::string& thing, int calls = 1);
 
   // Adds what was explained more often than calls have failed.
   void AddOverused(testing::Lines& findings) const;
@@ -29,7 +28,7 @@ class Excuses {
   unsigned silently_ = kNothing;
   unsigned forAll_ = kNothing;
   int failingCalls_ = 0;
-  std::map<unsigned, std::set<std::string>> explained_;
+  std::map<unsigned, std::map<std::string, int>> explained_;
 };
 
 }  // namespace larkspan::torture

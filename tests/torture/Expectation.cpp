@@ -97,7 +97,10 @@ std::vector<Expectation> OfDatabaseAndNotes() {
       {"DXLCreateExporter", kAlways, {"Error creating DXL Exporter "}},
       {"DXLDeleteExporter", kNever, {}, kNothing, {"exporter"}},
       {"DXLSetExporterProperty", kAlways, {"Error setting DXL exporter property "}},
-      {"DXLExportNote", kSometimes, {message::kNoteNotExported, kWithoutImages, kNoDesign}},
+      {"DXLExportNote",
+       kSometimes,
+       {message::kNoteNotExported, kWithoutImages, kNoDesign},
+       kTriedAgain | kRepaired},
       {"DXLExportACL", kAlways, {message::kNoAcl}},
   };
 }

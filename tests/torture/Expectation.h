@@ -21,12 +21,15 @@ enum Silently : unsigned {
   kViewsDiffer = 1 << 6,       // Views are missing, have gaps, or are there although hidden.
   kPropertiesDiffer = 1 << 7,  // Texts and times of db.dxl are missing.
   kAuditDiffers = 1 << 8,      // Texts of the audit report are missing.
-  kOtherTime = 1 << 10,        // A time lacks its days or its time of day.
+  kOtherTime = 1 << 9,         // A time lacks its days or its time of day.
+  kTriedAgain = 1 << 10,       // A note that looks damaged is exported with less.
+  kRepaired = 1 << 11,         // A form that looks damaged is repaired, or one that is is not.
+  kNotIndexed = 1 << 12,       // Its line of the UNID index is missing.
   // In a listing:
-  kUntold = 1 << 9,       // A field of a database is empty, a size is zero or a part of it.
-  kEndsEarly = 1 << 11,   // Lines are missing at the end.
-  kAsked = 1 << 12,       // The server is named as it was asked for.
-  kNamesEmpty = 1 << 13,  // Servers are empty lines.
+  kUntold = 1 << 13,      // A field of a database is empty, a size is zero or a part of it.
+  kEndsEarly = 1 << 14,   // Lines are missing at the end.
+  kAsked = 1 << 15,       // The server is named as it was asked for.
+  kNamesEmpty = 1 << 16,  // Servers are empty lines.
 };
 
 enum class Tells { kAlways, kSometimes, kNever };

@@ -87,6 +87,12 @@ void ExportStage::DieAtTheResumeNote() {
   fs::remove_all(output());
 }
 
+bool ExportStage::LeavesTheEarlierHalf(const testing::OutputTree& tree) const {
+  const auto earlier = earlierWorker_.find("temp.tmp");
+  const auto found = tree.find("temp.tmp");
+  return earlier != earlierWorker_.end() && found != tree.end() && found->second == earlier->second;
+}
+
 Outcome ExportStage::Export(const std::string& faultPlan) {
   const PauseRecorder nobodyWaits;
   Begin(faultPlan);

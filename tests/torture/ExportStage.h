@@ -21,6 +21,9 @@ class ExportStage : public Stage {
 
   const Subject& subject() const { return subject_; }
 
+  // Whether temp.tmp is what the worker that died was writing: it lies there until the next export.
+  bool LeavesTheEarlierHalf(const testing::OutputTree& tree) const;
+
   // What the worker that died left behind; empty when there was none.
   const testing::OutputTree& earlierWorker() const { return earlierWorker_; }
 

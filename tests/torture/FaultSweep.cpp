@@ -53,7 +53,7 @@ class FaultSweep {
     Check check = MakeCheck(ReferenceFor(fault), run, excuses, findings);
     check.status = fault.status;
     check.endedEarly = HasErrorLine(run.log);
-    check.mayLeaveHalf = check.endedEarly && HasTheEarlierHalf(run);
+    check.mayLeaveHalf = check.endedEarly && stage_.LeavesTheEarlierHalf(run.tree);
     CheckExport(check);
     if (!findings.empty()) {
       for (const std::string& line : run.log) findings.push_back(line);
@@ -77,14 +77,6 @@ class FaultSweep {
             .run = run,
             .excuses = excuses,
             .findings = findings};
-  }
-
-  // What the worker that died was writing lies there until the next export.
-  bool HasTheEarlierHalf(const Outcome& run) const {
-    const auto earlier = stage_.earlierWorker().find("temp.tmp");
-    const auto found = run.tree.find("temp.tmp");
-    return earlier != stage_.earlierWorker().end() && found != run.tree.end() &&
-           found->second == earlier->second;
   }
 
   // A setting that was refused shows in the files of this worker, and the log tells of it.

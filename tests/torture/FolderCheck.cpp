@@ -17,7 +17,9 @@ using testing::OutputTree;
 class FolderCheck {
  public:
   explicit FolderCheck(const Check& check)
-      : check_(check), tree_(check.run.tree), endedBeforeNotes_(check.endedEarly && !HasNotes()) {}
+      : check_(check),
+        tree_(check.run.tree),
+        endedBeforeNotes_(check.endedEarly && !HasFileOfAny(check.reference.notes, check.run)) {}
 
   void Run() {
     for (const auto& [name, content] : tree_) CheckName(name, content);
@@ -32,12 +34,6 @@ class FolderCheck {
 
  private:
   void Find(const std::string& what) const { check_.Find(what); }
-
-  bool HasNotes() const {
-    const auto& notes = check_.reference.notes;
-    return std::any_of(notes.begin(), notes.end(),
-                       [&](const auto& note) { return HasFileOf(note, check_.run); });
-  }
 
   const std::string* File(const std::string& name) const {
     const auto found = tree_.find(name);
@@ -102,8 +98,9 @@ class FolderCheck {
       const bool isListed =
           line != lines.end() && (*line == id + note.unid || IsUnknown(*line, id));
       if (isListed) ++line;
-      if (!isListed && HasFileOf(note, check_.run) && !check_.mayLackIndexLines)
+      if (!isListed && HasFileOf(note, check_.run) && !check_.Explains(kNotIndexed, id)) {
         Find("unidindex.txt lacks " + id + note.unid);
+      }
     }
     if (line != lines.end()) Find("unidindex.txt has a strange line: " + *line);
   }

@@ -113,7 +113,6 @@ class ListingCrashSweep {
   void Begin(const std::string& name) { report_.Begin(stage_.listing().name + ": " + name); }
 
   void End(const ProcessRun& run, Lines& findings) {
-    report_.AddRefusals(run.refusals);
     const Lines& log = run.outcome.log;
     if (!findings.empty()) findings.insert(findings.end(), log.begin(), log.end());
     report_.End(findings);

@@ -58,6 +58,9 @@ class ListingDiskSweep {
     const std::string content = found == run.tree.end() ? "" : found->second;
     if (!whole.starts_with(content)) findings.push_back("no beginning of it: " + content);
     if (IsReport(fault.file) && content != whole) findings.push_back("is not whole: " + content);
+    if (LinesOf(run.tree, name).size() < LinesBefore(fault, operations_, name)) {
+      findings.push_back("lacks lines that were written: " + content);
+    }
     const bool isTorn = !content.empty() && !content.ends_with("\r\n");
     if (isTorn && fault.bytes == 0) findings.push_back("ends within a line: " + content);
     for (const auto& [other, bytes] : run.tree) {

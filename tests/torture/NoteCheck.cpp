@@ -91,14 +91,25 @@ class NoteCheck {
   bool MayBe(const Variant& file) const {
     const int right = note_.hasPictures && file.isReadable ? kNoConvert : kNormal;
     if (file.exporter == right) return true;
-    const bool isDamaged = IsDamage(check_.status);
-    if (file.exporter == kNoImages) return isDamaged || note_.damage.exports >= 1;
-    if (file.exporter == kNoImagesNoConvert) return isDamaged || note_.damage.exports >= 2;
+    if (file.exporter == kNoImages) return MayHaveFailed(1);
+    if (file.exporter == kNoImagesNoConvert) return MayHaveFailed(2);
     return Explains(kOtherExporter);
   }
 
-  bool MayBeRepaired() const {
-    return check_.status == kFormNeedsRepair || note_.damage.needsRepair;
+  bool MayHaveFailed(int exports) const {
+    const int more = exports - note_.damage.exports;
+    return more <= 0 || (IsDamage(check_.status) && check_.Explains(kTriedAgain, name_, more));
+  }
+
+  // Items that were to be deleted can be left; nobody saw what a failing export would have told.
+  bool IsRightlyRepaired(const Variant& file) const {
+    const bool isRepaired = file.deleted == note_.fieldItems;
+    if (isRepaired && file.deleted == 0) return true;
+    if (!note_.damage.needsRepair) {
+      return file.deleted == 0 || (check_.status == kFormNeedsRepair && Explains(kRepaired) &&
+                                   (isRepaired || Explains(kKeepsItems)));
+    }
+    return isRepaired || Explains(kKeepsItems) || (file.deleted == 0 && Explains(kRepaired));
   }
 
   void CheckFile(const Variant& file) const {
@@ -109,10 +120,7 @@ class NoteCheck {
       Find("was written by exporter " + std::to_string(file.exporter));
     }
     if (!file.isReadable && !Explains(kStaysSealed)) Find("is still sealed");
-    const bool isWhole = file.deleted == 0;
-    const bool isRepaired = MayBeRepaired() && file.deleted == note_.fieldItems;
-    if (isWhole || isRepaired) return;
-    if (!MayBeRepaired() || !Explains(kKeepsItems)) Find("lost items");
+    if (!IsRightlyRepaired(file)) Find("has other items");
   }
 
   void CheckRawCopy(const Variant& file) const {
@@ -154,6 +162,11 @@ bool HasFileOf(const ReferenceNote& note, const Outcome& run) {
   const std::string name = NoteIdText(note.id) + ".dxl";
   return std::any_of(std::begin(kNoteFolders), std::end(kNoteFolders),
                      [&](const char* folder) { return run.tree.contains(folder + name); });
+}
+
+bool HasFileOfAny(const std::vector<ReferenceNote>& notes, const Outcome& run) {
+  return std::any_of(notes.begin(), notes.end(),
+                     [&](const ReferenceNote& note) { return HasFileOf(note, run); });
 }
 
 // Notes are handled in ascending order, so that an early end can only cost the last of them.

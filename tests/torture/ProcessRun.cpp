@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <utility>
 
 #include "app/Arguments.h"
@@ -91,22 +90,9 @@ std::vector<std::wstring> ArgumentsFor(const Subject& subject) {
   return arguments;
 }
 
-// Under Wine a start can fail by itself, where addresses are given at random.
-ProcessRun Start(const std::function<ProcessRun()>& run) {
-  constexpr int kMostRefusals = 3;
-  for (int refusals = 0;; ++refusals) {
-    try {
-      ProcessRun result = run();
-      result.refusals = refusals;
-      const bool isStarted = CountMessages(result.outcome.log, "CreateProcess failed") == 0;
-      if (isStarted || refusals == kMostRefusals) return result;
-    } catch (const testing::NotStarted&) {
-      if (refusals == kMostRefusals) throw;
-    }
-  }
-}
+}  // namespace
 
-ProcessRun RunOnce(const Subject& subject, const std::string& faultPlan) {
+ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan) {
   testing::ExportRun run;
   run.SetDataFolder(subject.dataFolder);
   const bool isResumed = subject.resumeAt != 0;
@@ -116,7 +102,7 @@ ProcessRun RunOnce(const Subject& subject, const std::string& faultPlan) {
                              : RunToLimit(run.Executable(), commandLine));
 }
 
-ProcessRun RunOnce(const Listing& listing, const std::string& faultPlan) {
+ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
   testing::ExportRun run;
   run.SetDataFolder(kOwnData);
   run.SetFaults(faultPlan);
@@ -125,16 +111,6 @@ ProcessRun RunOnce(const Listing& listing, const std::string& faultPlan) {
                                          run.output()};
   for (const std::wstring& argument : ArgumentsFor(listing)) arguments.push_back(argument);
   return Read(run, RunToLimit(run.Executable(), testing::BuildCommandLine(arguments)));
-}
-
-}  // namespace
-
-ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan) {
-  return Start([&] { return RunOnce(subject, faultPlan); });
-}
-
-ProcessRun RunProgram(const Listing& listing, const std::string& faultPlan) {
-  return Start([&] { return RunOnce(listing, faultPlan); });
 }
 
 }  // namespace larkspan::torture

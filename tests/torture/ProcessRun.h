@@ -18,11 +18,9 @@ struct ProcessRun {
   Outcome outcome;
   std::string misuse;       // Of the library.
   Lines leftOpenByTheLast;  // Of the runtimes that ended: what was open in the library.
-  int refusals = 0;         // Earlier attempts in which the system did not start a process.
 };
 
-// With a fault plan for the library, an array in JSON. A run in which the system does not start a
-// process is none, and is tried again. Where an earlier worker is to die, it really
+// With a fault plan for the library, an array in JSON. Where an earlier worker is to die, it really
 // does, and the plan is for those after it; the supervisor, which gives each its plan, is then the
 // product's own in this process.
 ProcessRun RunProgram(const Subject& subject, const std::string& faultPlan);

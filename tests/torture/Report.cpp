@@ -95,13 +95,10 @@ void Report::PrintFigures(const std::string& subject, const std::string& details
   char figures[128];
   std::snprintf(figures, sizeof figures, "%d runs, %d with findings, %.1f s (%.1f runs/s)", cases_,
                 failedCases_, seconds, cases_ / seconds);
-  const std::string refused =
-      refusals_ == 0 ? "" : ", " + std::to_string(refusals_) + " starts refused by the system";
-  Print(sweep_ + " " + subject + ": " + figures + "; " + details + refused);
+  Print(sweep_ + " " + subject + ": " + figures + "; " + details);
   begun_ = now;
   cases_ = 0;
   failedCases_ = 0;
-  refusals_ = 0;
   hasRun_ = true;
 }
 

@@ -22,9 +22,6 @@ class Report {
   void Begin(const std::string& name);
   void End(const std::vector<std::string>& findings);
 
-  // Starts of a process that the system refused before this run.
-  void AddRefusals(int refusals) { refusals_ += refusals; }
-
   // Prints the figures of what was run since the last call: "<sweep> <subject>: ...".
   void PrintFigures(const std::string& subject, const std::string& details);
 
@@ -41,7 +38,6 @@ class Report {
   std::string case_;
   int cases_ = 0;
   int failedCases_ = 0;
-  int refusals_ = 0;
   bool hasFindings_ = false;
   bool hasRun_ = false;
   bool isAnyWanted_ = false;

@@ -22,13 +22,14 @@ class RunCheck {
   explicit RunCheck(const Lines& cleanLog);
 
   // Adds what is wrong to the findings. So many calls have failed, or kAnyNumber; each can have any
-  // of the expected lines once, and leave one thing open.
+  // of the expected lines once, and leave open what it was to release, beside what that belongs to.
   void Run(const Outcome& run, const Expectation& expectation, int failures, Lines& findings);
 
  private:
   using Counts = std::map<std::string, int>;
 
   void CheckLog(const Lines& log, const Expectation& expectation, int failures, Lines& findings);
+  bool IsUsual(const std::string& line) const;
   void CheckExpected(const Lines& log, const Expectation& expectation, int failures,
                      Lines& findings) const;
   void CheckSupervisor(const Outcome& run, const Expectation& expectation, Lines& findings) const;

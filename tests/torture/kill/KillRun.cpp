@@ -54,14 +54,12 @@ class KillRun {
 
   KillOutcome Go() {
     RunningExport running(export_->Executable(), commandLine_);
-    const bool isKilled = StrikeAt(moment_, export_->output(), running);
-    outcome_.isKilled = isKilled;
+    outcome_.isKilled = StrikeAt(moment_, export_->output(), running);
     Find(CheckFinalFiles(clean_, ReadFinalFiles(export_->output())));
-    if (isKilled && moment_.victim == Victim::kWorker) KillNextWorker(running);
-    if (isKilled && moment_.victim != Victim::kWorker) KillUnbornWorker(running);
+    if (outcome_.isKilled) KillWhatIsNext(running);
     AwaitEnd(running);
-    if (!isKilled || moment_.victim == Victim::kWorker) {
-      CheckSupervised(running, isKilled);
+    if (!outcome_.isKilled || moment_.victim == Victim::kWorker) {
+      CheckSupervised(running);
     } else {
       TakeUpAgain();
     }
@@ -76,13 +74,11 @@ class KillRun {
 
   OutputTree Tree() const { return export_->Tree(); }
 
-  void KillNextWorker(RunningExport& running) {
-    nextDied_ = StrikeTheNextWorker(moment_, running);
-    if (nextDied_) outcome_.remarks.emplace_back("the next worker died too");
-  }
-
-  void KillUnbornWorker(RunningExport& running) {
-    if (running.KillUnbornWorker()) {
+  void KillWhatIsNext(RunningExport& running) {
+    if (moment_.victim == Victim::kWorker) {
+      nextDied_ = StrikeTheNextWorker(moment_, running);
+      if (nextDied_) outcome_.remarks.emplace_back("the next worker died too");
+    } else if (running.KillUnbornWorker()) {
       outcome_.remarks.emplace_back("a worker that was being made would have stayed");
     }
   }
@@ -91,12 +87,12 @@ class KillRun {
     if (!running.AwaitEndOfAll(kLimit)) Find({"a process is left"});
   }
 
-  void CheckSupervised(const RunningExport& running, bool isKilled) {
+  void CheckSupervised(const RunningExport& running) {
     if (running.ExitCode() != 0) Find({"the supervisor does not end with 0"});
     const OutputTree tree = Tree();
     NoteIds lost = NotesBehind(LinesOf(tree, "log.txt"), kReadMarker);
     std::erase(lost, kNone);
-    const std::size_t deaths = (isKilled ? 1U : 0U) + (nextDied_ ? 1U : 0U);
+    const std::size_t deaths = (outcome_.isKilled ? 1U : 0U) + (nextDied_ ? 1U : 0U);
     if (lost.size() > deaths) Find({"more notes were lost than workers were ended"});
     if (lost.size() + CountEndsOutsideANote(tree) > deaths) {
       Find({"more ends are told than workers were ended"});
@@ -105,7 +101,7 @@ class KillRun {
     Find(CheckResumed(clean_, tree, lost));
     Find(CheckLog(tree, lost));
     Find(CheckClosing(tree));
-    outcome_.kind = !isKilled          ? "ended before the moment"
+    outcome_.kind = !outcome_.isKilled ? "ended before the moment"
                     : lost.empty()     ? "worker died without a marker, the run ended"
                     : IsFinished(tree) ? "worker died, the rest was exported"
                                        : "worker died, a later one without a marker";

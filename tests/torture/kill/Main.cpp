@@ -2,9 +2,10 @@
 //
 //   larkspan_kill_torture [--runs=N] [--seed=N] [--lanes=N] [--only=I]
 //
-// Prints the moment of each run and what became of it, so that --only=I with the same seed runs it
-// again, every finding, and figures; exit code 1 when there was a finding. So many runs as there
-// are lanes go on at the same time.
+// Prints the moment of each run and what became of it, every finding, and figures; exit code 1 when
+// there was a finding. --only=I with the same seed strikes at the moments of the I-th run again: a
+// run that ends before its moment is followed by one with another. So many runs as there are lanes
+// go on at the same time.
 #include <atomic>
 #include <cstdio>
 #include <exception>
@@ -76,17 +77,18 @@ class Torture {
     }
   }
 
-  // A run that ends before its moment makes room for another one.
   void RunOne(std::uint64_t number) {
     constexpr std::uint64_t kMostTooLate = 20;
-    for (std::uint64_t tooLate = 0; tooLate < kMostTooLate; ++tooLate) {
-      const MomentNumber which{.seed = options_.seed, .number = number, .tooLate = tooLate};
+    KillOutcome outcome{.isKilled = false};
+    MomentNumber which{.seed = options_.seed, .number = number, .tooLate = 0};
+    for (; which.tooLate < kMostTooLate && !outcome.isKilled; ++which.tooLate) {
       const Moment moment = PickMoment(which, clean_.duration, finalFiles_);
-      const KillOutcome outcome = RunKilledAt(moment);
-      Record(number, moment, outcome);
-      if (outcome.isKilled) return;
+      outcome = RunKilledAt(moment);
+      if (!outcome.isKilled && which.tooLate == kMostTooLate - 1) {
+        outcome.findings.emplace_back("each moment came too late");
+      }
+      Record(which, moment, outcome);
     }
-    Record(number, {}, {.kind = "never struck", .findings = {"each moment came too late"}});
   }
 
   KillOutcome RunKilledAt(const Moment& moment) const {
@@ -97,10 +99,11 @@ class Torture {
     }
   }
 
-  void Record(std::uint64_t number, const Moment& moment, const KillOutcome& outcome) {
+  void Record(const MomentNumber& which, const Moment& moment, const KillOutcome& outcome) {
     const std::lock_guard lock(recording_);
-    std::printf("%llu: %s: %s\n", number, Describe(moment).c_str(), outcome.kind.c_str());
-    ++kinds_[outcome.kind];
+    std::printf("%llu.%llu: %s: %s\n", which.number, which.tooLate, Describe(moment).c_str(),
+                outcome.kind.c_str());
+    ++(outcome.isKilled ? kinds_ : endedBefore_)[outcome.kind];
     for (const std::string& remark : outcome.remarks) ++remarks_[remark];
     for (const std::string& finding : outcome.findings) {
       std::printf("  FINDING %s\n", finding.c_str());
@@ -111,6 +114,9 @@ class Torture {
 
   void PrintFigures() const {
     for (const auto& [kind, count] : kinds_) std::printf("%6d  %s\n", count, kind.c_str());
+    for (const auto& [kind, count] : endedBefore_) {
+      std::printf("%6d  beside these: %s\n", count, kind.c_str());
+    }
     for (const auto& [remark, count] : remarks_) {
       std::printf("%6d  of these: %s\n", count, remark.c_str());
     }
@@ -123,6 +129,7 @@ class Torture {
   std::atomic<std::uint64_t> begun_{0};
   std::mutex recording_;  // Guards what follows.
   std::map<std::string, int> kinds_;
+  std::map<std::string, int> endedBefore_;
   std::map<std::string, int> remarks_;
   int findings_ = 0;
 };
