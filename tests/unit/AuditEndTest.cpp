@@ -59,6 +59,13 @@ TEST_F(AuditEndTest, BlockOfARunWithLosses) {
             "Some documents were not exported successfully. See log.txt for details.\r\n");
 }
 
+TEST_F(AuditEndTest, AsManyFailuresAsWarningsAreLossesToo) {
+  SetLog("#WARNING# - Major: a\r\n#WARNING# - Minor: b\r\n");
+  WriteAuditEnd(std::time(nullptr));
+  EXPECT_EQ(ReadLines(PathOf(L"audit.txt")).back(),
+            "Some documents were not exported successfully. See log.txt for details.");
+}
+
 TEST_F(AuditEndTest, BlockIsAppendedToWhatIsThere) {
   WriteBytes(PathOf(L"audit.txt"), "Archive started at: then\r\n");
   WriteAuditEnd(std::time(nullptr));
