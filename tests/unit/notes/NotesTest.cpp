@@ -47,6 +47,12 @@ TEST_F(OpenNoteTest, ClassIsTheWholeWord) {
   EXPECT_EQ(GetNoteClass(note_), 0x4201);
 }
 
+TEST_F(OpenNoteTest, ClassThatIsNotToldIsNone) {
+  OpenWith(R"("class": "document")");
+  SetFaults(R"([{"entry": "NSFNoteGetInfo", "status": 1}])");
+  EXPECT_EQ(GetNoteClass(note_), 0);
+}
+
 TEST_F(OpenNoteTest, OriginatorIdIsFileAndNotePart) {
   OpenWith(R"("unid": "1111111122222222333333334444444F", "sequence": 9)");
   const notes_api::OriginatorId id = GetOriginatorId(note_);
