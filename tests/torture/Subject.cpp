@@ -24,10 +24,18 @@ std::vector<Subject> SmallSubjects() {
   return {archive, plain, resumed};
 }
 
+// As an archive "damaged" has a note at which the library crashes by itself.
 std::vector<Subject> SampleSubjects() {
-  return {{.name = "sample", .dataFolder = kSampleData, .database = L"sample.nsf"},
-          {.name = "sealed", .dataFolder = kSampleData, .database = L"sealed.nsf"},
-          {.name = "damaged-views", .dataFolder = kSampleData, .database = L"damaged-views.nsf"}};
+  std::vector<Subject> subjects;
+  for (const std::string name : {"sample", "damaged", "sealed", "damaged-views", "empty"}) {
+    const std::wstring database = std::wstring(name.begin(), name.end()) + L".nsf";
+    Subject subject{.name = name, .dataFolder = kSampleData, .database = database};
+    if (name != "damaged") subjects.push_back(subject);
+    subject.name += "-plain";
+    subject.archive = false;
+    subjects.push_back(subject);
+  }
+  return subjects;
 }
 
 std::string PlanOfTheEarlierWorker(const Subject& subject, const std::string& action) {

@@ -22,7 +22,7 @@ struct Subject {
 // and as an archive that is resumed in the middle.
 std::vector<Subject> SmallSubjects();
 
-// Sample databases of the stand-in library, as archives.
+// Sample databases of the stand-in library, as archives and as plain exports.
 std::vector<Subject> SampleSubjects();
 
 // The data folder of the small database.
