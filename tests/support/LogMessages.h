@@ -7,6 +7,7 @@ inline constexpr char kIncompleteRun[] = "Major: Incomplete run detected for not
 inline constexpr char kNoteNotExported[] = "Major: Error exporting note ";
 inline constexpr char kNoAcl[] = "Error exporting ACL (";
 inline constexpr char kNoProperties[] = "Error exporting database properties (";
+inline constexpr char kNoQuota[] = "Unable to read database quota (";
 inline constexpr char kNoRuntime[] = "Notes initialization failed (";
 inline constexpr char kGivesUp[] = "Maximum retries exceeded";
 inline constexpr char kListNotSaved[] = "Unable to save document list";

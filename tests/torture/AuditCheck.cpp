@@ -45,6 +45,15 @@ void CheckWorkersLines(const Check& check, const Lines& expected, const Lines& a
   if (line != actual.end()) check.Find("the audit report has a strange line: " + *line);
 }
 
+void CheckUnavailable(const Check& check) {
+  const auto untold =
+      std::count_if(check.run.audit.begin(), check.run.audit.end(),
+                    [](const std::string& line) { return line.ends_with(": unavailable"); });
+  if (untold != CountMessages(check.run.log, message::kNoQuota)) {
+    check.Find("the log does not say which sizes are unavailable");
+  }
+}
+
 Lines BeforeTheEnd(const Lines& audit) {
   return Lines(audit.begin(), std::find(audit.begin(), audit.end(), testing::kFirstOfTheClosing));
 }
@@ -69,6 +78,7 @@ void CheckAudit(const Check& check) {
     for (const std::string& line : closing) check.Find("  " + line);
   }
   CheckMismatchLine(check, block);
+  CheckUnavailable(check);
   CheckWorkersLines(check, BeforeTheEnd(check.clean.audit), workers);
 }
 

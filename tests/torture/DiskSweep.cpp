@@ -110,8 +110,9 @@ class DiskSweep {
   void CheckViews(const Outcome& run, Lines& findings) const {
     const bool endedBefore = HasErrorLine(run.log) && !HasFileOfAny(reference_.notes, run);
     for (const auto& [name, content] : run.tree) {
-      if (name.starts_with("views/") && !clean_.tree.contains(name))
+      if (name.starts_with("views/") && !clean_.tree.contains(name)) {
         findings.push_back(name + " is strange");
+      }
     }
     for (const auto& [name, content] : clean_.tree) {
       if (!name.starts_with("views/") || name == "views/") continue;
@@ -155,8 +156,8 @@ class DiskSweep {
     Check check = MakeCheck(run, none, findings);
     check.isLogUnread = IsUnread(fault, operations_);
     const bool lostNoOther = WithoutMismatch(run.log) == WithoutMismatch(clean_.log);
-    check.mayLackMismatch = CostsALine(fault.operation) && (fault.andAllLater || lostNoOther) &&
-                            !(lostNoOther && check.isLogUnread && !fault.andAllLater);
+    check.mayLackMismatch =
+        CostsALine(fault.operation) && (fault.andAllLater || (lostNoOther && !check.isLogUnread));
     CheckAudit(check);
   }
 

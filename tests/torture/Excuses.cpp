@@ -1,5 +1,7 @@
 #include "tests/torture/Excuses.h"
 
+#include <algorithm>
+
 namespace larkspan::torture {
 
 bool Excuses::Explain(unsigned consequence, const std::string& thing, int calls) {
@@ -9,16 +11,18 @@ bool Excuses::Explain(unsigned consequence, const std::string& thing, int calls)
 }
 
 void Excuses::AddOverused(testing::Lines& findings) const {
+  std::map<std::string, int> callsFor;
   for (const auto& [consequence, things] : explained_) {
-    int calls = 0;
-    std::string text = std::to_string(failingCalls_) + " calls failed and cost";
-    for (const auto& [thing, needed] : things) {
-      calls += needed;
-      text += " " + thing;
-    }
-    const bool isForAll = (forAll_ & consequence) != 0;
-    if (!isForAll && calls > failingCalls_) findings.push_back(text);
+    if ((forAll_ & consequence) != 0) continue;
+    for (const auto& [thing, calls] : things) callsFor[thing] = std::max(callsFor[thing], calls);
   }
+  int needed = 0;
+  std::string text = std::to_string(failingCalls_) + " calls failed and cost";
+  for (const auto& [thing, calls] : callsFor) {
+    needed += calls;
+    text += " " + thing;
+  }
+  if (needed > failingCalls_) findings.push_back(text);
 }
 
 }  // namespace larkspan::torture

@@ -1,6 +1,6 @@
 // The consequences of failing calls that no line of the log tells of, and what each has been taken
-// for: a call that fails once has each of them for one note or file at most, unless it is one that
-// is made for all of them.
+// for: a call that fails once has them for one note or file at most, unless it is one that is made
+// for all of them.
 #pragma once
 
 #include <map>

@@ -16,7 +16,6 @@ constexpr std::string_view kNoteNotOpened = "Major: Error opening note ";
 constexpr std::string_view kNoteNotDecrypted = "Major: Error decrypting note ";
 constexpr std::string_view kWithoutImages = "Minor: Detected corrupt document ";
 constexpr std::string_view kNoDesign = "Unable to export design: ";
-constexpr std::string_view kNoQuota = "Unable to read database quota (";
 constexpr std::string_view kIndexStays = "Purging collection ";
 constexpr std::string_view kIndexStaysWhy = "Error '";
 
@@ -66,7 +65,7 @@ std::vector<Expectation> OfDatabaseAndNotes() {
       {"NSFDbSpaceUsageScaled",
        kAlways,
        {"Error retrieving database space usage (", message::kNoProperties}},
-      {"NSFDbQuotaGet", kAlways, {kNoQuota}, kAuditDiffers},
+      {"NSFDbQuotaGet", kAlways, {message::kNoQuota}, kAuditDiffers},
       {"NSFDbGetModifiedNoteTable", kNever, {}, kViewsDiffer, {}, kViewsDiffer},
       {"NSFSearchExtended3", kAlways, {kNoList}},
       {"IDCreateTable", kAlways, {kNoList}},

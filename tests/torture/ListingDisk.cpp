@@ -43,8 +43,9 @@ class ListingDiskSweep {
     Lines findings;
     const bool mayBeSilent = fault.file == "*" || IsReport(fault.file);
     if (!mayBeSilent) runCheck_.Run(run, kTold, fault.andAllLater ? kAnyNumber : 1, findings);
-    if (IsReport(fault.file))
+    if (IsReport(fault.file)) {
       CheckLinesOf("log.txt", fault, {operations_, clean_.log}, run.log, findings);
+    }
     CheckFile(fault, run, findings);
     for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
     if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());

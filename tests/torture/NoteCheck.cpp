@@ -169,19 +169,27 @@ bool HasFileOfAny(const std::vector<ReferenceNote>& notes, const Outcome& run) {
                      [&](const ReferenceNote& note) { return HasFileOf(note, run); });
 }
 
-// Notes are handled in ascending order, so that an early end can only cost the last of them.
+// Notes are handled in ascending order, so that an early end can only cost the last of them, and of
+// those that were opened, which an archive lists, only the one at which it came.
 void CheckNotes(const Check& check) {
   std::uint32_t lastThere = 0;
   for (const ReferenceNote& note : check.reference.notes) {
     if (HasFileOf(note, check.run)) lastThere = note.id;
   }
+  const Lines opened = LinesOf(check.run.tree, "unidindex.txt");
+  int openedInVain = 0;
   bool isBehindTheEnd = false;
   for (const ReferenceNote& note : check.reference.notes) {
     const bool mayEndHere = check.endedEarly && note.id == lastThere;
     const bool isThere = NoteCheck(check, note, mayEndHere).Run();
     if (isThere && isBehindTheEnd) check.Find("a note is missing before " + NoteIdText(note.id));
     isBehindTheEnd = isBehindTheEnd || !isThere;
+    const bool isOpened = std::any_of(opened.begin(), opened.end(), [&](const std::string& line) {
+      return line.starts_with(NoteIdText(note.id));
+    });
+    if (isOpened && !isThere) ++openedInVain;
   }
+  if (openedInVain > 1) check.Find("more than one note is missing that was opened");
 }
 
 }  // namespace larkspan::torture
