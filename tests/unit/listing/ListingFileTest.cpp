@@ -9,7 +9,17 @@
 namespace larkspan {
 namespace {
 
-using ListingFileTest = OutputFolderTest;
+class ListingFileTest : public OutputFolderTest {
+ protected:
+  // Whether a listing of one line is whole although these operations fail.
+  static bool IsWholeWith(const char* plan) {
+    const FileFaults faults(plan);
+    ListingFile file;
+    EXPECT_TRUE(file.Open(L"\\lines.txt"));
+    file.WriteLine("first");
+    return file.Close();
+  }
+};
 
 TEST_F(ListingFileTest, LineIsOnDiskBeforeTheNextIsBegun) {
   ListingFile file;
@@ -21,19 +31,11 @@ TEST_F(ListingFileTest, LineIsOnDiskBeforeTheNextIsBegun) {
 }
 
 TEST_F(ListingFileTest, LineThatIsNotWrittenShowsAtTheClose) {
-  const FileFaults faults("write lines.txt 1 diskFull");
-  ListingFile file;
-  ASSERT_TRUE(file.Open(L"\\lines.txt"));
-  file.WriteLine("first");
-  EXPECT_FALSE(file.Close());
+  EXPECT_FALSE(IsWholeWith("write lines.txt 1 diskFull"));
 }
 
 TEST_F(ListingFileTest, CloseThatFailsShows) {
-  const FileFaults faults("close lines.txt 1 diskFull");
-  ListingFile file;
-  ASSERT_TRUE(file.Open(L"\\lines.txt"));
-  file.WriteLine("first");
-  EXPECT_FALSE(file.Close());
+  EXPECT_FALSE(IsWholeWith("close lines.txt 1 diskFull"));
 }
 
 }  // namespace
