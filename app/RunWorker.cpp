@@ -4,24 +4,25 @@
 
 #include <string>
 
-#include "app/MarkerFile.h"
+#include "base/Settings.h"
 #include "export/WorkerRun.h"
 #include "notes/Identity.h"
 #include "notes/Runtime.h"
+#include "notes/StatusCodes.h"
 #include "notes/Text.h"
 #include "report/AuditReport.h"
+#include "report/MarkerFile.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
 
 namespace {
 
-constexpr notes_api::STATUS kConfigurationNotFound = 0x1A5;
-
 bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
-  const Status status = StartNotesRuntime();
+  const Settings& settings = ProcessSettings();
+  const Status status = StartNotesRuntime(settings.programPath, settings.runtimeArguments);
   if (status.ok()) return true;
-  if (status.ErrorNumber() == kConfigurationNotFound) {
+  if (status.IsError(kConfigurationNotFound)) {
     LogError(L"Unable to locate notes.ini");
     return false;
   }
@@ -31,7 +32,8 @@ bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
 }
 
 bool SwitchIdOrLog() {
-  const Status status = SwitchId();
+  const Settings& settings = ProcessSettings();
+  const Status status = SwitchId(settings.idFile, settings.idPassword);
   if (!status.ok()) LogStatus(LogLevel::kError, L"Unable to switch ID (%s)", status);
   return status.ok();
 }

@@ -2,13 +2,13 @@
 
 #include <cstdio>
 
-#include "base/File.h"
+#include "base/FileSystem.h"
 
 namespace larkspan {
 
 HexNumberFileEnd ReadHexNumberFile(const std::wstring& path,
                                    const std::function<bool(std::uint32_t)>& visit) {
-  UniqueFile file = OpenFile(path, L"r");
+  file_system::UniqueFile file = file_system::Open(path, L"r");
   if (!file) return HexNumberFileEnd::kNotOpened;
   unsigned int number = 0;
   while (std::fscanf(file.get(), "%X", &number) == 1) {

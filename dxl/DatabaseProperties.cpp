@@ -3,12 +3,11 @@
 #include <cstdint>
 #include <string>
 
-#include "app/Settings.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "dxl/DateTime.h"
 #include "dxl/FormattedAttribute.h"
 #include "dxl/XmlDocument.h"
-#include "notes/Database.h"
 #include "notes/NotesApi.h"
 #include "notes/Properties.h"
 #include "notes/Utf8Text.h"
@@ -28,28 +27,26 @@ Status Logged(const wchar_t* format, Status status) {
   return status;
 }
 
-class PropertiesDocument {
+class PropertiesPrinter {
  public:
-  explicit PropertiesDocument(const Database& database) : database_(database) {}
+  PropertiesPrinter(const Database& database, tinyxml2::XMLPrinter& printer)
+      : database_(database), printer_(printer) {}
 
   // Stops at the first operation that fails.
-  Status Write() {
-    if (!document_.HasFile()) return Save();
+  Status Print() {
     printer_.PushUnknown("DOCTYPE database");
     printer_.OpenElement("database", kOnTheSameLine);
     printer_.PushAttribute("xmlns", notes_api::kDxlNamespace);
     printer_.PushAttribute("version", "12.0");
-    for (const auto write : {&PropertiesDocument::WriteReplicaId, &PropertiesDocument::WritePath,
-                             &PropertiesDocument::WriteTitles, &PropertiesDocument::WriteInfo}) {
+    for (const auto write : {&PropertiesPrinter::WriteReplicaId, &PropertiesPrinter::WritePath,
+                             &PropertiesPrinter::WriteTitles, &PropertiesPrinter::WriteInfo}) {
       if (const Status status = (this->*write)(); !status.ok()) return status;
     }
     printer_.CloseElement();
-    return Save();
+    return Status();
   }
 
  private:
-  Status Save() { return document_.Save(InOutputFolder(output::kProperties)); }
-
   Status WriteReplicaId() {
     notes_api::DatabaseId id{};
     const Status status = Logged(L"Error retrieving replicaid (%s)", GetReplicaId(database_, id));
@@ -94,7 +91,6 @@ class PropertiesDocument {
   }
 
   Status WriteSpaceUsage() {
-    constexpr std::uint32_t kBytesPerKilobyte = 1024;
     SpaceUsage usage;
     const Status status =
         Logged(L"Error retrieving database space usage (%s)", GetSpaceUsage(database_, usage));
@@ -136,14 +132,19 @@ class PropertiesDocument {
   }
 
   const Database& database_;
-  XmlDocument document_;
-  tinyxml2::XMLPrinter& printer_ = document_.printer();
+  tinyxml2::XMLPrinter& printer_;
 };
 
 }  // namespace
 
 Status ExportDatabaseProperties(const Database& database) {
-  return PropertiesDocument(database).Write();
+  XmlDocument document;
+  Status status;
+  const bool isComplete = document.Print([&](tinyxml2::XMLPrinter& printer) {
+    status = PropertiesPrinter(database, printer).Print();
+    return status.ok();
+  });
+  return isComplete ? document.Save(InOutputFolder(output::kProperties)) : status;
 }
 
 }  // namespace larkspan

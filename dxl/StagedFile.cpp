@@ -4,10 +4,11 @@
 
 #include <chrono>
 
-#include "app/Settings.h"
 #include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
+#include "base/Settings.h"
+#include "notes/StatusCodes.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
@@ -29,9 +30,7 @@ bool TryDelete() {
 
 }  // namespace
 
-std::wstring StagedFilePath() {
-  return InOutputFolder(std::wstring(L"\\") + output::kTemporaryName);
-}
+std::wstring StagedFilePath() { return InOutputFolder(output::kTemporary); }
 
 Status ClearStagedFile() {
   if (Attempt(L"delete DXL temporary file", TryDelete)) return Status();

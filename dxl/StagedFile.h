@@ -12,11 +12,6 @@
 
 namespace larkspan {
 
-// Results of our own that travel where a status of the library does.
-inline constexpr Status kTemporaryFileNotDeleted{260};
-inline constexpr Status kFileNotMoved{264};
-inline constexpr Status kOutputNotWritten{270};
-
 // The full path of temp.tmp.
 std::wstring StagedFilePath();
 

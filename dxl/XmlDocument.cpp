@@ -7,6 +7,7 @@
 
 #include "base/FileSystem.h"
 #include "dxl/StagedFile.h"
+#include "notes/StatusCodes.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
@@ -32,17 +33,18 @@ bool CopyText(std::FILE* source, std::FILE* target) {
 
 }  // namespace
 
-XmlDocument::XmlDocument() : file_(OpenTemporaryFile()), printer_(file_.get(), kNotCompact) {
+XmlDocument::XmlDocument()
+    : file_(file_system::OpenTemporary()), printer_(file_.get(), kNotCompact) {
   printer_.PushDeclaration("xml version='1.0' encoding='utf-8'");
 }
 
 Status XmlDocument::CopyToStagedFile() {
   if (!file_ || !file_system::Flush(file_.get())) return kOutputNotWritten;
   std::rewind(file_.get());
-  UniqueFile staged = OpenFile(StagedFilePath(), L"w");
+  file_system::UniqueFile staged = file_system::Open(StagedFilePath(), L"w");
   if (!staged) return kOutputNotWritten;
   const bool copied = CopyText(file_.get(), staged.get());
-  const bool closed = CloseFile(std::move(staged));
+  const bool closed = file_system::Close(std::move(staged));
   if (copied && closed) return Status();
   DeleteStagedFile();
   return kOutputNotWritten;

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "app/Settings.h"
 #include "base/BoundsCheck.h"
-#include "notes/Database.h"
+#include "base/Settings.h"
+#include "notes/Properties.h"
 #include "notes/Text.h"
 #include "report/AuditReport.h"
 #include "report/RunLog.h"

@@ -5,14 +5,15 @@
 
 #include <string>
 
-#include "app/MarkerFile.h"
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "base/WideFormat.h"
 #include "export/NoteExport.h"
 #include "export/UnidIndex.h"
 #include "notes/IdTables.h"
 #include "notes/Identity.h"
 #include "notes/Notes.h"
+#include "notes/StatusCodes.h"
+#include "report/MarkerFile.h"
 #include "report/Progress.h"
 #include "report/RunLog.h"
 
@@ -20,12 +21,8 @@ namespace larkspan {
 
 namespace {
 
-constexpr Status kNoKeyToDecrypt{6402};
-constexpr notes_api::STATUS kDesignNotExported = 6967;
-constexpr notes_api::STATUS kDesignNotExportedEither = 6968;
-
 bool IsDesignFailure(Status status) {
-  return status.code() == kDesignNotExported || status.code() == kDesignNotExportedEither;
+  return status == kDesignNotExported || status == kDesignElementNotExported;
 }
 
 // The format holds "%08X" for the note ID and "%%s" for the status text.
@@ -76,9 +73,7 @@ bool ExportListedNote(const ExporterSet& exporters, const Database& database,
 
 bool ExportListedNotes(const ExporterSet& exporters, const Database& database, const IdTable& notes,
                        std::uint32_t resumeNoteId) {
-  std::uint32_t walked = 0;
-  const bool walkedOn = ScanIds(notes, [&](std::uint32_t noteId) {
-    ++walked;
+  const ScanEnd end = ScanIds(notes, [&](std::uint32_t noteId) {
     if (noteId <= resumeNoteId) return true;
     if (!WriteMarkerFile(noteId)) return false;
     if (Progress(L"DOCUMENT: %08X", noteId)) {
@@ -87,11 +82,9 @@ bool ExportListedNotes(const ExporterSet& exporters, const Database& database, c
     }
     return ExportListedNote(exporters, database, noteId);
   });
-  if (!walkedOn) return false;
-  // A scan that fails looks like one that has reached the end, and would lose the notes silently.
-  const bool reachedEnd = walked >= CountIds(notes);
-  if (!reachedEnd) LogError(L"Unable to read document list");
-  return reachedEnd;
+  // Without a line the notes behind would be lost silently.
+  if (end == ScanEnd::kFailed) LogError(L"Unable to read document list");
+  return end == ScanEnd::kEndOfTable;
 }
 
 }  // namespace larkspan

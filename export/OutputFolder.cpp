@@ -1,8 +1,8 @@
 #include "export/OutputFolder.h"
 
-#include "app/Settings.h"
 #include "base/FileSystem.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 
 namespace larkspan {
 

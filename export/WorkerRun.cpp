@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "dxl/DatabaseProperties.h"
 #include "dxl/StagedFile.h"
 #include "dxl/ViewExport.h"
@@ -24,7 +24,6 @@
 #include "notes/IdTables.h"
 #include "notes/LibraryFunctions.h"
 #include "notes/NoteSearch.h"
-#include "notes/Text.h"
 #include "report/Progress.h"
 #include "report/RunLog.h"
 
@@ -56,7 +55,7 @@ class WorkerRun {
   }
 
   bool LocateLibrary() {
-    switch (FindLibraryFunctions(L"nnotes.dll", functions_)) {
+    switch (FindLibraryFunctions(L"nnotes.dll")) {
       case LibraryLookup::kFound:
         return true;
       case LibraryLookup::kNoLibrary:
@@ -121,7 +120,7 @@ class WorkerRun {
   }
 
   bool ListNotes() {
-    if (settings_.archive && !settings_.noViews) ExportViews(functions_, database_);
+    if (settings_.archive && !settings_.noViews) ExportViews(database_);
     Progress(L"Scanning documents");
     if (!Search()) return false;
     if (!WriteIdTableFile(notes_)) {
@@ -135,8 +134,8 @@ class WorkerRun {
   bool Search() {
     constexpr NoteSearch kEverything{0x7FFF, 0x80000002};
     constexpr NoteSearch kAllButDocuments{0x7FFE, 0};
-    const Status status = SearchNotes(functions_, database_,
-                                      settings_.archive ? kEverything : kAllButDocuments, notes_);
+    const Status status =
+        SearchNotes(database_, settings_.archive ? kEverything : kAllButDocuments, notes_);
     if (!status.ok()) LogStatus(LogLevel::kError, L"Error retrieving notes (%s)", status);
     return status.ok();
   }
@@ -149,7 +148,6 @@ class WorkerRun {
 
   const Settings& settings_ = ProcessSettings();
   const std::uint32_t resumeNoteId_;
-  LibraryFunctions functions_;
   ExporterSet exporters_;
   std::string databasePath_;  // In the Notes character set.
   Database database_;

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/File.h"
+#include "base/FileSystem.h"
 
 namespace larkspan {
 
@@ -16,15 +16,15 @@ class ListingFile {
   // an earlier one. False when that fails.
   bool Open(std::wstring_view name);
 
-  // Writes a line, which has no line end of its own. What fails is told by Close; no line is written
-  // after it, so that the file holds the listing's beginning and no gap.
+  // Writes a line, which has no line end of its own. What fails is told by Close; no line is
+  // written after it, so that the file holds the listing's beginning and no gap.
   void WriteLine(std::string_view line);
 
   // Whether every line has reached the file.
   bool Close();
 
  private:
-  UniqueFile file_;
+  file_system::UniqueFile file_;
   bool isWritten_ = true;
 };
 

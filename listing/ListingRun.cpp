@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "base/Settings.h"
 #include "notes/Identity.h"
 #include "notes/Runtime.h"
 #include "report/RunLog.h"
@@ -13,7 +14,8 @@ namespace {
 using List = std::function<void(ListingFile&)>;
 
 void SwitchIdAndList(ListingFile& file, const List& list) {
-  const Status status = SwitchId();
+  const Settings& settings = ProcessSettings();
+  const Status status = SwitchId(settings.idFile, settings.idPassword);
   if (status.ok()) {
     list(file);
   } else {
@@ -22,7 +24,8 @@ void SwitchIdAndList(ListingFile& file, const List& list) {
 }
 
 void StartAndList(ListingFile& file, const List& list) {
-  const Status status = StartNotesRuntime();
+  const Settings& settings = ProcessSettings();
+  const Status status = StartNotesRuntime(settings.programPath, settings.runtimeArguments);
   if (!status.ok()) {
     LogError(L"Notes initialization failed (%X)", static_cast<unsigned int>(status.code()));
     return;

@@ -16,10 +16,6 @@ namespace larkspan {
 
 namespace {
 
-std::string_view AsText(Bytes bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 std::string TranslateOrEnd(std::string_view text) {
   constexpr std::size_t kBufferBytes = 1024;
   std::string utf8 = NotesToUtf8(text, kBufferBytes);

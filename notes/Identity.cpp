@@ -2,8 +2,7 @@
 
 #include <array>
 
-#include "app/Settings.h"
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
 #include "notes/Text.h"
 
 namespace larkspan {
@@ -17,15 +16,14 @@ using UserNameBuffer = std::array<char, kUserNameSize + 1>;
 
 }  // namespace
 
-Status SwitchId() {
+Status SwitchId(const std::wstring& idFile, const std::wstring& password) {
   constexpr notes_api::DWORD kFlags = 8;
-  const Settings& settings = ProcessSettings();
-  if (settings.idFile.empty() || settings.idPassword.empty()) return Status();
-  const std::string idFile = WideToNotes(settings.idFile);
-  const std::string password = WideToNotes(settings.idPassword);
+  if (idFile.empty() || password.empty()) return Status();
+  const std::string idFileText = WideToNotes(idFile);
+  const std::string passwordText = WideToNotes(password);
   UserNameBuffer userName{};
-  return Status(notes_api::SECKFMSwitchToIDFile(idFile.c_str(), password.c_str(), userName.data(),
-                                                kUserNameSize, kFlags, nullptr));
+  return Status(notes_api::SECKFMSwitchToIDFile(idFileText.c_str(), passwordText.c_str(),
+                                                userName.data(), kUserNameSize, kFlags, nullptr));
 }
 
 Status GetCurrentUserName(std::string& name) {

@@ -8,9 +8,9 @@
 
 namespace larkspan {
 
-// Switches to the ID file of the settings with its password. Does nothing, and succeeds, when
-// either of them is empty.
-Status SwitchId();
+// Switches to an ID file with its password, both in UTF-16. Does nothing, and succeeds, when either
+// of them is empty.
+Status SwitchId(const std::wstring& idFile, const std::wstring& password);
 
 // The current user's name in the Notes character set, at most 255 bytes.
 Status GetCurrentUserName(std::string& name);

@@ -13,7 +13,8 @@ Function FindFunction(HMODULE library, const char* name) {
 
 }  // namespace
 
-LibraryLookup FindLibraryFunctions(const wchar_t* libraryName, LibraryFunctions& functions) {
+LibraryLookup FindLibraryFunctions(const wchar_t* libraryName) {
+  LibraryFunctions& functions = FoundLibraryFunctions();
   const HMODULE library = GetModuleHandleW(libraryName);
   if (library == nullptr) return LibraryLookup::kNoLibrary;
   functions.searchExtended3 =

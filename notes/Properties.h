@@ -1,4 +1,4 @@
-// What a database tells of itself. Text is in the Notes character set.
+// What an open database tells of itself. Text is in the Notes character set.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,22 @@
 #include "notes/Status.h"
 
 namespace larkspan {
+
+// The path of an open database as the library tells it, at most 1,023 bytes.
+Status GetDatabasePath(const Database& database, std::string& path);
+
+inline constexpr std::uint32_t kBytesPerKilobyte = 1024;
+
+struct DatabaseLocation {
+  std::string server;  // At most 255 bytes; empty for a local database.
+  std::string file;    // At most 255 bytes.
+};
+
+// Where an open database lies. A part that the library cannot tell is empty.
+DatabaseLocation GetDatabaseLocation(const Database& database);
+
+// The current size in bytes of the database with this path, the path with which it was opened.
+Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes);
 
 Status GetReplicaId(const Database& database, notes_api::DatabaseId& id);
 

@@ -5,10 +5,7 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <string>
-#include <vector>
 
-#include "app/Settings.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
@@ -35,10 +32,9 @@ Argument ToAnsiArgument(const std::wstring& text) {
 
 }  // namespace
 
-Status StartNotesRuntime() {
-  const Settings& settings = ProcessSettings();
-  const std::vector<std::wstring>& runtimeArguments = settings.runtimeArguments;
-  Argument program = ToAnsiArgument(settings.programPath);
+Status StartNotesRuntime(const std::wstring& programPath,
+                         const std::vector<std::wstring>& runtimeArguments) {
+  Argument program = ToAnsiArgument(programPath);
   Argument configuration{};
   if (!runtimeArguments.empty()) configuration = ToAnsiArgument(runtimeArguments.back());
 

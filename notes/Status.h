@@ -1,6 +1,8 @@
 // The result of an operation on the Notes library.
 #pragma once
 
+#include <string>
+
 #include "notes/NotesApi.h"
 
 namespace larkspan {
@@ -20,10 +22,16 @@ class [[nodiscard]] Status {
   // The error number alone, without the two top bits that say where it came from.
   constexpr notes_api::STATUS ErrorNumber() const { return code_ & notes_api::kErrorMask; }
 
+  // Whether the error is the same, wherever it came from.
+  constexpr bool IsError(Status other) const { return ErrorNumber() == other.ErrorNumber(); }
+
   friend constexpr bool operator==(Status, Status) = default;
 
  private:
   notes_api::STATUS code_ = 0;
 };
+
+// The Notes library's text for the status's error number, at most 255 characters.
+std::wstring StatusText(Status status);
 
 }  // namespace larkspan

@@ -24,11 +24,6 @@ std::string WideToNotes(std::wstring_view text) {
   return notes;
 }
 
-Status PathToNotes(std::wstring_view path, std::string& notes) {
-  notes = WideToNotes(path);
-  return notes.empty() && !path.empty() ? kPathNotTranslated : Status();
-}
-
 std::wstring NotesToWide(std::string_view text, std::size_t maxBytes) {
   const std::size_t inputBytes = std::min(text.size(), kMaxInputBytes);
   std::wstring wide(maxBytes / sizeof(wchar_t), L'\0');
@@ -37,6 +32,13 @@ std::wstring NotesToWide(std::string_view text, std::size_t maxBytes) {
       reinterpret_cast<char*>(wide.data()), static_cast<notes_api::WORD>(maxBytes));
   wide.resize(std::min(written / sizeof(wchar_t), wide.size()));
   return wide;
+}
+
+bool FirstEightBytesEqual(std::string_view text, std::string_view other) {
+  constexpr notes_api::WORD kLength = 8;
+  constexpr notes_api::WORD kOptions = 0;
+  return text.size() >= kLength && other.size() >= kLength &&
+         notes_api::IntlTextCompare(text.data(), kLength, other.data(), kLength, kOptions) == 0;
 }
 
 }  // namespace larkspan

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "base/Utf8.h"
 #include "base/WideFormat.h"
 #include "report/RunLog.h"

@@ -7,7 +7,6 @@
 #include <functional>
 #include <string>
 
-#include "dxl/NumberSettings.h"
 #include "tests/standin/StandinTest.h"
 #include "tests/support/ByteBuilder.h"
 
@@ -25,10 +24,7 @@ inline std::string Printed(const std::function<void(tinyxml2::XMLPrinter&)>& wri
 // Runs the library on a machine whose decimal separator has two characters.
 class ReaderTest : public standin_test::StandinTest {
  protected:
-  ReaderTest() {
-    Start("StandinDecimalSeparator=,,\n");
-    FetchNumberSettings();
-  }
+  ReaderTest() { Start("StandinDecimalSeparator=,,\n"); }
 };
 
 }  // namespace larkspan

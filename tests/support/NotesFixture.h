@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "notes/Handles.h"
 #include "notes/Status.h"
 #include "tests/support/OutputFolderTest.h"

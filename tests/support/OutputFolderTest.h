@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/ScopedSettings.h"
 #include "tests/support/TempFolder.h"

@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "app/WorkerLauncher.h"
+#include "base/Settings.h"
+#include "supervision/WorkerLauncher.h"
 
 namespace larkspan {
 
@@ -15,11 +16,12 @@ struct ScriptedWorker {
   std::optional<std::string> marker;  // The bytes that it leaves in its marker file, if any.
 };
 
-// Plays the workers of the script one after another in the output folder of the settings. A worker
+// Plays the workers of the script one after another in an output folder. A worker
 // beyond the script ends cleanly without a marker, so that the run ends.
 class ScriptedLauncher : public WorkerLauncher {
  public:
-  explicit ScriptedLauncher(std::vector<ScriptedWorker> script);
+  explicit ScriptedLauncher(std::vector<ScriptedWorker> script,
+                            std::wstring outputFolder = ProcessSettings().outputFolder);
 
   WorkerEnding RunToEnd(const std::wstring& commandLine) override;
 
@@ -28,6 +30,7 @@ class ScriptedLauncher : public WorkerLauncher {
 
  private:
   std::vector<ScriptedWorker> script_;
+  std::wstring outputFolder_;
   std::vector<std::wstring> commandLines_;
 };
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/CommandLine.h"
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "listing/ScanMode.h"
 #include "listing/ServersMode.h"
 #include "tests/torture/Subject.h"

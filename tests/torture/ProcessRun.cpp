@@ -6,8 +6,8 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
-#include "app/EndSignal.h"
-#include "app/Supervisor.h"
+#include "supervision/EndSignal.h"
+#include "supervision/Supervisor.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
 #include "tests/support/SystemProcess.h"
@@ -67,7 +67,7 @@ std::optional<std::uint32_t> RunResumed(const testing::ExportRun& run,
   const PauseRecorder nobodyWaits;
   SetProcessSettings(ParseCommandLine(SplitCommandLine(commandLine)).settings);
   ResumingLauncher launcher(run, faultPlan);
-  RunSupervisor(launcher, commandLine);
+  RunSupervisor(launcher, commandLine, ProcessRunLog());
   return launcher.allEnd() ? std::optional<std::uint32_t>(0) : std::nullopt;
 }
 

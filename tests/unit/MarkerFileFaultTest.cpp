@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/MarkerFile.h"
+#include "report/MarkerFile.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"

@@ -1,4 +1,4 @@
-#include "app/MarkerFile.h"
+#include "report/MarkerFile.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>

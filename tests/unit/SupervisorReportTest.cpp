@@ -139,7 +139,7 @@ TEST_F(SupervisorReportTest, StartIsAuditedBeforeTheFirstWorker) {
     std::wstring audit_;
   };
   AuditReader launcher(PathOf(L"audit.txt"));
-  RunSupervisor(launcher, L"run");
+  RunSupervisor(launcher, L"run", ProcessRunLog());
   EXPECT_EQ(AuditLabels(launcher.lines), Lines{"Archive started at"});
 }
 

@@ -1,5 +1,5 @@
 // Real processes: the system's own command interpreter stands in for the program.
-#include "app/WorkerLauncher.h"
+#include "supervision/WorkerLauncher.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -97,7 +97,7 @@ TEST_F(WorkerLauncherTest, CurrentFolderIsInherited) {
 
 TEST_F(SupervisorTest, ProgramThatIsNotThereIsAnErrorLineAndEndsTheRun) {
   ProcessLauncher launcher(PathOf(L"none.exe"));
-  RunSupervisor(launcher, L"none");
+  RunSupervisor(launcher, L"none", ProcessRunLog());
   EXPECT_EQ(Complaints(), Lines{"#ERROR# - CreateProcess failed (2)"});
   EXPECT_TRUE(pauses().empty());
 }

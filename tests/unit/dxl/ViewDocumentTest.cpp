@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dxl/NumberSettings.h"
+#include "notes/LibraryFunctions.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
@@ -37,7 +38,7 @@ class ViewDocumentTest : public NotesFixture {
   ViewDocumentTest() {
     purges = 0;
     purgeResult = 0;
-    functions_.purgeCollection = CountPurges;
+    FoundLibraryFunctions().purgeCollection = CountPurges;
   }
 
   // One view with these flags, none when null, and these keys of its `view` in JSON.
@@ -51,10 +52,9 @@ class ViewDocumentTest : public NotesFixture {
   // Opens the database, then sets the faults.
   void Write(const std::string& faults = "[]") {
     Start();
-    FetchNumberSettings();
     const Database database = OpenTestDatabase();
     SetFaults(faults);
-    WriteViewDocument(functions_, database, kView, path_);
+    WriteViewDocument(database, kView, GetNumberSettings(), path_);
     SetFaults("[]");
   }
 
@@ -70,7 +70,6 @@ class ViewDocumentTest : public NotesFixture {
   std::string Openings() const { return Arguments("NIFOpenCollection"); }
 
   const std::wstring path_ = PathOf(L"view.xml");
-  LibraryFunctions functions_;
 };
 
 constexpr char kHead[] = "<?xml version='1.0' encoding='utf-8'?>\r\n";
@@ -153,7 +152,7 @@ TEST_F(ViewDocumentTest, IndexThatHadToBeBuiltIsDropped) {
 
 // The library refuses to drop an index that is still open, and a note must not be closed before.
 TEST_F(ViewDocumentTest, IndexIsDroppedBetweenItsCloseAndThatOfTheNote) {
-  functions_.purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
+  FoundLibraryFunctions().purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
       OriginalEntryPoint("NIFPurgeCollection"));
   EXPECT_NE(Written("", kTwoEntries), "none");
   const Lines order = Order({"NIFCloseCollection", "NIFPurgeCollection", "NSFNoteClose"});
@@ -295,10 +294,9 @@ STATUS LARKSPAN_NOTES_CALL ThrowInstead(notes_api::HCOLLECTION, notes_api::Colle
 TEST_F(ViewDocumentTest, ExceptionOnTheWayDropsTheIndexToo) {
   WriteViewDatabase("", kTwoEntries);
   Start();
-  FetchNumberSettings();
   const Database database = OpenTestDatabase();
   const ReplacedEntryPoint replaced("NIFReadEntries", ThrowInstead);
-  EXPECT_THROW(WriteViewDocument(functions_, database, kView, path_), std::runtime_error);
+  EXPECT_THROW(WriteViewDocument(database, kView, GetNumberSettings(), path_), std::runtime_error);
   EXPECT_EQ(purges, 1);
   EXPECT_FALSE(Exists(path_));
 }

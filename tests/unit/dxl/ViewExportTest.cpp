@@ -6,6 +6,7 @@
 #include <string>
 
 #include "dxl/NumberSettings.h"
+#include "notes/LibraryFunctions.h"
 #include "report/Progress.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/NotesFixture.h"
@@ -21,7 +22,7 @@ class ViewExportTest : public NotesFixture {
     SetArchive(true);
     MakeFolder(PathOf(L"views"));
     AddConfiguration("StandinDecimalSeparator=,");
-    functions_.purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
+    FoundLibraryFunctions().purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
         OriginalEntryPoint("NIFPurgeCollection"));
   }
   ~ViewExportTest() override { ClearStopRequestForTesting(); }
@@ -33,14 +34,12 @@ class ViewExportTest : public NotesFixture {
     const Database database = OpenTestDatabase();
     SetFaults(faults);
     const CapturedOutput output;
-    ExportViews(functions_, database);
+    ExportViews(database);
     SetFaults("[]");
     return output.Flushed();
   }
 
   bool IsWritten(const std::wstring& name) const { return Exists(PathOf(L"views\\" + name)); }
-
-  LibraryFunctions functions_;
 };
 
 constexpr char kViewFolderAndHidden[] =
@@ -70,7 +69,7 @@ TEST_F(ViewExportTest, NumbersHaveAFullStop) {
   Export(kViewFolderAndHidden);
   EXPECT_NE(ReadBytes(PathOf(L"views\\0000011A.xml")).find("<number>2.5</number>"),
             std::string::npos);
-  EXPECT_STREQ(NumberSettings().decimalSeparator, ".");
+  EXPECT_STREQ(GetNumberSettings().decimalSeparator, ".");
 }
 
 TEST_F(ViewExportTest, DatabaseWithoutViewsCountsNone) {

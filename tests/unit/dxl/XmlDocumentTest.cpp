@@ -21,10 +21,25 @@ class XmlDocumentTest : public NotesFixture {
 
   Status Save() {
     XmlDocument document;
-    document.printer().OpenElement("view");
-    document.printer().OpenElement("total");
-    document.printer().CloseElement();
-    document.printer().CloseElement();
+    document.Print([](tinyxml2::XMLPrinter& printer) {
+      printer.OpenElement("view");
+      printer.OpenElement("total");
+      printer.CloseElement();
+      printer.CloseElement();
+      return true;
+    });
+    return document.Save(path_);
+  }
+
+  // The same of a view that holds a text only.
+  Status SaveText(const std::string& text) {
+    XmlDocument document;
+    document.Print([&](tinyxml2::XMLPrinter& printer) {
+      printer.OpenElement("view");
+      printer.PushText(text.c_str());
+      printer.CloseElement();
+      return true;
+    });
     return document.Save(path_);
   }
 
@@ -65,23 +80,30 @@ TEST_F(XmlDocumentTest, LeftoverOfACrashedWorkerIsTakenAway) {
 }
 
 TEST_F(XmlDocumentTest, LargeDocumentIsCopiedWhole) {
-  XmlDocument document;
-  document.printer().OpenElement("view");
   const std::string text(200000, 'x');
-  document.printer().PushText(text.c_str());
-  document.printer().CloseElement();
-  EXPECT_TRUE(document.Save(path_).ok());
+  EXPECT_TRUE(SaveText(text).ok());
   EXPECT_EQ(ReadBytes(path_), std::string(kDeclaration) + "\r\n<view>" + text + "</view>\r\n");
 }
 
 // No text in UTF-8 has such a byte.
 TEST_F(XmlDocumentTest, CopyEndsAtTheFirstByteThatIsNoText) {
-  XmlDocument document;
-  document.printer().OpenElement("view");
-  document.printer().PushText((std::string(70000, 'x') + "\xFFy").c_str());
-  document.printer().CloseElement();
-  EXPECT_TRUE(document.Save(path_).ok());
+  EXPECT_TRUE(SaveText(std::string(70000, 'x') + "\xFFy").ok());
   EXPECT_EQ(ReadBytes(path_), std::string(kDeclaration) + "\r\n<view>" + std::string(70000, 'x'));
+}
+
+TEST_F(XmlDocumentTest, ContentThatIsNotCompleteIsTold) {
+  XmlDocument document;
+  EXPECT_FALSE(document.Print([](tinyxml2::XMLPrinter&) { return false; }));
+}
+
+TEST_F(XmlDocumentTest, WithoutATemporaryFileNothingIsPrinted) {
+  const FileFaults faults("open (temporary) * accessDenied");
+  XmlDocument document;
+  EXPECT_TRUE(document.Print([](tinyxml2::XMLPrinter&) {
+    ADD_FAILURE() << "the content is printed";
+    return true;
+  }));
+  EXPECT_FALSE(document.Save(path_).ok());
 }
 
 struct Failure {

@@ -28,20 +28,6 @@ TEST_F(TextTest, TextBehindTheViewIsNotTranslated) {
   EXPECT_EQ(WideToNotes(std::wstring_view(L"abcdef", 3)), "abc");
 }
 
-TEST_F(TextTest, PathIsTranslated) {
-  std::string path;
-  EXPECT_TRUE(PathToNotes(L"M\u00fchle!!", path).ok());
-  EXPECT_EQ(path, "M\x01\xFChle!!");
-  EXPECT_TRUE(PathToNotes(L"", path).ok());
-  EXPECT_EQ(path, "");
-}
-
-TEST_F(TextTest, PathThatTheLibraryDoesNotTranslateIsAFailure) {
-  SetFaults(R"([{"entry": "OSTranslate", "status": 1}])");
-  std::string path;
-  EXPECT_EQ(PathToNotes(L"a.nsf", path).code(), 274);
-}
-
 TEST_F(TextTest, NotesTextIsTranslatedBack) {
   EXPECT_EQ(NotesToWide("a\x01\xE9\x14\x65\xE5", 512), L"a\u00E9\u65E5");
 }
@@ -69,6 +55,25 @@ TEST_F(TextTest, SurrogatePairThatDoesNotFitIsLeftOutWhole) {
   const std::string face = WideToNotes(L"\U0001F600");
   EXPECT_EQ(NotesToWide("a" + face, 6), L"a\U0001F600");
   EXPECT_EQ(NotesToWide("a" + face, 4), L"a");
+}
+
+TEST_F(TextTest, FirstEightBytesAreComparedByTheLibrary) {
+  Start();
+  EXPECT_TRUE(FirstEightBytesEqual("$profile_1", "$profile"));
+  EXPECT_EQ(Arguments("IntlTextCompare"), R"({"length1":8,"length2":8,"options":0})");
+}
+
+TEST_F(TextTest, OtherFirstBytesDiffer) {
+  Start();
+  EXPECT_FALSE(FirstEightBytesEqual("$profila", "$profile"));
+}
+
+TEST_F(TextTest, ShorterTextsAreNeverEqual) {
+  Start();
+  EXPECT_FALSE(FirstEightBytesEqual("$profil", "$profile"));
+  EXPECT_FALSE(FirstEightBytesEqual("$profile", "$profil"));
+  EXPECT_FALSE(FirstEightBytesEqual("", ""));
+  EXPECT_EQ(Calls("IntlTextCompare"), 0);
 }
 
 }  // namespace

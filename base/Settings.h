@@ -1,4 +1,5 @@
-// The settings of this process, taken from its command line once at start and read everywhere.
+// The settings of this process, taken from its command line once at start and read by whatever
+// works for it.
 #pragma once
 
 #include <cstdint>
@@ -6,11 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace larkspan {
+#include "base/NoteId.h"
 
-// No note: as a resume note ID it makes the process the supervisor, as a marker's value it means
-// that the export is complete.
-inline constexpr std::uint32_t kNoNoteId = 0xFFFFFFFF;
+namespace larkspan {
 
 inline constexpr std::int64_t kNoPipe = -1;
 

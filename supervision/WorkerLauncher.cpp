@@ -1,11 +1,11 @@
-#include "app/WorkerLauncher.h"
+#include "supervision/WorkerLauncher.h"
 
 #include <windows.h>
 
 #include <array>
 #include <utility>
 
-#include "app/EndSignal.h"
+#include "supervision/EndSignal.h"
 
 namespace larkspan {
 

@@ -1,20 +1,19 @@
-#include "report/LogCounts.h"
+#include "supervision/LogCounts.h"
 
 #include <array>
 #include <cstdio>
 #include <string_view>
 
-#include "app/Settings.h"
-#include "base/File.h"
+#include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 
 namespace larkspan {
 
-LoggedCounts CountLoggedDocuments() {
+LoggedCounts CountLoggedDocuments(const std::wstring& outputFolder) {
   constexpr std::string_view kFailed = "#WARNING# - Major:";
   constexpr std::string_view kWarning = "#WARNING# - Minor:";
   LoggedCounts counts;
-  UniqueFile log = OpenFile(InOutputFolder(output::kLog), L"r");
+  file_system::UniqueFile log = file_system::Open(output::Join(outputFolder, output::kLog), L"r");
   if (!log) return counts;
   std::array<char, 1023> piece{};  // 1022 bytes and a NUL; a longer line comes in pieces.
   while (std::fgets(piece.data(), static_cast<int>(piece.size()), log.get()) != nullptr) {

@@ -1,4 +1,4 @@
-#include "app/EndSignal.h"
+#include "supervision/EndSignal.h"
 
 #include <windows.h>
 

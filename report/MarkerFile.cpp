@@ -1,4 +1,4 @@
-#include "app/MarkerFile.h"
+#include "report/MarkerFile.h"
 
 #include <cerrno>
 #include <chrono>
@@ -8,13 +8,11 @@
 #include <system_error>
 #include <utility>
 
-#include "app/Settings.h"
-#include "base/File.h"
 #include "base/FileSystem.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
+#include "base/NoteId.h"
 #include "base/WideFormat.h"
-#include "report/RunLog.h"
 
 namespace larkspan {
 
@@ -23,54 +21,57 @@ namespace {
 constexpr int kWriteAttempts = 30;
 constexpr std::chrono::milliseconds kWritePause{1000};
 
-std::wstring MarkerPath() { return InOutputFolder(output::kMarker); }
+std::wstring MarkerPath(const RunLog& log) {
+  return output::Join(log.outputFolder(), output::kMarker);
+}
 
 // A marker that did not reach the disk in full would make the supervisor take a crash for the end
 // of the export, so it counts as a failed attempt like a file that does not open.
-bool TryWriteMarker(std::uint32_t noteId) {
-  UniqueFile file = OpenFile(MarkerPath(), L"w");
+bool TryWriteMarker(const std::wstring& path, std::uint32_t noteId) {
+  file_system::UniqueFile file = file_system::Open(path, L"w");
   if (!file) return false;
   file_system::Write(file.get(), FormatNarrow("%08X\n", static_cast<unsigned int>(noteId)));
-  return CloseFile(std::move(file));
+  return file_system::Close(std::move(file));
 }
 
 }  // namespace
 
-bool WriteMarkerFile(std::uint32_t noteId) {
+bool WriteMarkerFile(std::uint32_t noteId, const RunLog& log) {
+  const std::wstring path = MarkerPath(log);
   int error = 0;
   const auto attempt = [&] {
-    const bool written = TryWriteMarker(noteId);
+    const bool written = TryWriteMarker(path, noteId);
     error = errno;
     return written;
   };
   const auto onRetry = [&](int made) {
-    LogDebug(L"Retry WriteMarkerFile (%s): %d", ErrorText(error).c_str(), made);
+    log.Debug(L"Retry WriteMarkerFile (%s): %d", ErrorText(error).c_str(), made);
   };
   if (RetryWithPause(kWriteAttempts, kWritePause, attempt, onRetry)) return true;
-  LogError(L"WriteMarkerFile failed (%s)", ErrorText(error).c_str());
-  DeleteMarkerFile();
+  log.Error(L"WriteMarkerFile failed (%s)", ErrorText(error).c_str());
+  DeleteMarkerFile(log);
   return false;
 }
 
-std::uint32_t ReadMarkerFile() {
-  UniqueFile file = OpenFile(MarkerPath(), L"r");
+std::uint32_t ReadMarkerFile(const RunLog& log) {
+  file_system::UniqueFile file = file_system::Open(MarkerPath(log), L"r");
   if (!file) {
-    LogDebug(L"No marker file found");
+    log.Debug(L"No marker file found");
     return kNoNoteId;
   }
   unsigned int noteId = kNoNoteId;
   // A content that is no number leaves the value as it is, which means that there is no marker.
   if (std::fscanf(file.get(), "%X", &noteId) != 1) noteId = kNoNoteId;
   file.reset();
-  LogDebug(L"ReadMarkerFile returned %08X", noteId);
+  log.Debug(L"ReadMarkerFile returned %08X", noteId);
   return noteId;
 }
 
-bool HasMarkerFile() {
+bool HasMarkerFile(const RunLog& log) {
   std::error_code unknown;
-  return std::filesystem::exists(MarkerPath(), unknown);
+  return std::filesystem::exists(MarkerPath(log), unknown);
 }
 
-void DeleteMarkerFile() { file_system::Delete(MarkerPath()); }
+void DeleteMarkerFile(const RunLog& log) { file_system::Delete(MarkerPath(log)); }
 
 }  // namespace larkspan

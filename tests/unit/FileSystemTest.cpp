@@ -1,4 +1,4 @@
-#include "base/File.h"
+#include "base/FileSystem.h"
 
 #include <gtest/gtest.h>
 #include <io.h>
@@ -18,90 +18,90 @@
 namespace larkspan {
 namespace {
 
-class FileTest : public testing::Test {
+class FileSystemTest : public testing::Test {
  protected:
   TempFolder folder_;
   const std::wstring path_ = folder_ / L"\\\u00E9\u65E5.txt";
 };
 
-TEST_F(FileTest, TextModeEndsLinesInCarriageReturnAndLineFeed) {
-  UniqueFile file = OpenFile(path_, L"w");
+TEST_F(FileSystemTest, TextModeEndsLinesInCarriageReturnAndLineFeed) {
+  file_system::UniqueFile file = file_system::Open(path_, L"w");
   std::fputs("a\n", file.get());
-  EXPECT_TRUE(CloseFile(std::move(file)));
+  EXPECT_TRUE(file_system::Close(std::move(file)));
   EXPECT_EQ(ReadBytes(path_), "a\r\n");
 }
 
-TEST_F(FileTest, BinaryModeLeavesLineEnds) {
-  UniqueFile file = OpenFile(path_, L"wb");
+TEST_F(FileSystemTest, BinaryModeLeavesLineEnds) {
+  file_system::UniqueFile file = file_system::Open(path_, L"wb");
   std::fputs("a\n", file.get());
-  EXPECT_TRUE(CloseFile(std::move(file)));
+  EXPECT_TRUE(file_system::Close(std::move(file)));
   EXPECT_EQ(ReadBytes(path_), "a\n");
 }
 
-TEST_F(FileTest, MissingFileGivesNoStreamAndTheReason) {
+TEST_F(FileSystemTest, MissingFileGivesNoStreamAndTheReason) {
   errno = 0;
-  EXPECT_FALSE(OpenFile(path_, L"r"));
+  EXPECT_FALSE(file_system::Open(path_, L"r"));
   EXPECT_EQ(errno, ENOENT);
 }
 
-TEST_F(FileTest, FolderGivesNoStreamAndTheReason) {
+TEST_F(FileSystemTest, FolderGivesNoStreamAndTheReason) {
   MakeFolder(path_);
   errno = 0;
-  EXPECT_FALSE(OpenFile(path_, L"a"));
+  EXPECT_FALSE(file_system::Open(path_, L"a"));
   EXPECT_EQ(errno, EACCES);
 }
 
-TEST_F(FileTest, OwnerClosesTheStream) {
+TEST_F(FileSystemTest, OwnerClosesTheStream) {
   {
-    const UniqueFile file = OpenFile(path_, L"w");
+    const file_system::UniqueFile file = file_system::Open(path_, L"w");
     std::fputs("a", file.get());
   }
   EXPECT_EQ(ReadBytes(path_), "a");
   EXPECT_TRUE(DeleteFileW(path_.c_str()));
 }
 
-TEST_F(FileTest, ClosingToldOfAFailedWrite) {
+TEST_F(FileSystemTest, ClosingToldOfAFailedWrite) {
   WriteBytes(path_, "");
-  UniqueFile file = OpenFile(path_, L"r");
+  file_system::UniqueFile file = file_system::Open(path_, L"r");
   std::fputs("a", file.get());
-  EXPECT_FALSE(CloseFile(std::move(file)));
+  EXPECT_FALSE(file_system::Close(std::move(file)));
 }
 
-TEST_F(FileTest, AppendingMakesTheFile) {
-  EXPECT_TRUE(AppendToTextFile(path_, "a\n"));
-  EXPECT_EQ(ReadBytes(path_), "a\r\n");
+TEST_F(FileSystemTest, AppendingMakesTheFile) {
+  EXPECT_TRUE(file_system::Append(path_, "a\n"));
+  EXPECT_EQ(ReadBytes(path_), "a\n");
 }
 
-TEST_F(FileTest, AppendingLeavesWhatIsThere) {
-  WriteBytes(path_, "a\r\n");
-  EXPECT_TRUE(AppendToTextFile(path_, "b\n"));
-  EXPECT_EQ(ReadBytes(path_), "a\r\nb\r\n");
+TEST_F(FileSystemTest, AppendingLeavesWhatIsThere) {
+  WriteBytes(path_, "a\n");
+  EXPECT_TRUE(file_system::Append(path_, "b\n"));
+  EXPECT_EQ(ReadBytes(path_), "a\nb\n");
 }
 
-TEST_F(FileTest, AppendingNothingMakesTheFile) {
-  EXPECT_TRUE(AppendToTextFile(path_, ""));
+TEST_F(FileSystemTest, AppendingNothingMakesTheFile) {
+  EXPECT_TRUE(file_system::Append(path_, ""));
   EXPECT_EQ(ReadBytes(path_), "");
 }
 
-TEST_F(FileTest, AppendingTakesEveryByte) {
+TEST_F(FileSystemTest, AppendingTakesEveryByte) {
   const std::string bytes(
       "a\0\xFF\x1A"
       "b",
       5);
-  EXPECT_TRUE(AppendToTextFile(path_, bytes));
+  EXPECT_TRUE(file_system::Append(path_, bytes));
   EXPECT_EQ(ReadBytes(path_), bytes);
 }
 
-TEST_F(FileTest, AppendingToAFolderFails) {
+TEST_F(FileSystemTest, AppendingToAFolderFails) {
   MakeFolder(path_);
-  EXPECT_FALSE(AppendToTextFile(path_, "a"));
+  EXPECT_FALSE(file_system::Append(path_, "a"));
 }
 
-TEST_F(FileTest, AppendingInAMissingFolderFails) {
-  EXPECT_FALSE(AppendToTextFile(folder_ / L"\\missing\\a.txt", "a"));
+TEST_F(FileSystemTest, AppendingInAMissingFolderFails) {
+  EXPECT_FALSE(file_system::Append(folder_ / L"\\missing\\a.txt", "a"));
 }
 
-using CountFilesTest = FileTest;
+using CountFilesTest = FileSystemTest;
 
 TEST_F(CountFilesTest, EmptyFolderHoldsNone) { EXPECT_EQ(CountFiles(folder_.path()), 0); }
 
@@ -132,7 +132,7 @@ TEST_F(CountFilesTest, FoldersAndTheirFilesAreNotCounted) {
   EXPECT_EQ(CountFiles(folder_.path()), 0);
 }
 
-TEST_F(FileTest, FolderIsMadeOnce) {
+TEST_F(FileSystemTest, FolderIsMadeOnce) {
   const std::wstring folder = folder_ / L"\\made";
   EXPECT_TRUE(file_system::CreateFolder(folder));
   EXPECT_FALSE(file_system::CreateFolder(folder));
@@ -140,16 +140,16 @@ TEST_F(FileTest, FolderIsMadeOnce) {
 
 DWORD WINAPI TellNoFolder(DWORD, wchar_t*) { return 0; }
 
-TEST_F(FileTest, TemporaryFileWantsAFolder) {
+TEST_F(FileSystemTest, TemporaryFileWantsAFolder) {
   const ReplacedEntryPoint replaced("KERNEL32.dll", "GetTempPathW", TellNoFolder);
-  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_FALSE(file_system::OpenTemporary());
 }
 
 UINT WINAPI GiveNoName(const wchar_t*, const wchar_t*, UINT, wchar_t*) { return 0; }
 
-TEST_F(FileTest, TemporaryFileWantsAName) {
+TEST_F(FileSystemTest, TemporaryFileWantsAName) {
   const ReplacedEntryPoint replaced("KERNEL32.dll", "GetTempFileNameW", GiveNoName);
-  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_FALSE(file_system::OpenTemporary());
 }
 
 std::wstring temporaryFolder;
@@ -165,11 +165,11 @@ HANDLE WINAPI OpenNothing(const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DW
   return INVALID_HANDLE_VALUE;
 }
 
-TEST_F(FileTest, TemporaryFileThatCannotBeOpenedDoesNotStay) {
+TEST_F(FileSystemTest, TemporaryFileThatCannotBeOpenedDoesNotStay) {
   temporaryFolder = folder_.path();
   const ReplacedEntryPoint folder("KERNEL32.dll", "GetTempPathW", TellOwnFolder);
   const ReplacedEntryPoint opening("KERNEL32.dll", "CreateFileW", OpenNothing);
-  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_FALSE(file_system::OpenTemporary());
   EXPECT_EQ(CountFiles(folder_.path()), 0);
 }
 
@@ -180,9 +180,9 @@ int GiveNoDescriptor(std::intptr_t handle, int) {
   return -1;
 }
 
-TEST_F(FileTest, TemporaryFileWithoutADescriptorIsClosed) {
+TEST_F(FileSystemTest, TemporaryFileWithoutADescriptorIsClosed) {
   const ReplacedEntryPoint replaced("msvcrt.dll", "_open_osfhandle", GiveNoDescriptor);
-  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_FALSE(file_system::OpenTemporary());
   DWORD flags = 0;
   EXPECT_FALSE(GetHandleInformation(openedTemporary, &flags));
 }
@@ -194,9 +194,9 @@ std::FILE* GiveNoStream(int descriptor, const char*) {
   return nullptr;
 }
 
-TEST_F(FileTest, TemporaryFileWithoutAStreamIsClosed) {
+TEST_F(FileSystemTest, TemporaryFileWithoutAStreamIsClosed) {
   const ReplacedEntryPoint replaced("msvcrt.dll", "_fdopen", GiveNoStream);
-  EXPECT_FALSE(OpenTemporaryFile());
+  EXPECT_FALSE(file_system::OpenTemporary());
   EXPECT_EQ(_get_osfhandle(openedDescriptor), -1);
 }
 

@@ -1,4 +1,4 @@
-#include "notes/Release.h"
+#include "notes/Handles.h"
 
 namespace larkspan {
 

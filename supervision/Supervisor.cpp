@@ -7,21 +7,16 @@
 //      goes on after it; the note is lost and the run log says so.
 //   5. The worker's own note ID: it could not even start. The same is tried again after five
 //      seconds, but three such endings in a row end the run.
-#include "app/Supervisor.h"
+#include "supervision/Supervisor.h"
 
 #include <chrono>
-#include <cstdint>
 #include <ctime>
 
-#include "app/Arguments.h"
-#include "app/CommandLine.h"
-#include "app/MarkerFile.h"
-#include "app/Settings.h"
-#include "base/LocalTime.h"
 #include "base/Pause.h"
+#include "base/NoteId.h"
 #include "base/WideFormat.h"
-#include "report/AuditReport.h"
-#include "report/RunLog.h"
+#include "report/MarkerFile.h"
+#include "supervision/AuditBlocks.h"
 
 namespace larkspan {
 
@@ -30,20 +25,16 @@ namespace {
 constexpr std::uint32_t kMaxRetries = 3;
 constexpr std::chrono::milliseconds kRetryPause{5000};
 
-std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t noteId) {
-  return FormatWide(L"%s -l %08X", commandLine.c_str(), noteId);
-}
-
-void LogEnding(const WorkerEnding& ending) {
+void LogEnding(const WorkerEnding& ending, const RunLog& log) {
   switch (ending.kind) {
     case WorkerEnding::Kind::kNotCreated:
-      LogError(L"CreateProcess failed (%d)", static_cast<int>(ending.code));
+      log.Error(L"CreateProcess failed (%d)", static_cast<int>(ending.code));
       break;
     case WorkerEnding::Kind::kExited:
       if (ending.code == 0) {
-        LogDebug(L"Child process exited cleanly");
+        log.Debug(L"Child process exited cleanly");
       } else {
-        LogDebug(L"Child process returned non-zero value (%u)", ending.code);
+        log.Debug(L"Child process returned non-zero value (%u)", ending.code);
       }
       break;
     case WorkerEnding::Kind::kExitCodeUnknown:
@@ -53,42 +44,42 @@ void LogEnding(const WorkerEnding& ending) {
 
 // A worker that dies before its first note, or between two, leaves nothing to resume at. Its end
 // must not look like that of a complete export.
-void LogEndOutsideANote(const WorkerEnding& ending) {
+void LogEndOutsideANote(const WorkerEnding& ending, const RunLog& log) {
   if (ending.atItsOwnEnd) return;
   if (ending.kind == WorkerEnding::Kind::kExited) {
-    LogError(L"Child process returned %u outside a note; the export may be incomplete",
-             ending.code);
+    log.Error(L"Child process returned %u outside a note; the export may be incomplete",
+              ending.code);
   } else if (ending.kind == WorkerEnding::Kind::kExitCodeUnknown) {
-    LogError(L"Child process ended outside a note; the export may be incomplete");
+    log.Error(L"Child process ended outside a note; the export may be incomplete");
   }
 }
 
 // Runs one worker and returns the note ID that it left in the marker file.
 std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& commandLine,
-                           std::uint32_t noteId) {
-  LogDebug(L"Top of Archive Main Loop with nid %08X", noteId);
-  if (noteId != 0) LogWarning(L"Major: Incomplete run detected for note id %08X", noteId);
-  LogDebug(L"Invoking child process");
+                           std::uint32_t noteId, const RunLog& log) {
+  log.Debug(L"Top of Archive Main Loop with nid %08X", noteId);
+  if (noteId != 0) log.Warning(L"Major: Incomplete run detected for note id %08X", noteId);
+  log.Debug(L"Invoking child process");
   const WorkerEnding ending = launcher.RunToEnd(WorkerCommandLine(commandLine, noteId));
-  LogEnding(ending);
-  LogDebug(L"Child process complete");
-  LogDebug(L"Checking for marker file");
-  const std::uint32_t markedNoteId = ReadMarkerFile();
-  DeleteMarkerFile();
-  if (markedNoteId == kNoNoteId) LogEndOutsideANote(ending);
+  LogEnding(ending, log);
+  log.Debug(L"Child process complete");
+  log.Debug(L"Checking for marker file");
+  const std::uint32_t markedNoteId = ReadMarkerFile(log);
+  DeleteMarkerFile(log);
+  if (markedNoteId == kNoNoteId) LogEndOutsideANote(ending, log);
   return markedNoteId;
 }
 
-void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine) {
+void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log) {
   std::uint32_t noteId = 0;
   std::uint32_t retries = 0;
   while (noteId != kNoNoteId) {
-    const std::uint32_t markedNoteId = RunOneWorker(launcher, commandLine, noteId);
+    const std::uint32_t markedNoteId = RunOneWorker(launcher, commandLine, noteId, log);
     if (markedNoteId != noteId) {
       noteId = markedNoteId;
       retries = 0;
     } else if (++retries == kMaxRetries) {
-      LogError(L"Maximum retries exceeded");
+      log.Error(L"Maximum retries exceeded");
       return;
     } else {
       Pause(kRetryPause);
@@ -98,20 +89,18 @@ void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine) {
 
 }  // namespace
 
-bool MakesWorkers(const std::wstring& commandLine) {
-  const ParsedCommandLine worker =
-      ParseCommandLine(SplitCommandLine(WorkerCommandLine(commandLine, 0)));
-  return worker.accepted && worker.settings.resumeNoteId == 0;
+std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t noteId) {
+  return FormatWide(L"%s -l %08X", commandLine.c_str(), noteId);
 }
 
-void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine) {
+void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log) {
   const std::time_t startTime = std::time(nullptr);
-  Audit(L"Archive started at: %s\n", FormatLocalTime(startTime).c_str());
+  WriteAuditBegin(startTime, log);
   // One that an earlier run left behind would be taken for the first worker's.
-  DeleteMarkerFile();
-  RunWorkers(launcher, commandLine);
-  LogDebug(L"End of Archive Main Loop");
-  WriteAuditEnd(startTime);
+  DeleteMarkerFile(log);
+  RunWorkers(launcher, commandLine, log);
+  log.Debug(L"End of Archive Main Loop");
+  WriteAuditEnd(startTime, log);
 }
 
 }  // namespace larkspan

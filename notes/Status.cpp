@@ -1,4 +1,4 @@
-#include "notes/StatusText.h"
+#include "notes/Status.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,31 @@
+#include "report/ReportText.h"
+
+#include <mutex>
+
+#include "base/FileSystem.h"
+#include "base/Utf8.h"
+
+namespace larkspan {
+
+namespace {
+
+std::string WithCarriageReturns(std::string_view text) {
+  std::string bytes;
+  for (const char byte : text) {
+    if (byte == '\n') bytes.push_back('\r');
+    bytes.push_back(byte);
+  }
+  return bytes;
+}
+
+}  // namespace
+
+void AppendReportText(const std::wstring& path, std::wstring_view text) {
+  // Wine finds the end of a file and writes there in two steps, between which another thread's text
+  // can come to stand at the same place.
+  static std::mutex oneThreadAtATime;
+  const std::lock_guard lock(oneThreadAtATime);
+  file_system::Append(path, WithCarriageReturns(WideLineToUtf8(text)));
+}
+
+}  // namespace larkspan
