@@ -16,8 +16,8 @@ class ListingFile {
   // an earlier one. False when that fails.
   bool Open(std::wstring_view name);
 
-  // Writes a line, which has no line end of its own. What fails is told by Close; no line is written
-  // after it, so that the file holds the listing's beginning and no gap.
+  // Writes a line, which has no line end of its own. What fails is told by Close; no line is
+  // written after it, so that the file holds the listing's beginning and no gap.
   void WriteLine(std::string_view line);
 
   // Whether every line has reached the file.
