@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/ParameterName.h"
 #include "tests/support/SettingsText.h"
 
 namespace larkspan {
@@ -29,8 +30,6 @@ struct Refused {
   Arguments arguments;
   std::string fault;
 };
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 class AcceptedCommandLine : public testing::TestWithParam<Accepted> {};
 

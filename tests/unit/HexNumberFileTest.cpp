@@ -9,6 +9,7 @@
 
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/ParameterName.h"
 #include "tests/support/TempFolder.h"
 
 namespace larkspan {
@@ -49,8 +50,6 @@ TEST_P(HexNumberFileContent, GivesItsNumbersAndHowTheReadingEnded) {
 
 constexpr HexNumberFileEnd kWhole = HexNumberFileEnd::kEndOfFile;
 constexpr HexNumberFileEnd kBroken = HexNumberFileEnd::kBeforeEndOfFile;
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Contents, HexNumberFileContent,

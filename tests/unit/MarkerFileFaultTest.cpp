@@ -8,6 +8,7 @@
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
+#include "tests/support/ParameterName.h"
 #include "tests/support/PauseRecorder.h"
 
 namespace larkspan {
@@ -71,8 +72,6 @@ TEST_P(MarkerFileFault, ThatPassesCostsItsRetriesOnly) {
     WriteBytes(PathOf(L"log.txt"), "");
   }
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, MarkerFileFault,

@@ -10,6 +10,7 @@
 
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
+#include "tests/support/ParameterName.h"
 #include "tests/support/PauseRecorder.h"
 
 namespace larkspan {
@@ -140,8 +141,6 @@ TEST_P(MarkerFileContent, IsLoggedAsItIsRead) {
   EXPECT_EQ(LogLines(),
             Lines{"#DEBUG# - ReadMarkerFile returned " + EightDigits(GetParam().value)});
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(Contents, MarkerFileContent,
                          testing::Values(Content{"AsWritten", "000012F6\r\n", 0x12F6},

@@ -9,6 +9,7 @@
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
+#include "tests/support/ParameterName.h"
 
 namespace larkspan {
 namespace {
@@ -42,8 +43,6 @@ TEST_P(ReportFault, OfTheAuditReportIsSilentAndTheNextTextIsAppended) {
   EXPECT_EQ(ReadBytes(PathOf(L"audit.txt")), line + line.substr(0, GetParam().bytesLeft) + line);
   EXPECT_FALSE(Exists(PathOf(L"log.txt")));
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(Faults, ReportFault,
                          testing::Values(LineFault{"HeldAtTheOpen", "open", "sharingViolation", 0},

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tests/support/ParameterName.h"
 #include "tests/unit/export/NoteExportTest.h"
 
 namespace larkspan {
@@ -38,8 +39,6 @@ TEST_P(DamageStatus, DecidesAboutTheSecondFallback) {
   EXPECT_EQ(status.code(), GetParam().isDamage ? 0 : GetParam().status);
   EXPECT_EQ(Calls("DXLExportNote"), GetParam().isDamage ? 3 : 2);
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Statuses, DamageStatus,

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/NotesFixture.h"
+#include "tests/support/ParameterName.h"
 #include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
@@ -124,8 +125,6 @@ TEST_P(ExporterCreation, ThatFailsDeletesTheEarlierOnes) {
   EXPECT_EQ(Calls("DXLCreateExporter"), GetParam().exporter);
   EXPECT_EQ(Calls("DXLDeleteExporter"), GetParam().exporter - 1);
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Exporters, ExporterCreation,

@@ -6,6 +6,7 @@
 
 #include "base/FileSystem.h"
 #include "tests/faults/FileFaults.h"
+#include "tests/support/ParameterName.h"
 #include "tests/unit/export/FilePlacementTest.h"
 
 namespace larkspan {
@@ -53,8 +54,6 @@ TEST_P(OutputFaultTest, IsForgottenByTheNextExport) {
   EXPECT_TRUE(ExportNote().ok());
   EXPECT_TRUE(ReadBytes(final_).ends_with("</document>\r\n"));
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Faults, OutputFaultTest,

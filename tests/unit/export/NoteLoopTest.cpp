@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/support/ParameterName.h"
 #include "tests/support/PauseRecorder.h"
 
 namespace larkspan {
@@ -227,8 +228,6 @@ TEST_P(DesignFailureInLoop, LeavesNoMarker) {
   WalkWithFailure();
   EXPECT_FALSE(HasMarker());
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Statuses, DesignFailureInLoop,

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/faults/FileFaults.h"
+#include "tests/support/ParameterName.h"
 
 namespace larkspan {
 namespace {
@@ -250,8 +251,6 @@ TEST_P(WorkerRunPath, IsBuiltOfServerAndDatabase) {
   EXPECT_NE(Arguments("NSFDbOpenExtended").find(GetParam().path), std::string::npos)
       << Arguments("NSFDbOpenExtended");
 }
-
-const auto kNameOf = [](const auto& info) { return info.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(
     Servers, WorkerRunPath,
