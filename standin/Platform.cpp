@@ -134,6 +134,8 @@ void CauseStackOverflow() {
   AbortProcess();
 }
 
+void StartThreadThatCrashes() { std::thread(CauseAccessViolation).detach(); }
+
 void HangForever() {
   for (;;) PauseMilliseconds(3'600'000);
 }

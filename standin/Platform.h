@@ -33,6 +33,9 @@ void WriteToStandardError(std::string_view text);
 [[noreturn]] void CauseAccessViolation();
 [[noreturn]] void CauseStackOverflow();
 
+// Starts a thread that causes an access violation. The caller goes on.
+void StartThreadThatCrashes();
+
 // Raises a system exception with this code; systems without such exceptions abort.
 [[noreturn]] void RaiseSystemException(std::uint32_t code);
 

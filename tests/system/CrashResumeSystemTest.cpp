@@ -226,6 +226,30 @@ TEST_F(CrashResumeSystemTest, AClosingThatCrashesAfterACrashIsNotRunAgain) {
             (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm"}));
 }
 
+// The thread crashes while the note is exported, and the end of the runtime takes as long as the
+// next notes would.
+constexpr char kThreadCrashesInTheFirstNote[] =
+    R"({"entry": "DXLExportNote", "note": "00000902", "action": "crashThread"},
+       {"entry": "DXLExportNote", "note": "00000902", "wait": 1000},
+       {"entry": "NotesTerm", "call": 1, "wait": 2500})";
+
+TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryStopsTheWorkerAtItsNote) {
+  const ProgramResult result =
+      Export(3, kThreadCrashesInTheFirstNote, {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 0xC0000005u);
+  EXPECT_EQ(run_.OutputFile(L"marker.txt"), "00000902\r\n");
+  EXPECT_EQ(FilesIn("data"), Lines());
+  EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm",
+                               "#DEBUG# - NotesTermed"}));
+}
+
+TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryCostsOneNote) {
+  Export(3, kThreadCrashesInTheFirstNote, {L"-archive"});
+  EXPECT_EQ(LogLines(), IncompleteRuns({"00000902"}));
+  EXPECT_EQ(FilesIn("data"), (Lines{"data/00000906.dxl", "data/0000090A.dxl"}));
+  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 3, .data = 2, .failed = 1}));
+}
+
 TEST_F(CrashResumeSystemTest, AnExceptionOutOfTheLibraryEndsTheWorkerThroughTheCatchAll) {
   Export(2, R"({"entry": "DXLExportNote", "note": "00000902", "action": "throw"})",
          {L"-archive", L"-debug", L"-l", L"0"});

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <string>
 
 namespace larkspan {
@@ -61,6 +63,55 @@ INSTANTIATE_TEST_SUITE_P(
                     Death{"EndOfTheThread", [] { ExitThread(0); }, 3, "closing on another thread;"},
                     Death{"Abort", [] { std::abort(); }, 3, ""}),
     [](const auto& test) { return std::string(test.param.name); });
+
+void CrashAnotherThread() {
+  const auto crash = [](void*) -> DWORD {
+    RaiseAccessViolation();
+    return 0;
+  };
+  CloseHandle(CreateThread(nullptr, 0, crash, nullptr, 0, nullptr));
+}
+
+std::atomic<int> steps{0};
+
+void GoOn() {
+  CrashAnotherThread();
+  for (;;) {
+    ++steps;
+    Sleep(1);
+  }
+}
+
+void TellWhetherTheBodyGoesOn() {
+  const int stepsBefore = steps;
+  Sleep(200);
+  std::fputs(steps == stepsBefore ? "the body is stopped;" : "the body goes on;", stderr);
+  std::fflush(stderr);
+}
+
+TEST(TerminationHandlerThreadsDeathTest, ACrashOfAnotherThreadStopsTheBodyBeforeTheClosing) {
+  EXPECT_EXIT(RunWithTerminationHandler(GoOn, TellWhetherTheBodyGoesOn),
+              testing::ExitedWithCode(static_cast<int>(EXCEPTION_ACCESS_VIOLATION)),
+              "^the body is stopped;$");
+}
+
+std::mutex lockOfTheBody;
+
+void GoOnWithTheLock() {
+  const std::lock_guard lock(lockOfTheBody);
+  GoOn();
+}
+
+void CloseWithTheLock() {
+  const std::lock_guard lock(lockOfTheBody);
+  std::fputs("never said", stderr);
+}
+
+// This test waits as long as the program does.
+TEST(TerminationHandlerThreadsDeathTest, AClosingThatNeedsALockOfTheStoppedBodyEndsNevertheless) {
+  EXPECT_EXIT(RunWithTerminationHandler(GoOnWithTheLock, CloseWithTheLock),
+              testing::ExitedWithCode(static_cast<int>(EXCEPTION_ACCESS_VIOLATION)), "^$");
+}
 
 }  // namespace
 }  // namespace larkspan
