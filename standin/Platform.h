@@ -42,6 +42,10 @@ void StartThreadThatCrashes();
 // Ends the calling thread and leaves the others alone; aborts on systems other than Windows.
 [[noreturn]] void EndThread();
 
+// From now on a fault that nobody handles ends the process quietly, with exit code 77. Elsewhere
+// than on Windows nothing changes.
+void InstallQuietCrashFilter();
+
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);
 

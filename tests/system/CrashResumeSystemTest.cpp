@@ -250,6 +250,15 @@ TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryCostsOneNote) {
   EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 3, .data = 2, .failed = 1}));
 }
 
+TEST_F(CrashResumeSystemTest, AFilterOfTheLibraryTakesNoClosingAway) {
+  run_.AddConfiguration("StandinInstallsFilter=1");
+  const ProgramResult result =
+      Export(1, kAccessViolationInTheFirstNote, {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 0xC0000005u);
+  EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm",
+                               "#DEBUG# - NotesTermed"}));
+}
+
 TEST_F(CrashResumeSystemTest, AnExceptionOutOfTheLibraryEndsTheWorkerThroughTheCatchAll) {
   Export(2, R"({"entry": "DXLExportNote", "note": "00000902", "action": "throw"})",
          {L"-archive", L"-debug", L"-l", L"0"});
