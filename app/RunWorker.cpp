@@ -63,11 +63,15 @@ void RunWorker(std::uint32_t resumeNoteId) {
   try {
     StartAndExport(resumeNoteId);
   } catch (...) {
-    LogDebug(L"Exiting via catch-all handler");
-    // A marker makes the supervisor name the note and go on; without one this is the run's end.
-    if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
-    EndNotesRuntime();
+    EndWorkerAfterException();
   }
+}
+
+void EndWorkerAfterException() {
+  LogDebug(L"Exiting via catch-all handler");
+  // A marker makes the supervisor name the note and go on; without one this is the run's end.
+  if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
+  EndNotesRuntime();
 }
 
 }  // namespace larkspan

@@ -11,4 +11,8 @@ namespace larkspan {
 // supervisor tries the same again. Lets no exception out.
 void RunWorker(std::uint32_t resumeNoteId);
 
+// Tells of the exception that ended a worker, and ends the runtime. RunWorker does so with those
+// that it can catch.
+void EndWorkerAfterException();
+
 }  // namespace larkspan

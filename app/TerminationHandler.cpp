@@ -23,7 +23,11 @@ constexpr DWORD kClosingLimitMilliseconds = 10000;
 constexpr ULONG kReservedStackBytes = 64 * 1024;
 constexpr UINT kAbortExitCode = 3;
 
-void (*registeredClosing)() = nullptr;
+// What a throw of the compiler raises by which Windows programs, the library too, are mostly built.
+// The handlers of this program's own compiler let it pass.
+constexpr DWORD kForeignException = 0xE06D7363;
+
+TerminationHandler registered{};
 std::atomic<bool> closingBegun{false};
 std::atomic<bool> crashed{false};
 std::atomic<UINT> crashCode{0};
@@ -38,8 +42,8 @@ DWORD bodyThreadId = 0;
 }
 
 // The closing runs once, also when it crashes itself, or when the process crashes after it.
-void RunClosingOnce() {
-  if (!closingBegun.exchange(true)) registeredClosing();
+void RunClosingOnce(BodyEnd end) {
+  if (!closingBegun.exchange(true)) registered.closing(end);
 }
 
 // The first crash counts, and has its time for the closing.
@@ -51,7 +55,7 @@ bool BeginCrash(UINT code) {
 }
 
 [[noreturn]] void CloseAndEnd() {
-  RunClosingOnce();
+  RunClosingOnce(crashCode == kForeignException ? BodyEnd::kException : BodyEnd::kCrash);
   EndProcessAtOnce(crashCode);
 }
 
@@ -81,7 +85,7 @@ DWORD WINAPI CloseForOtherThread(void*) {
   const DWORD event = WaitForMultipleObjects(2, events, FALSE, INFINITE);
   if (event == WAIT_FAILED) return 0;
   if (event == WAIT_OBJECT_0) StopBodyThread();
-  if (event == WAIT_OBJECT_0 + 1) BeginCrash(kAbortExitCode);
+  if (event == WAIT_OBJECT_0 + 1) BeginCrash(registered.endedThreadCode);
   CloseAndEnd();
 }
 
@@ -129,17 +133,18 @@ void InstallCrashHandlers() {
 
 }  // namespace
 
-void RunWithTerminationHandler(const std::function<void()>& body, void (*closing)()) {
-  registeredClosing = closing;
+void RunWithTerminationHandler(const std::function<void()>& body,
+                               const TerminationHandler& handler) {
+  registered = handler;
   closingBegun = false;
   InstallCrashHandlers();
   try {
     body();
   } catch (...) {
-    RunClosingOnce();
+    RunClosingOnce(BodyEnd::kException);
     throw;
   }
-  RunClosingOnce();
+  RunClosingOnce(BodyEnd::kReturn);
 }
 
 }  // namespace larkspan

@@ -250,6 +250,29 @@ TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryCostsOneNote) {
   EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 3, .data = 2, .failed = 1}));
 }
 
+// As a throw of another compiler's code is.
+constexpr char kForeignException[] = R"("action": "exception", "code": "0xE06D7363")";
+
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerInANoteEndsTheWorkerLikeOneOfThisOne) {
+  const ProgramResult result = Export(
+      2,
+      std::string(R"({"entry": "DXLExportNote", "note": "00000902", )") + kForeignException + "}",
+      {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 0xE06D7363u);
+  EXPECT_EQ(LogLines(),
+            (Lines{"#DEBUG# - Exiting via catch-all handler", "#DEBUG# - Trying to NotesTerm",
+                   "#DEBUG# - NotesTermed", "#DEBUG# - Exiting via SEH finally"}));
+  EXPECT_EQ(run_.OutputFile(L"marker.txt"), "00000902\r\n");
+  EXPECT_EQ(run_.LedgerLines().size(), 1u);
+}
+
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerOutsideANoteIsAnError) {
+  Export(1, std::string(R"({"entry": "IDCreateTable", )") + kForeignException + "}",
+         {L"-archive", L"-l", L"0"});
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - The export was ended by an exception"});
+  EXPECT_EQ(run_.LedgerLines().size(), 1u);
+}
+
 TEST_F(CrashResumeSystemTest, AFilterOfTheLibraryTakesNoClosingAway) {
   run_.AddConfiguration("StandinInstallsFilter=1");
   const ProgramResult result =
@@ -317,7 +340,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Ending{"ExitWithZero", R"("action": "exit", "code": 0)", false},
                       Ending{"Abort", R"("action": "abort")", false},
                       Ending{"Throw", R"("action": "throw")", true},
-                      Ending{"Exception", R"("action": "exception", "code": "0xC0000094")", true}),
+                      Ending{"Exception", R"("action": "exception", "code": "0xC0000094")", true},
+                      Ending{"ForeignException", kForeignException, true}),
     [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
