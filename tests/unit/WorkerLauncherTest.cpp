@@ -44,10 +44,10 @@ TEST_F(WorkerLauncherTest, ProcessThatDoesNotSayThatItIsDoneIsNotAtItsOwnEnd) {
   EXPECT_FALSE(RunCommand(L"exit 0").atItsOwnEnd);
 }
 
-HANDLE WINAPI CreateNoEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const wchar_t*) { return nullptr; }
+HANDLE WINAPI RefuseEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const wchar_t*) { return nullptr; }
 
 TEST_F(WorkerLauncherTest, WithoutAnEventTheExitCodeTellsOfTheEnd) {
-  const ReplacedEntryPoint replaced("KERNEL32.dll", "CreateEventW", CreateNoEvent);
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "CreateEventW", RefuseEvent);
   EXPECT_TRUE(RunCommand(L"exit 0").atItsOwnEnd);
   EXPECT_FALSE(RunCommand(L"exit 1").atItsOwnEnd);
 }
@@ -62,7 +62,7 @@ TEST_F(WorkerLauncherTest, ExitCodeThatTheSystemDoesNotTellIsUnknown) {
 }
 
 TEST_F(WorkerLauncherTest, WithoutAnEventAnUnknownExitCodeIsNoEndOfItsOwn) {
-  const ReplacedEntryPoint event("KERNEL32.dll", "CreateEventW", CreateNoEvent);
+  const ReplacedEntryPoint event("KERNEL32.dll", "CreateEventW", RefuseEvent);
   const ReplacedEntryPoint code("KERNEL32.dll", "GetExitCodeProcess", TellNoExitCode);
   EXPECT_FALSE(RunCommand(L"exit 0").atItsOwnEnd);
 }

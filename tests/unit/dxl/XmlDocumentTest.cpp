@@ -84,13 +84,13 @@ TEST_F(XmlDocumentTest, CopyEndsAtTheFirstByteThatIsNoText) {
   EXPECT_EQ(ReadBytes(path_), std::string(kDeclaration) + "\r\n<view>" + std::string(70000, 'x'));
 }
 
-struct Failure {
+struct DocumentFailure {
   const char* faults;
   notes_api::STATUS code;
   Lines before;
 };
 
-std::vector<Failure> Failures() {
+std::vector<DocumentFailure> Failures() {
   const auto fourRetries = [](const std::string& what, const std::string& last) {
     Lines lines;
     for (int made = 1; made <= 4; ++made) {
@@ -117,10 +117,10 @@ std::vector<Failure> Failures() {
 }
 
 class XmlDocumentFailureTest : public XmlDocumentTest,
-                               public testing::WithParamInterface<Failure> {};
+                               public testing::WithParamInterface<DocumentFailure> {};
 
 TEST_P(XmlDocumentFailureTest, IsLoggedAndTheEarlierFileStays) {
-  const Failure& failure = GetParam();
+  const DocumentFailure& failure = GetParam();
   WriteBytes(path_, "earlier");
   const PauseRecorder recorder;
   const FileFaults faults(failure.faults);

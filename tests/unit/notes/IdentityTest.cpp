@@ -9,7 +9,7 @@
 namespace larkspan {
 namespace {
 
-constexpr char kDatabase[] = R"({"notes": [
+constexpr char kIdentityDatabase[] = R"({"notes": [
   {"id": "00000902", "sealedFor": ["CN=Imke/O=Garten"],
    "items": [{"name": "Secret", "text": "4711", "sealed": true}]}
 ]})";
@@ -17,7 +17,7 @@ constexpr char kDatabase[] = R"({"notes": [
 class IdentityTest : public NotesFixture {
  protected:
   IdentityTest() {
-    WriteDatabase(kDatabase);
+    WriteDatabase(kIdentityDatabase);
     WriteData(L"imke.id", R"({"name": "CN=Imke/O=Garten", "password": "Rittersporn"})");
     WriteData(L"b\u00E9.id", "{\"name\": \"CN=Bo/O=Garten\", \"password\": \"p\u00E2que\"}");
     Start();
