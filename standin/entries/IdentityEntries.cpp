@@ -4,10 +4,10 @@
 
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
-#include "standin/Call.h"
 #include "standin/CharacterSet.h"
 #include "standin/Pools.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

@@ -2,9 +2,9 @@
 #include <nlohmann/json.hpp>
 
 #include "notes/NotesApi.h"
-#include "standin/Call.h"
 #include "standin/Dxl.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

@@ -3,8 +3,8 @@
 
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
-#include "standin/Call.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

@@ -4,12 +4,12 @@
 
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
-#include "standin/Call.h"
 #include "standin/CharacterSet.h"
 #include "standin/NamesList.h"
 #include "standin/Paths.h"
 #include "standin/StatusCodes.h"
 #include "standin/Times.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

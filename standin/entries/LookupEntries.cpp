@@ -4,13 +4,13 @@
 #include "notes/NotesApi.h"
 #include "standin/AddressBook.h"
 #include "standin/Buffers.h"
-#include "standin/Call.h"
 #include "standin/CharacterSet.h"
 #include "standin/LookupResult.h"
 #include "standin/Paths.h"
 #include "standin/ReadOrReport.h"
 #include "standin/Scrambler.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

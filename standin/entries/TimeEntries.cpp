@@ -2,8 +2,8 @@
 #include <nlohmann/json.hpp>
 
 #include "notes/NotesApi.h"
-#include "standin/Call.h"
 #include "standin/Times.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

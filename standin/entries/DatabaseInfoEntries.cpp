@@ -5,10 +5,10 @@
 
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
-#include "standin/Call.h"
 #include "standin/DatabaseInfo.h"
 #include "standin/StatusCodes.h"
 #include "standin/Times.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

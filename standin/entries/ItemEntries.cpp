@@ -1,10 +1,10 @@
 // Entry points that walk, scan and delete the items of an open note.
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
-#include "standin/Call.h"
 #include "standin/ItemValues.h"
 #include "standin/Pools.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

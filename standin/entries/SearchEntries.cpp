@@ -3,10 +3,10 @@
 #include <nlohmann/json.hpp>
 
 #include "notes/NotesApi.h"
-#include "standin/Call.h"
 #include "standin/Scrambler.h"
 #include "standin/StatusCodes.h"
 #include "standin/Times.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "notes/NotesApi.h"
-#include "standin/Call.h"
 #include "standin/ViewFormat.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

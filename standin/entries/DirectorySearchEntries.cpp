@@ -2,10 +2,10 @@
 #include <nlohmann/json.hpp>
 
 #include "notes/NotesApi.h"
-#include "standin/Call.h"
 #include "standin/CharacterSet.h"
 #include "standin/Scrambler.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

@@ -1,4 +1,4 @@
-#include "standin/Call.h"
+#include "standin/entries/Call.h"
 
 #include <cstring>
 

@@ -6,9 +6,9 @@
 #include "notes/NotesApi.h"
 #include "standin/Buffers.h"
 #include "standin/Bytes.h"
-#include "standin/Call.h"
 #include "standin/Intl.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 

@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "notes/NotesApi.h"
-#include "standin/Call.h"
 #include "standin/StatusCodes.h"
+#include "standin/entries/Call.h"
 
 namespace larkspan::notes_api {
 
