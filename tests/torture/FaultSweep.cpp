@@ -32,7 +32,7 @@ class FaultSweep {
 
   void Run(const Options& options) {
     CheckCleanRun();
-    std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
+    std::vector<FaultCase> cases = FaultCases(clean_.calls);
     const std::size_t all = cases.size();
     Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);

@@ -22,7 +22,7 @@ class ListingFaultSweep {
   void Run(const Options& options) {
     Begin("no call fails");
     CheckRun(clean_, Expectation{}, {}, 0);
-    std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
+    std::vector<FaultCase> cases = FaultCases(clean_.calls);
     const std::size_t all = cases.size();
     Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);

@@ -4,16 +4,16 @@
 //   - Lines of the run log or of the audit report are lost. Nothing else may be.
 //   - The disk is full from a moment on, so that the log is lost too. What was written before is
 //     there, and what is there under a final name is whole.
-#include "tests/torture/DiskSweep.h"
+#include "tests/torture/FileSweep.h"
 
 #include <algorithm>
 
 #include "tests/support/LogMessages.h"
 #include "tests/torture/Check.h"
-#include "tests/torture/DiskCase.h"
-#include "tests/torture/DiskExpectation.h"
-#include "tests/torture/DiskLines.h"
-#include "tests/torture/DiskRun.h"
+#include "tests/torture/FileCase.h"
+#include "tests/torture/FileExpectation.h"
+#include "tests/torture/FileLines.h"
+#include "tests/torture/FileRun.h"
 #include "tests/torture/FullDiskCheck.h"
 #include "tests/torture/RunCheck.h"
 #include "tests/torture/SupervisorTraces.h"
@@ -24,9 +24,9 @@ namespace {
 
 constexpr char kNothingFailsInTheLibrary[] = "[]";
 
-class DiskSweep {
+class FileSweep {
  public:
-  DiskSweep(const Subject& subject, Report& report)
+  FileSweep(const Subject& subject, Report& report)
       : stage_(subject),
         report_(report),
         clean_(RecordOperations([this] { return Export(); }, operations_)),
@@ -34,14 +34,14 @@ class DiskSweep {
         reference_(MakeReference(stage_)) {}
 
   void Run(const Options& options) {
-    ForEachDiskCase(stage_.subject().name, operations_, options, report_,
-                    [this](const DiskCase& fault) { RunCase(fault); });
+    ForEachFileCase(stage_.subject().name, operations_, options, report_,
+                    [this](const FileCase& fault) { RunCase(fault); });
   }
 
  private:
   Outcome Export() { return stage_.Export(kNothingFailsInTheLibrary); }
 
-  void RunCase(const DiskCase& fault) {
+  void RunCase(const FileCase& fault) {
     if (IsFullBeforeTheEarlier(fault)) return;
     report_.Begin(stage_.subject().name + ": " + Describe(fault));
     const Outcome run = RunWithFault(fault, [this] { return Export(); });
@@ -64,7 +64,7 @@ class DiskSweep {
 
   // The earlier worker cannot have worked on a disk that was full before it: the first lines of log
   // and report are the supervisor's.
-  bool IsFullBeforeTheEarlier(const DiskCase& fault) const {
+  bool IsFullBeforeTheEarlier(const FileCase& fault) const {
     std::ptrdiff_t before = 0;
     for (const char* const name : {"log.txt", "audit.txt"}) {
       const Lines earlier = LinesOf(stage_.earlierWorker(), name);
@@ -75,8 +75,8 @@ class DiskSweep {
     return fault.file == "*" && fault.call <= before;
   }
 
-  void CheckConsequences(const DiskCase& fault, const Outcome& run, Lines& findings) {
-    const Expectation expectation = DiskExpectationOf(fault);
+  void CheckConsequences(const FileCase& fault, const Outcome& run, Lines& findings) {
+    const Expectation expectation = FileExpectationOf(fault);
     const bool isForMany = fault.andAllLater || fault.operation == "folder";
     const int failures = isForMany ? kAnyNumber : 1;
     runCheck_.Run(run, expectation, failures, findings);
@@ -99,7 +99,7 @@ class DiskSweep {
             .findings = findings};
   }
 
-  static bool IsListUnread(const DiskCase& fault, const Outcome& run) {
+  static bool IsListUnread(const FileCase& fault, const Outcome& run) {
     const std::string line = fault.operation == "open" ? kListNotFound : kListCutShort;
     const bool keepsItUnread = fault.operation == "open" || fault.operation == "read";
     return fault.file == "idtable.txt" && keepsItUnread && CountMessages(run.log, line) != 0;
@@ -129,7 +129,7 @@ class DiskSweep {
     }
   }
 
-  void CheckNothingElseIsLost(const DiskCase& fault, const Outcome& run, Lines& findings) const {
+  void CheckNothingElseIsLost(const FileCase& fault, const Outcome& run, Lines& findings) const {
     testing::OutputTree expected = clean_.tree;
     testing::OutputTree actual = run.tree;
     for (testing::OutputTree* const tree : {&expected, &actual}) {
@@ -151,7 +151,7 @@ class DiskSweep {
 
   // A failure whose line is lost is not counted. That the counts do not agree then is told, unless
   // that line is lost.
-  void CheckCounts(const DiskCase& fault, const Outcome& run, Lines& findings) const {
+  void CheckCounts(const FileCase& fault, const Outcome& run, Lines& findings) const {
     Excuses none;
     Check check = MakeCheck(run, none, findings);
     check.isLogUnread = IsUnread(fault, operations_);
@@ -178,9 +178,9 @@ class DiskSweep {
 
 }  // namespace
 
-void SweepDiskFaults(const Options& options, Report& report) {
+void SweepFiles(const Options& options, Report& report) {
   for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
-    if (options.Wants(subject.name)) DiskSweep(subject, report).Run(options);
+    if (options.Wants(subject.name)) FileSweep(subject, report).Run(options);
   }
 }
 

@@ -1,4 +1,4 @@
-// Every operation on the files of a listing fails, once and from then on.
+// Every operation on the program's own files fails, once and from then on.
 #pragma once
 
 #include "tests/torture/Options.h"
@@ -6,6 +6,6 @@
 
 namespace larkspan::torture {
 
-void SweepListingDiskFaults(const Options& options, Report& report);
+void SweepFiles(const Options& options, Report& report);
 
 }  // namespace larkspan::torture

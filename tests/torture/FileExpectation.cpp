@@ -1,7 +1,7 @@
-#include "tests/torture/DiskExpectation.h"
+#include "tests/torture/FileExpectation.h"
 
 #include "tests/support/LogMessages.h"
-#include "tests/torture/DiskLines.h"
+#include "tests/torture/FileLines.h"
 #include "tests/torture/SupervisorTraces.h"
 
 namespace larkspan::torture {
@@ -29,7 +29,7 @@ std::vector<std::string_view> TracesOf(const std::string& operation) {
   return {"Only wrote "};
 }
 
-std::vector<std::string_view> ComplaintsOf(const DiskCase& fault) {
+std::vector<std::string_view> ComplaintsOf(const FileCase& fault) {
   if (fault.file == kMarker) {
     return {"Retry WriteMarkerFile (", "WriteMarkerFile failed (", kEndedOutsideANote,
             message::kIncompleteRun, message::kGivesUp};
@@ -44,14 +44,14 @@ std::vector<std::string_view> ComplaintsOf(const DiskCase& fault) {
   return complaints;
 }
 
-bool IsIndexLineLost(const DiskCase& fault) {
+bool IsIndexLineLost(const FileCase& fault) {
   return fault.file == kUnidIndex && CostsALine(fault.operation);
 }
 
 }  // namespace
 
 // A view that is missing is looked for in the log.
-Expectation DiskExpectationOf(const DiskCase& fault) {
+Expectation FileExpectationOf(const FileCase& fault) {
   const bool isOutput =
       fault.operation == "write" || (fault.operation == "close" && !fault.closesRead);
   const bool isNeeded = fault.file == kTemporary || fault.file == kMarker;

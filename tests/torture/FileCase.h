@@ -7,7 +7,7 @@
 
 namespace larkspan::torture {
 
-struct DiskCase {
+struct FileCase {
   std::string operation;  // As in a plan of tests/faults/FileFaultPlan.h.
   std::string file;       // Its name in lower case; "*" for any.
   int call = 1;           // Of this operation for this file, counted from 1.
@@ -19,15 +19,15 @@ struct DiskCase {
   std::size_t bytes = 0;
 };
 
-std::string PlanOf(const DiskCase& fault);
+std::string PlanOf(const FileCase& fault);
 
-std::string Describe(const DiskCase& fault);
+std::string Describe(const FileCase& fault);
 
 // Each operation on each file fails once, and from its first call on.
-bool IsCore(const DiskCase& fault);
+bool IsCore(const FileCase& fault);
 
 // Each operation of a run, in a record of tests/faults/FileFaults.h, fails once and from then on.
 // Then the disk is full from each write on, whatever the file.
-std::vector<DiskCase> AllDiskCases(const std::vector<std::string>& operations);
+std::vector<FileCase> FileCases(const std::vector<std::string>& operations);
 
 }  // namespace larkspan::torture

@@ -1,11 +1,11 @@
 // What is in the listing's file is the beginning of the listing, and an ERROR line tells when it is
 // not all of it. Only on a full disk, which takes the log as well, nothing can tell.
-#include "tests/torture/ListingDisk.h"
+#include "tests/torture/ListingFiles.h"
 
-#include "tests/torture/DiskCase.h"
-#include "tests/torture/DiskExpectation.h"
-#include "tests/torture/DiskLines.h"
-#include "tests/torture/DiskRun.h"
+#include "tests/torture/FileCase.h"
+#include "tests/torture/FileExpectation.h"
+#include "tests/torture/FileLines.h"
+#include "tests/torture/FileRun.h"
 #include "tests/torture/Listing.h"
 #include "tests/torture/RunCheck.h"
 
@@ -21,23 +21,23 @@ const Expectation kTold{
     .tells = Tells::kAlways,
     .complaints = {"Unable to open output file", "Unable to write output file"}};
 
-class ListingDiskSweep {
+class ListingFileSweep {
  public:
-  ListingDiskSweep(const Listing& listing, Report& report)
+  ListingFileSweep(const Listing& listing, Report& report)
       : stage_(listing),
         report_(report),
         clean_(RecordOperations([this] { return List(); }, operations_)),
         runCheck_(clean_.log) {}
 
   void Run(const Options& options) {
-    ForEachDiskCase(stage_.listing().name, operations_, options, report_,
-                    [this](const DiskCase& fault) { RunCase(fault); });
+    ForEachFileCase(stage_.listing().name, operations_, options, report_,
+                    [this](const FileCase& fault) { RunCase(fault); });
   }
 
  private:
   Outcome List() { return stage_.List(kNothingFailsInTheLibrary); }
 
-  void RunCase(const DiskCase& fault) {
+  void RunCase(const FileCase& fault) {
     report_.Begin(stage_.listing().name + ": " + Describe(fault));
     const Outcome run = RunWithFault(fault, [this] { return List(); });
     Lines findings;
@@ -52,7 +52,7 @@ class ListingDiskSweep {
     report_.End(findings);
   }
 
-  void CheckFile(const DiskCase& fault, const Outcome& run, Lines& findings) const {
+  void CheckFile(const FileCase& fault, const Outcome& run, Lines& findings) const {
     const std::string& name = stage_.listing().file;
     const std::string& whole = clean_.tree.at(name);
     const auto found = run.tree.find(name);
@@ -78,9 +78,9 @@ class ListingDiskSweep {
 
 }  // namespace
 
-void SweepListingDiskFaults(const Options& options, Report& report) {
+void SweepListingFiles(const Options& options, Report& report) {
   for (const Listing& listing : Listings()) {
-    if (options.Wants(listing.name)) ListingDiskSweep(listing, report).Run(options);
+    if (options.Wants(listing.name)) ListingFileSweep(listing, report).Run(options);
   }
 }
 

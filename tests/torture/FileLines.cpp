@@ -1,4 +1,4 @@
-#include "tests/torture/DiskLines.h"
+#include "tests/torture/FileLines.h"
 
 #include <algorithm>
 #include <functional>
@@ -9,7 +9,7 @@ namespace larkspan::torture {
 
 namespace {
 
-std::size_t LeastLines(const std::string& name, const DiskCase& fault, const CleanLines& clean) {
+std::size_t LeastLines(const std::string& name, const FileCase& fault, const CleanLines& clean) {
   const std::size_t all = clean.lines.size();
   if (fault.file != name || !CostsALine(fault.operation)) return all;
   if (!fault.andAllLater) return all - 1;
@@ -25,14 +25,14 @@ bool CostsALine(const std::string& operation) {
 }
 
 // It is opened, and then read or written.
-bool IsUnread(const DiskCase& fault, const std::vector<std::string>& operations) {
+bool IsUnread(const FileCase& fault, const std::vector<std::string>& operations) {
   if (fault.operation != "open") return fault.operation == "read";
   const auto read = std::find(operations.begin(), operations.end(), "read " + fault.file);
   const auto opens = std::count(operations.begin(), read, "open " + fault.file);
   return fault.andAllLater ? fault.call <= opens : fault.call == opens;
 }
 
-std::size_t LinesBefore(const DiskCase& fault, const std::vector<std::string>& operations,
+std::size_t LinesBefore(const FileCase& fault, const std::vector<std::string>& operations,
                         const std::string& name) {
   const std::string struck = fault.operation + " " + (fault.file == "*" ? "" : fault.file);
   int calls = 0;
@@ -45,7 +45,7 @@ std::size_t LinesBefore(const DiskCase& fault, const std::vector<std::string>& o
   return lines;
 }
 
-void CheckLinesOf(const std::string& name, const DiskCase& fault, const CleanLines& clean,
+void CheckLinesOf(const std::string& name, const FileCase& fault, const CleanLines& clean,
                   const Lines& found, Lines& findings) {
   const std::size_t least = LeastLines(name, fault, clean);
   if (found.size() < least) {

@@ -1,4 +1,4 @@
-#include "tests/torture/DiskCase.h"
+#include "tests/torture/FileCase.h"
 
 #include <array>
 #include <map>
@@ -15,7 +15,7 @@ std::string ErrorOf(int call, bool andAllLater) {
   return kErrors[static_cast<std::size_t>(call - 1 + (andAllLater ? 2 : 0)) % kErrors.size()];
 }
 
-void AddCases(DiskCase fault, std::vector<DiskCase>& cases) {
+void AddCases(FileCase fault, std::vector<FileCase>& cases) {
   for (const bool andAllLater : {false, true}) {
     fault.andAllLater = andAllLater;
     if (fault.call == 1) {
@@ -31,7 +31,7 @@ void AddCases(DiskCase fault, std::vector<DiskCase>& cases) {
 }
 
 // Some of the bytes of the first write find room.
-void AddFullDisks(int writes, std::vector<DiskCase>& cases) {
+void AddFullDisks(int writes, std::vector<FileCase>& cases) {
   constexpr std::size_t kBytesWithRoom = 5;
   for (int write = 1; write <= writes; ++write) {
     cases.push_back({.operation = "write",
@@ -45,29 +45,29 @@ void AddFullDisks(int writes, std::vector<DiskCase>& cases) {
 
 }  // namespace
 
-std::string PlanOf(const DiskCase& fault) {
+std::string PlanOf(const FileCase& fault) {
   const std::string plan = fault.operation + " " + fault.file + " " + std::to_string(fault.call) +
                            (fault.andAllLater ? "- " : " ") + fault.error;
   return fault.bytes == 0 ? plan : plan + " " + std::to_string(fault.bytes);
 }
 
-std::string Describe(const DiskCase& fault) {
+std::string Describe(const FileCase& fault) {
   return fault.operation + " " + fault.file + " call " + std::to_string(fault.call) +
          (fault.andAllLater ? " and all later fail with " : " fails with ") + fault.error;
 }
 
-bool IsCore(const DiskCase& fault) {
+bool IsCore(const FileCase& fault) {
   return fault.call == 1 && fault.error == ErrorOf(1, fault.andAllLater);
 }
 
-std::vector<DiskCase> AllDiskCases(const std::vector<std::string>& operations) {
-  std::vector<DiskCase> cases;
+std::vector<FileCase> FileCases(const std::vector<std::string>& operations) {
+  std::vector<FileCase> cases;
   std::map<std::string, int> calls;
   int writes = 0;
   std::string previous;
   for (const std::string& operation : operations) {
     const std::size_t blank = operation.find(' ');
-    DiskCase fault{.operation = operation.substr(0, blank),
+    FileCase fault{.operation = operation.substr(0, blank),
                    .file = operation.substr(blank + 1),
                    .call = ++calls[operation],
                    .error = ""};
