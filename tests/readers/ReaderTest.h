@@ -7,8 +7,8 @@
 #include <functional>
 #include <string>
 
-#include "tests/standin/StandinTest.h"
 #include "tests/support/ByteBuilder.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/system/ExportRun.h"
+#include "tests/support/ExportRun.h"
 
 namespace larkspan::testing {
 

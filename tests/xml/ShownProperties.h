@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string>
 
-#include "tests/xml/Xml.h"
+#include "tests/support/xml/Xml.h"
 
 namespace larkspan {
 

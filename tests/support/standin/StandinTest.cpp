@@ -1,4 +1,4 @@
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 #include <cstring>
 #include <fstream>

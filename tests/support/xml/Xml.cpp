@@ -1,4 +1,4 @@
-#include "tests/xml/Xml.h"
+#include "tests/support/xml/Xml.h"
 
 #include <expat.h>
 

@@ -1,4 +1,4 @@
-#include "tests/system/ExportRun.h"
+#include "tests/support/ExportRun.h"
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
