@@ -90,8 +90,8 @@ bool ExportRun::HasOutputFile(const std::wstring& relativeName) const {
   return std::filesystem::exists(output_ + L"\\" + relativeName);
 }
 
-std::vector<std::string> ExportRun::LedgerLines() const {
-  std::vector<std::string> lines;
+Lines ExportRun::LedgerLines() const {
+  Lines lines;
   const std::wstring file = folder_.path() + L"\\ledger.txt";
   if (!std::filesystem::exists(file)) return lines;
   std::istringstream ledger(ReadBytes(file));
@@ -99,8 +99,8 @@ std::vector<std::string> ExportRun::LedgerLines() const {
   return lines;
 }
 
-std::vector<std::string> ExportRun::LeftOpen(std::size_t runtime) const {
-  std::vector<std::string> left;
+Lines ExportRun::LeftOpen(std::size_t runtime) const {
+  Lines left;
   const nlohmann::json ledger = nlohmann::json::parse(LedgerLines().at(runtime));
   for (const auto& [kind, count] : ledger.at("open").items()) {
     if (count != 0) left.push_back(kind + " " + count.dump());

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/Lines.h"
 #include "tests/support/OutputTree.h"
 #include "tests/support/Program.h"
 #include "tests/support/ScopedEnvironmentVariable.h"
@@ -75,10 +76,10 @@ class ExportRun {
   std::string Log() const { return OutputFile(L"log.txt"); }
 
   // One JSON object for each runtime that ended, in order.
-  std::vector<std::string> LedgerLines() const;
+  Lines LedgerLines() const;
 
   // What a runtime that ended had still open, as "kind count" for each kind, in alphabetic order.
-  std::vector<std::string> LeftOpen(std::size_t runtime) const;
+  Lines LeftOpen(std::size_t runtime) const;
 
   // What the ledger, and the library's record of misuse, hold against the run; empty when every
   // handle, lock and allocation was given back. The number of runtimes that ended must match.
@@ -92,7 +93,7 @@ class ExportRun {
   std::wstring programName_ = L"larkspan.exe";
   std::optional<ScopedEnvironmentVariable> fileFaults_;
   std::wstring dataFolder_;
-  std::vector<std::string> configuration_;
+  Lines configuration_;
   bool passConfiguration_ = true;
 };
 

@@ -5,10 +5,10 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "base/Settings.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/Lines.h"
 #include "tests/support/ScopedSettings.h"
 #include "tests/support/TempFolder.h"
 
@@ -24,8 +24,8 @@ class OutputFolderTest : public testing::Test {
   std::wstring PathOf(const std::wstring& name) const { return folder_ / (L"\\" + name); }
 
   // The lines of the run log; none when there is no log.
-  std::vector<std::string> LogLines() const {
-    return Exists(PathOf(L"log.txt")) ? ReadLines(PathOf(L"log.txt")) : std::vector<std::string>();
+  Lines LogLines() const {
+    return Exists(PathOf(L"log.txt")) ? ReadLines(PathOf(L"log.txt")) : Lines();
   }
 
   // Drops lines below WARNING, as a run without -debug does.
@@ -46,7 +46,5 @@ class OutputFolderTest : public testing::Test {
   TempFolder folder_;
   ScopedSettings settings_;
 };
-
-using Lines = std::vector<std::string>;
 
 }  // namespace larkspan

@@ -8,10 +8,9 @@
 #include <vector>
 
 #include "tests/support/ExportRun.h"
+#include "tests/support/Lines.h"
 
 namespace larkspan::testing {
-
-using Lines = std::vector<std::string>;
 
 class SystemTest : public ::testing::Test {
  protected:

@@ -22,7 +22,7 @@ class Excuses {
   bool Explain(unsigned consequence, const std::string& thing, int calls = 1);
 
   // Adds what was explained more often than calls have failed.
-  void AddOverused(testing::Lines& findings) const;
+  void AddOverused(Lines& findings) const;
 
  private:
   unsigned silently_ = kNothing;
