@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "base/Settings.h"
 #include "tests/support/FileBytes.h"
@@ -28,11 +27,16 @@ class OutputFolderTest : public testing::Test {
     return Exists(PathOf(L"log.txt")) ? ReadLines(PathOf(L"log.txt")) : Lines();
   }
 
+  static void LeaveOutLinesBelow(int level) {
+    ChangeSettings([level](Settings& settings) { settings.minimumLogLevel = level; });
+  }
+
   // Drops lines below WARNING, as a run without -debug does.
-  void LeaveOutDebugLines() {
-    Settings settings = ProcessSettings();
-    settings.minimumLogLevel = 1;
-    SetProcessSettings(std::move(settings));
+  static void LeaveOutDebugLines() { LeaveOutLinesBelow(1); }
+
+  // From here on the settings name this entry of the folder as the output folder.
+  void UseOutputFolder(const std::wstring& name) const {
+    ChangeSettings([&](Settings& settings) { settings.outputFolder = PathOf(name); });
   }
 
  private:

@@ -100,9 +100,7 @@ TEST_F(ViewExportTest, ViewThatFailsDoesNotKeepTheNextFromItsFile) {
 notes_api::STATUS LARKSPAN_NOTES_CALL StopAndOpen(notes_api::DHANDLE database,
                                                   notes_api::NOTEID noteId, notes_api::WORD flags,
                                                   notes_api::DHANDLE* note) {
-  Settings settings = ProcessSettings();
-  settings.progressPipe = 1;
-  SetProcessSettings(settings);
+  ChangeSettings([](Settings& settings) { settings.progressPipe = 1; });
   MonitorPipe([](std::int64_t) {});
   return Original("NSFNoteOpen", StopAndOpen)(database, noteId, flags, note);
 }
