@@ -22,8 +22,6 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr char kNothingFailsInTheLibrary[] = "[]";
-
 class FileSweep {
  public:
   FileSweep(const Subject& subject, Report& report)
@@ -39,7 +37,7 @@ class FileSweep {
   }
 
  private:
-  Outcome Export() { return stage_.Export(kNothingFailsInTheLibrary); }
+  Outcome Export() { return stage_.Export(kNoFaults); }
 
   void RunCase(const FileCase& fault) {
     if (IsFullBeforeTheEarlier(fault)) return;
@@ -58,8 +56,7 @@ class FileSweep {
       CheckConsequences(fault, run, findings);
     }
     for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
-    if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());
-    report_.End(findings);
+    report_.End(findings, run.log);
   }
 
   // The earlier worker cannot have worked on a disk that was full before it: the first lines of log
@@ -179,9 +176,7 @@ class FileSweep {
 }  // namespace
 
 void SweepFiles(const Options& options, Report& report) {
-  for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
-    if (options.Wants(subject.name)) FileSweep(subject, report).Run(options);
-  }
+  for (const Subject& subject : WantedSubjects(options)) FileSweep(subject, report).Run(options);
 }
 
 }  // namespace larkspan::torture

@@ -13,8 +13,6 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr char kNothingFailsInTheLibrary[] = "[]";
-
 // Every operation on the listing's file is one without which it is not whole.
 const Expectation kTold{
     .entry = "",
@@ -35,7 +33,7 @@ class ListingFileSweep {
   }
 
  private:
-  Outcome List() { return stage_.List(kNothingFailsInTheLibrary); }
+  Outcome List() { return stage_.List(kNoFaults); }
 
   void RunCase(const FileCase& fault) {
     report_.Begin(stage_.listing().name + ": " + Describe(fault));
@@ -48,8 +46,7 @@ class ListingFileSweep {
     }
     CheckFile(fault, run, findings);
     for (const auto& [kind, count] : run.leftOpen) findings.push_back("left open: " + kind);
-    if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());
-    report_.End(findings);
+    report_.End(findings, run.log);
   }
 
   void CheckFile(const FileCase& fault, const Outcome& run, Lines& findings) const {
@@ -79,8 +76,8 @@ class ListingFileSweep {
 }  // namespace
 
 void SweepListingFiles(const Options& options, Report& report) {
-  for (const Listing& listing : Listings()) {
-    if (options.Wants(listing.name)) ListingFileSweep(listing, report).Run(options);
+  for (const Listing& listing : WantedListings(options)) {
+    ListingFileSweep(listing, report).Run(options);
   }
 }
 

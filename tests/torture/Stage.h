@@ -9,6 +9,9 @@
 
 namespace larkspan::torture {
 
+// A fault plan for the library in which nothing fails.
+inline constexpr char kNoFaults[] = "[]";
+
 class Stage {
  public:
   // The "=" argument that names the library's configuration.
