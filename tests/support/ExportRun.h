@@ -2,10 +2,8 @@
 // output folder, and what the library's ledger says afterwards.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tests/support/Lines.h"

@@ -7,9 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/Settings.h"
 #include "notes/Handles.h"
-#include "notes/Status.h"
 #include "tests/support/OutputFolderTest.h"
 #include "tests/support/TempFolder.h"
 

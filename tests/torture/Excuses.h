@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include "tests/support/RunTexts.h"
+#include "tests/support/Lines.h"
 #include "tests/torture/Expectation.h"
 
 namespace larkspan::torture {

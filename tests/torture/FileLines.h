@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Lines.h"
 #include "tests/torture/FileCase.h"
-#include "tests/torture/Outcome.h"
 
 namespace larkspan::torture {
 

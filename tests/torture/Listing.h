@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/torture/Options.h"
+#include "tests/torture/Outcome.h"
 #include "tests/torture/Stage.h"
 
 namespace larkspan::torture {

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "tests/support/TempFolder.h"
-#include "tests/torture/Outcome.h"
 
 namespace larkspan::torture {
 

@@ -1,7 +1,6 @@
 // The properties of a database, read from db.dxl and from the database file.
 #pragma once
 
-#include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <ostream>
 #include <string>
