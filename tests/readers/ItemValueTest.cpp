@@ -8,6 +8,7 @@
 
 #include "dxl/NumberSettings.h"
 #include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 

@@ -1,8 +1,8 @@
 // The worked example of docs/standin-views.md gives the bytes that stand there.
 #include <sstream>
 
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

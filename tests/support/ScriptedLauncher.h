@@ -1,7 +1,6 @@
 // Workers that end as a test's script says, without any process.
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>

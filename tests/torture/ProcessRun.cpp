@@ -7,10 +7,10 @@
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
 #include "supervision/Supervisor.h"
+#include "tests/support/ExportRun.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
 #include "tests/support/SystemProcess.h"
-#include "tests/system/ExportRun.h"
 
 namespace larkspan::torture {
 

@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "base/Utf8.h"
@@ -17,9 +16,7 @@ namespace {
 class OutputSubfoldersTest : public OutputFolderTest {
  protected:
   static void Create(bool archive) {
-    Settings settings = ProcessSettings();
-    settings.archive = archive;
-    SetProcessSettings(std::move(settings));
+    SetArchive(archive);
     CreateOutputSubfolders();
   }
 

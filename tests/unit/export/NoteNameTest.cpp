@@ -12,14 +12,7 @@ std::string Named(const std::string& name) {
   return R"({"name": "$Name", "text": ")" + name + "\"}";
 }
 
-class NoteNameTest : public NoteExportTest {
- protected:
-  Lines FilesFor(const std::string& noteClass, const std::string& items) {
-    OpenNoteOf(noteClass, items);
-    EXPECT_TRUE(Export().ok());
-    return Files();
-  }
-};
+using NoteNameTest = NoteExportTest;
 
 TEST_F(NoteNameTest, DocumentGoesToData) {
   EXPECT_EQ(FilesFor("1", ""), Lines{"data/0000090A.dxl"});

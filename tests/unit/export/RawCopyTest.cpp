@@ -17,12 +17,6 @@ constexpr char kStripped[] = R"({"name": "Script", "type": 20, "text": "s"},
 
 class RawCopyTest : public NoteExportTest {
  protected:
-  Lines FilesFor(const std::string& noteClass, const std::string& items) {
-    OpenNoteOf(noteClass, items);
-    EXPECT_TRUE(Export().ok());
-    return Files();
-  }
-
   const Lines both_ = {"design/0000090A.dxl", "design2/0000090A.dxl"};
   const std::wstring copy_ = L"design2\\0000090A.dxl";
 };

@@ -8,6 +8,7 @@
 #include "tests/faults/FileFaults.h"
 #include "tests/support/PauseRecorder.h"
 #include "tests/support/ReplacedEntryPoint.h"
+#include "tests/support/StopRequest.h"
 #include "tests/unit/export/WorkerRunTest.h"
 
 namespace larkspan {
@@ -172,9 +173,7 @@ TEST_F(WorkerRunTest, ListWithTextThatIsNoNumberEndsTheLaterWorkerBeforeAnyNote)
 
 TEST_F(WorkerRunTest, StopRequestEndsTheRunWithoutTheSizeAfter) {
   SetArchive(true);
-  ChangeSettings([](Settings& settings) { settings.progressPipe = 44; });
-  MonitorPipe([](std::int64_t) {});
-  ChangeSettings([](Settings& settings) { settings.progressPipe = kNoPipe; });
+  RequestStop();
   Run();
   EXPECT_EQ(Calls("NSFNoteOpen"), 0);
   EXPECT_FALSE(Exists(PathOf(L"marker.txt")));
@@ -183,9 +182,7 @@ TEST_F(WorkerRunTest, StopRequestEndsTheRunWithoutTheSizeAfter) {
 
 TEST_F(WorkerRunTest, StopRequestBeforeTheListIsHeededAtTheFirstNoteOnly) {
   SetArchive(true);
-  ChangeSettings([](Settings& settings) { settings.progressPipe = 44; });
-  MonitorPipe([](std::int64_t) {});
-  ChangeSettings([](Settings& settings) { settings.progressPipe = kNoPipe; });
+  RequestStop();
   Run();
   EXPECT_TRUE(Exists(PathOf(L"idtable.txt")));
 }
