@@ -1,3 +1,4 @@
+// The order in which the roles are tried decides what wins where several are asked for.
 #include "app/Role.h"
 
 #include <windows.h>

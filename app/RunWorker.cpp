@@ -1,3 +1,5 @@
+// A worker ends the runtime that it has started on every way out, and leaves a marker only where
+// the supervisor is to try again. What leaves the export as an exception is told here, once.
 #include "app/RunWorker.h"
 
 #include <windows.h>

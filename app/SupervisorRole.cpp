@@ -1,3 +1,5 @@
+// The command line is tried as a worker's before anything is written: a child that is a supervisor
+// again would start supervisors without end.
 #include "app/SupervisorRole.h"
 
 #include "app/Arguments.h"

@@ -1,3 +1,4 @@
+// The product's room behind the door: every call goes to the system as it came.
 #include "base/FileSystem.h"
 
 #include "base/SystemFiles.h"

@@ -1,3 +1,5 @@
+// A reading that stops on text is told apart from one that reached the end, since half a list must
+// not pass for the whole.
 #include "base/HexNumberFile.h"
 
 #include <cstdio>

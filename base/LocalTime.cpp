@@ -1,3 +1,4 @@
+// The C runtime formats, so that the text is the one that administrators of the machine know.
 #include "base/LocalTime.h"
 
 #include <array>

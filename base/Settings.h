@@ -31,8 +31,8 @@ struct Settings {
   std::vector<std::wstring> runtimeArguments;  // Those that begin with "=", in order.
 };
 
-// The settings of this process. Only the start of the program, and tests, set them, while no other
-// thread runs.
+// The settings of this process. Any thread may read them; only the start of the program, and tests,
+// set them, while no other thread runs.
 const Settings& ProcessSettings();
 void SetProcessSettings(Settings settings);
 

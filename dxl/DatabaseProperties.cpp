@@ -1,3 +1,6 @@
+// The order of the operations is the order of the attributes. The first that fails ends the
+// document, which then never gets its name: half the properties would look like those of another
+// database.
 #include "dxl/DatabaseProperties.h"
 
 #include <cstdint>

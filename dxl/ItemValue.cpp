@@ -1,3 +1,5 @@
+// Every length in a value was laid out by someone else: what does not lie inside is not written,
+// and an element that was begun is closed.
 #include "dxl/ItemValue.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Waiting is for what another program holds for a moment; a missing file is as good as a deleted
+// one and costs no attempt.
 #include "dxl/StagedFile.h"
 
 #include <windows.h>

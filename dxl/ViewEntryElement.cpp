@@ -1,3 +1,4 @@
+// Columns and values are matched by position: a column with a constant takes no value.
 #include "dxl/ViewEntryElement.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// The list of views is taken before the first is written. A stop is noticed between two views,
+// never within one.
 #include "dxl/ViewExport.h"
 
 #include <cstdint>

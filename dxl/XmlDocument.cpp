@@ -1,3 +1,6 @@
+// How a document gets to its final name: it is printed into a temporary file without a name, copied
+// as text into temp.tmp when it is complete, and temp.tmp is moved. A failure at any step leaves
+// what stood under the final name.
 #include "dxl/XmlDocument.h"
 
 #include <algorithm>

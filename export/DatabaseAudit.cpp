@@ -1,3 +1,5 @@
+// Texts that the library hands over are checked against what it can hand over at all: a longer one
+// means damaged memory, and the process ends before the text is used.
 #include "export/DatabaseAudit.h"
 
 #include <cstdint>

@@ -1,3 +1,5 @@
+// The list decides which notes a run exports, so it is whole or it is not there: the library is
+// asked for all of it first, and a line that cannot be written takes the file back.
 #include "export/IdTableFile.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// One open, write and close a line, so that a crash on the note loses no line of it.
 #include "export/UnidIndex.h"
 
 #include <string>

@@ -1,3 +1,5 @@
+// After a line that the disk refuses none is written: a listing with a gap would name the wrong
+// server or leave databases out unseen.
 #include "listing/ListingFile.h"
 
 #include <cstdio>

@@ -1,3 +1,5 @@
+// The file is opened before the runtime is started and closed after its end, so that a listing that
+// fails at any step leaves a file, and a line that says why it is not complete.
 #include "listing/ListingRun.h"
 
 #include <windows.h>

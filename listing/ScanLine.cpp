@@ -1,3 +1,5 @@
+// A text that does not fit the buffers that the library's limits promise means damaged memory: the
+// process ends before its line.
 #include "listing/ScanLine.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// All names are collected before the first is written: a list without the servers of one address
+// book would look complete.
 #include "listing/ServersMode.h"
 
 #include <set>

@@ -1,3 +1,5 @@
+// The limits handed to the library leave room for its NUL; the second item has no name, since the
+// library is asked for two.
 #include "notes/AddressBook.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// One read gives as many entries as fit and says whether there are more. A read that gives none and
+// does not move on would repeat for ever, and counts as failed.
 #include "notes/Collections.h"
 
 #include <cstring>

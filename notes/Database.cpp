@@ -1,3 +1,5 @@
+// The list of names is the library's own layout, byte for byte; two of its bytes have no meaning
+// and stay as the memory has them.
 #include "notes/Database.h"
 
 #include <cstring>

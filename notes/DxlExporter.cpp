@@ -1,3 +1,5 @@
+// The context of a callback begins with the output's name, as whoever looks at it expects; what the
+// callback itself needs stands behind.
 #include "notes/DxlExporter.h"
 
 #include <array>

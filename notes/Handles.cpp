@@ -1,3 +1,4 @@
+// Each handle is zeroed after its closing, so that a second release finds nothing to close.
 #include "notes/Handles.h"
 
 namespace larkspan {

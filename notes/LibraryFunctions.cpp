@@ -1,3 +1,4 @@
+// Which function is looked up first decides which fault an old library is told by.
 #include "notes/LibraryFunctions.h"
 
 #include <windows.h>

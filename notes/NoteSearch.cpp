@@ -1,3 +1,5 @@
+// The library goes on with its search whatever the callback returns, so the first insertion that
+// fails is kept and told at the end.
 #include "notes/NoteSearch.h"
 
 #include "notes/LibraryFunctions.h"

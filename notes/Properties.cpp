@@ -1,3 +1,4 @@
+// What the library writes may fill a buffer without a NUL, so every text is ended at its limit.
 #include "notes/Properties.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The started flag is what makes the end happen once, whoever comes first: the worker, its
+// termination handler, or the thread that closes after a crash.
 #include "notes/Runtime.h"
 
 #include <windows.h>

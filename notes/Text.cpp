@@ -1,3 +1,5 @@
+// Lengths go to the library in 16 bits: longer input is cut in whole characters, and no answer is
+// trusted beyond the buffer that it was given.
 #include "notes/Text.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // The audit report: audit.txt in the output folder, the summary of one export run for people. The
 // supervisor and the first worker write it, one after another, each text one open, write and
-// close. A file that cannot be opened drops the text silently.
+// close. A file that cannot be opened drops the text silently. Any thread may call.
 #pragma once
 
 #include <string>

@@ -1,3 +1,6 @@
+// Recovery hangs on this file, so writing it is patient: a marker that was not written would let a
+// crash pass for the end of the export. A marker that is left half written is deleted, and reading
+// takes what is no number for no marker.
 #include "report/MarkerFile.h"
 
 #include <cerrno>
@@ -9,9 +12,9 @@
 #include <utility>
 
 #include "base/FileSystem.h"
+#include "base/NoteId.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
-#include "base/NoteId.h"
 #include "base/WideFormat.h"
 
 namespace larkspan {

@@ -1,3 +1,5 @@
+// Each text is one open, write and close: a crash loses no line, and the processes of a run share
+// no handle.
 #include "report/ReportText.h"
 
 #include <mutex>

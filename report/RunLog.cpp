@@ -1,3 +1,4 @@
+// The level is looked at before anything else is done, so that lines nobody wants cost nothing.
 #include "report/RunLog.h"
 
 #include <utility>

@@ -1,3 +1,5 @@
+// The event travels by its handle, which the worker inherits, and by a variable that names it. The
+// worker takes both back before it runs the library, and nothing else can give the signal then.
 #include "supervision/EndSignal.h"
 
 #include <windows.h>

@@ -6,7 +6,7 @@ namespace larkspan {
 
 // The supervisor's side: an event that a process made after it inherits, and whose handle stands in
 // the environment variable LARKSPAN_END_SIGNAL for as long as the object lives. One object at a
-// time.
+// time, since a process has one environment.
 class EndSignal {
  public:
   EndSignal();
@@ -24,9 +24,10 @@ class EndSignal {
   void* event_;
 };
 
-// The worker's side, made before the library runs in the worker: the variable is taken out of the
-// environment and the event is inherited no further, so that nothing that the library starts can
-// give the signal. The event stays open until the process ends.
+// The worker's side, made before the Notes runtime is started: the variable is taken out of the
+// environment and the event is inherited no further, so that nothing that the runtime starts can
+// give the signal. Only what the library starts while it is loaded, before any code of this program
+// runs, still inherits both. The event stays open until the process ends. Main thread.
 class EndSignalGiver {
  public:
   EndSignalGiver();

@@ -1,3 +1,4 @@
+// The lines are counted in pieces of a buffer, as long as the log's own lines are at the most.
 #include "supervision/LogCounts.h"
 
 #include <array>

@@ -1,7 +1,6 @@
 // What the process that the user starts does: it runs export workers, one after another, until the
 // export is complete or one note ID has failed three times in a row. It never opens the database.
-// It works on the folder that it is given, so that one process can supervise several exports, each
-// on a thread of its own.
+// It works on the folder that it is given, whatever the settings of this process are.
 #pragma once
 
 #include <cstdint>

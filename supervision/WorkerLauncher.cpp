@@ -1,3 +1,5 @@
+// The end of a worker is told by two things: the exit code, which the library can choose as well,
+// and the signal that only a worker that came to its own end gives.
 #include "supervision/WorkerLauncher.h"
 
 #include <windows.h>

@@ -1,5 +1,5 @@
 // Starting an export worker and waiting for its end: the narrow door through which the supervisor
-// sees processes.
+// sees processes. One thread at a time.
 #pragma once
 
 #include <cstdint>
