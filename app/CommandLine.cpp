@@ -1,3 +1,5 @@
+// Faults end the parsing at once, and what was parsed by then is not used. Arguments for the Notes
+// runtime are gathered before, since they count wherever they stand.
 #include "app/CommandLine.h"
 
 #include <algorithm>

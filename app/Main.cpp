@@ -2,23 +2,22 @@
 // ran, whatever happened inside it; 1 when the command line asks for nothing that can be done.
 #include <windows.h>
 
-#include <string>
 #include <utility>
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
-#include "app/EndSignal.h"
+#include "app/PasswordVariable.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"
-#include "app/Settings.h"
-#include "app/Supervisor.h"
+#include "app/SupervisorRole.h"
 #include "app/TerminationHandler.h"
 #include "app/VersionBox.h"
-#include "app/WorkerLauncher.h"
+#include "base/Settings.h"
 #include "listing/ScanMode.h"
 #include "listing/ServersMode.h"
 #include "notes/Runtime.h"
 #include "report/RunLog.h"
+#include "supervision/EndSignal.h"
 
 namespace larkspan {
 
@@ -27,21 +26,14 @@ namespace {
 constexpr int kRoleRan = 0;
 constexpr int kRefused = 1;
 
-int SuperviseWorkers() {
-  const std::wstring commandLine = GetCommandLineW();
-  if (!MakesWorkers(commandLine)) return kRefused;
-  ProcessLauncher launcher;
-  RunSupervisor(launcher, commandLine);
-  return kRoleRan;
-}
-
 void CloseWorker() {
   LogDebug(L"Exiting via SEH finally");
   EndNotesRuntime();
 }
 
 void Work() {
-  const EndSignalGiver end;
+  const Settings& settings = ProcessSettings();
+  const EndSignalGiver end(settings.outputFolder, settings.resumeNoteId);
   RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); }, CloseWorker);
   end.Give();
 }
@@ -52,7 +44,7 @@ int PlayRole(Role role) {
       ShowVersionBox();
       return kRoleRan;
     case Role::kSupervisor:
-      return SuperviseWorkers();
+      return Supervise(GetCommandLineW()) ? kRoleRan : kRefused;
     case Role::kWorker:
       Work();
       return kRoleRan;
@@ -73,6 +65,8 @@ int PlayRole(Role role) {
 int RunProgram() {
   ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
   const Role role = ChooseRole(line);
+  TakePasswordVariable(line.settings);
+  if (role != Role::kSupervisor) RemovePasswordVariable();
   SetProcessSettings(std::move(line.settings));
   return PlayRole(role);
 }

@@ -1,27 +1,30 @@
+// A worker ends the runtime that it has started on every way out, and leaves a marker only where
+// the supervisor is to try again. What leaves the export as an exception is told here, once.
 #include "app/RunWorker.h"
 
 #include <windows.h>
 
 #include <string>
 
-#include "app/MarkerFile.h"
+#include "base/Settings.h"
 #include "export/WorkerRun.h"
 #include "notes/Identity.h"
 #include "notes/Runtime.h"
+#include "notes/StatusCodes.h"
 #include "notes/Text.h"
 #include "report/AuditReport.h"
+#include "report/MarkerFile.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
 
 namespace {
 
-constexpr notes_api::STATUS kConfigurationNotFound = 0x1A5;
-
 bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
-  const Status status = StartNotesRuntime();
+  const Settings& settings = ProcessSettings();
+  const Status status = StartNotesRuntime(settings.programPath, settings.runtimeArguments);
   if (status.ok()) return true;
-  if (status.ErrorNumber() == kConfigurationNotFound) {
+  if (status.IsError(kConfigurationNotFound)) {
     LogError(L"Unable to locate notes.ini");
     return false;
   }
@@ -31,7 +34,8 @@ bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
 }
 
 bool SwitchIdOrLog() {
-  const Status status = SwitchId();
+  const Settings& settings = ProcessSettings();
+  const Status status = SwitchId(settings.idFile, settings.idPassword);
   if (!status.ok()) LogStatus(LogLevel::kError, L"Unable to switch ID (%s)", status);
   return status.ok();
 }
@@ -50,7 +54,15 @@ void StartAndExport(std::uint32_t resumeNoteId) {
   if (!SwitchIdOrLog()) return;
   if (resumeNoteId == 0) AuditUser();
   RunExport(resumeNoteId);
-  EndNotesRuntime();
+}
+
+// What the export has done stands, whatever the library does at its end.
+void EndRuntimeOrLog() {
+  try {
+    EndNotesRuntime();
+  } catch (...) {
+    LogWarning(L"The end of the Notes runtime was ended by an exception");
+  }
 }
 
 }  // namespace
@@ -62,8 +74,9 @@ void RunWorker(std::uint32_t resumeNoteId) {
     LogDebug(L"Exiting via catch-all handler");
     // A marker makes the supervisor name the note and go on; without one this is the run's end.
     if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
-    EndNotesRuntime();
   }
+  EndRuntimeOrLog();
+  WipePassword();
 }
 
 }  // namespace larkspan

@@ -1,3 +1,4 @@
+// The process ends without running any of its own code: what it would run on may be damaged.
 #include "base/BoundsCheck.h"
 
 #include <windows.h>

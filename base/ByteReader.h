@@ -5,11 +5,17 @@
 #include <cstddef>
 #include <cstring>
 #include <span>
+#include <string_view>
 #include <type_traits>
 
 namespace larkspan {
 
 using Bytes = std::span<const std::byte>;
+
+// The bytes as text, which stays where they are.
+inline std::string_view AsText(Bytes bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 // Walks over bytes that must outlive it. What fails leaves the place as it was.
 class ByteReader {

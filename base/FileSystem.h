@@ -6,15 +6,28 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
-#include "base/EarlierFile.h"
-
 namespace larkspan::file_system {
 
-// Opens a stream in a mode of the C runtime; null on failure, with the reason in errno.
-std::FILE* Open(const std::wstring& path, const wchar_t* mode);
+struct Closer {
+  void operator()(std::FILE* file) const;
+};
+
+// Owns an open stream. A stream that goes out of scope is closed; a failing close then goes
+// unnoticed, so whoever needs the bytes on disk calls Close.
+using UniqueFile = std::unique_ptr<std::FILE, Closer>;
+
+// Opens a stream in a mode of the C runtime: without a "b" it is in text mode, which turns each
+// line feed into carriage return and line feed on disk. Empty on failure, with the reason in errno.
+UniqueFile Open(const std::wstring& path, const wchar_t* mode);
+
+// Makes an empty file without a name, open for reading and writing in binary mode. It lies in the
+// user's folder for temporary files, nobody else can open it, and it is gone when it is closed or
+// the process ends, in whatever way. Empty on failure.
+UniqueFile OpenTemporary();
 
 // Writes bytes, of which a stream in text mode makes its line ends. Returns how many were taken;
 // when that is fewer than given, errno has the reason.
@@ -26,17 +39,16 @@ bool Flush(std::FILE* file);
 
 // Closes the stream, whatever comes of it. False, with the reason in errno, when not all that was
 // ever written to it has reached the file.
-bool Close(std::FILE* file);
+bool Close(UniqueFile file);
 
-// Appends bytes as they are to a file, which is made when missing, in one piece whatever other
-// threads and processes append to it. False when the file cannot be opened or not all is written;
-// what was written by then stays.
+inline void Closer::operator()(std::FILE* file) const { Close(UniqueFile(file)); }
+
+// Appends bytes as they are to a file, which is made when missing. False when the file cannot be
+// opened or not all is written; what was written by then stays.
 bool Append(const std::wstring& path, std::string_view bytes);
 
-// Makes an empty file without a name, open for reading and writing in binary mode. It lies in the
-// user's folder for temporary files, nobody else can open it, and it is gone when it is closed or
-// the process ends, in whatever way. Null on failure.
-std::FILE* OpenTemporary();
+// What becomes of a file whose name another one gets: where it stays, the move of the other fails.
+enum class Earlier { kStays, kIsReplaced };
 
 // False on failure, with the reason in GetLastError.
 bool Delete(const std::wstring& path);

@@ -1,14 +1,16 @@
+// A reading that stops on text is told apart from one that reached the end, since half a list must
+// not pass for the whole.
 #include "base/HexNumberFile.h"
 
 #include <cstdio>
 
-#include "base/File.h"
+#include "base/FileSystem.h"
 
 namespace larkspan {
 
 HexNumberFileEnd ReadHexNumberFile(const std::wstring& path,
                                    const std::function<bool(std::uint32_t)>& visit) {
-  UniqueFile file = OpenFile(path, L"r");
+  file_system::UniqueFile file = file_system::Open(path, L"r");
   if (!file) return HexNumberFileEnd::kNotOpened;
   unsigned int number = 0;
   while (std::fscanf(file.get(), "%X", &number) == 1) {

@@ -5,15 +5,20 @@
 namespace larkspan::output {
 
 std::wstring Join(std::wstring_view outputFolder, std::wstring_view relativeName) {
-  return std::wstring(outputFolder).append(relativeName);
+  std::wstring path;
+  path.reserve(outputFolder.size() + relativeName.size());
+  return path.append(outputFolder).append(relativeName);
 }
 
+std::wstring StageOf(std::wstring_view path) { return Join(path, kStageSuffix); }
+
 std::wstring NoteFile(std::wstring_view subfolder, std::uint32_t noteId) {
-  return std::wstring(subfolder) + FormatWide(L"\\%08X.dxl", noteId);
+  return FormatWide(L"%.*s\\%08X.dxl", static_cast<int>(subfolder.size()), subfolder.data(),
+                    noteId);
 }
 
 std::wstring ViewFile(std::uint32_t viewId) {
-  return kViewsFolder + FormatWide(L"\\%08X.xml", viewId);
+  return FormatWide(L"%s\\%08X.xml", kViewsFolder, viewId);
 }
 
 }  // namespace larkspan::output

@@ -9,7 +9,8 @@ namespace larkspan {
 
 using PauseFunction = std::function<void(std::chrono::milliseconds)>;
 
-// Waits for the given time, or hands it to the function that stands in for waiting.
+// Waits for the given time, or hands it to the function that stands in for waiting. Any thread may
+// call.
 void Pause(std::chrono::milliseconds duration);
 
 // Puts a function in the place of waiting for as long as the object lives. Main thread only.

@@ -13,8 +13,6 @@
 #include <string>
 #include <string_view>
 
-#include "base/EarlierFile.h"
-
 namespace larkspan::system_files {
 
 inline std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
@@ -74,9 +72,8 @@ inline bool Append(const std::wstring& path, std::string_view bytes) {
 
 inline bool Delete(const std::wstring& path) { return DeleteFileW(path.c_str()) != 0; }
 
-inline bool Move(const std::wstring& from, const std::wstring& to, file_system::Earlier earlier) {
-  const DWORD replacing =
-      earlier == file_system::Earlier::kIsReplaced ? MOVEFILE_REPLACE_EXISTING : 0;
+inline bool Move(const std::wstring& from, const std::wstring& to, bool replacesEarlier) {
+  const DWORD replacing = replacesEarlier ? MOVEFILE_REPLACE_EXISTING : 0;
   return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED | replacing) != 0;
 }
 

@@ -1,3 +1,5 @@
+// Lines are cut between two characters: half of one would make the rest of the file unreadable for
+// strict readers.
 #include "base/Utf8.h"
 
 #include <windows.h>

@@ -1,3 +1,5 @@
+// The C runtime's own formatters, whose names the standard library's headers do not redirect. The
+// length is counted first, so that no text is cut that has not been asked to be.
 #include "base/WideFormat.h"
 
 #include <cstdio>

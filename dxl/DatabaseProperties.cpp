@@ -1,14 +1,17 @@
+// The order of the operations is the order of the attributes. The first that fails ends the
+// document, which then never gets its name: half the properties would look like those of another
+// database.
 #include "dxl/DatabaseProperties.h"
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
-#include "app/Settings.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "dxl/DateTime.h"
 #include "dxl/FormattedAttribute.h"
 #include "dxl/XmlDocument.h"
-#include "notes/Database.h"
 #include "notes/NotesApi.h"
 #include "notes/Properties.h"
 #include "notes/Utf8Text.h"
@@ -28,28 +31,26 @@ Status Logged(const wchar_t* format, Status status) {
   return status;
 }
 
-class PropertiesDocument {
+class PropertiesPrinter {
  public:
-  explicit PropertiesDocument(const Database& database) : database_(database) {}
+  PropertiesPrinter(const Database& database, tinyxml2::XMLPrinter& printer)
+      : database_(database), printer_(printer) {}
 
   // Stops at the first operation that fails.
-  Status Write() {
-    if (!document_.HasFile()) return Save();
+  Status Print() {
     printer_.PushUnknown("DOCTYPE database");
     printer_.OpenElement("database", kOnTheSameLine);
     printer_.PushAttribute("xmlns", notes_api::kDxlNamespace);
     printer_.PushAttribute("version", "12.0");
-    for (const auto write : {&PropertiesDocument::WriteReplicaId, &PropertiesDocument::WritePath,
-                             &PropertiesDocument::WriteTitles, &PropertiesDocument::WriteInfo}) {
+    for (const auto write : {&PropertiesPrinter::WriteReplicaId, &PropertiesPrinter::WritePath,
+                             &PropertiesPrinter::WriteTitles, &PropertiesPrinter::WriteInfo}) {
       if (const Status status = (this->*write)(); !status.ok()) return status;
     }
     printer_.CloseElement();
-    return Save();
+    return Status();
   }
 
  private:
-  Status Save() { return document_.Save(InOutputFolder(output::kProperties)); }
-
   Status WriteReplicaId() {
     notes_api::DatabaseId id{};
     const Status status = Logged(L"Error retrieving replicaid (%s)", GetReplicaId(database_, id));
@@ -66,12 +67,12 @@ class PropertiesDocument {
   }
 
   Status WriteTitles() {
-    DatabaseTitles titles;
+    DatabaseInformation information;
     const Status status =
-        Logged(L"Error retrieving database info (%s)", GetDatabaseTitles(database_, titles));
+        Logged(L"Error retrieving database info (%s)", information.Get(database_));
     if (!status.ok()) return status;
-    printer_.PushAttribute("title", ToUtf8(titles.title).c_str());
-    const std::string categories = ToUtf8(titles.categories);
+    printer_.PushAttribute("title", ToUtf8(information.Title()).c_str());
+    const std::string categories = ToUtf8(information.Categories());
     if (!categories.empty()) printer_.PushAttribute("categories", categories.c_str());
     return status;
   }
@@ -94,7 +95,6 @@ class PropertiesDocument {
   }
 
   Status WriteSpaceUsage() {
-    constexpr std::uint32_t kBytesPerKilobyte = 1024;
     SpaceUsage usage;
     const Status status =
         Logged(L"Error retrieving database space usage (%s)", GetSpaceUsage(database_, usage));
@@ -131,19 +131,33 @@ class PropertiesDocument {
     PushFormatted(printer_, attribute, "%.17g", number);
   }
 
+  // Control characters and the two code points that are no characters have no place in XML: each
+  // becomes a space.
   static std::string ToUtf8(const std::string& text) {
-    return NotesToUtf8(text, kMaxAttributeBytes);
+    std::string utf8 = NotesToUtf8(text, kMaxAttributeBytes);
+    ReplaceControlCharacters(utf8);
+    for (const std::string_view noCharacter : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+      for (std::size_t at; (at = utf8.find(noCharacter)) != std::string::npos;) {
+        utf8.replace(at, noCharacter.size(), " ");
+      }
+    }
+    return utf8;
   }
 
   const Database& database_;
-  XmlDocument document_;
-  tinyxml2::XMLPrinter& printer_ = document_.printer();
+  tinyxml2::XMLPrinter& printer_;
 };
 
 }  // namespace
 
 Status ExportDatabaseProperties(const Database& database) {
-  return PropertiesDocument(database).Write();
+  XmlDocument document;
+  Status status;
+  const bool isComplete = document.Print([&](tinyxml2::XMLPrinter& printer) {
+    status = PropertiesPrinter(database, printer).Print();
+    return status.ok();
+  });
+  return isComplete ? document.Save(InOutputFolder(output::kProperties)) : status;
 }
 
 }  // namespace larkspan

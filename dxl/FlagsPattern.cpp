@@ -1,3 +1,5 @@
+// One walk over the pattern with three results, since a later group takes up what an earlier one of
+// its kind has found.
 #include "dxl/FlagsPattern.h"
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// Every length in a value was laid out by someone else: what does not lie inside is not written,
+// and an element that was begun is closed.
 #include "dxl/ItemValue.h"
 
 #include <algorithm>
@@ -6,7 +8,6 @@
 
 #include "dxl/DateTime.h"
 #include "dxl/DxlText.h"
-#include "dxl/NumberSettings.h"
 #include "notes/NotesApi.h"
 #include "notes/Utf8Text.h"
 #include "notes/Values.h"
@@ -15,6 +16,7 @@ namespace larkspan {
 
 namespace {
 
+using notes_api::IntlSettings;
 using notes_api::TIMEDATE;
 using notes_api::WORD;
 using tinyxml2::XMLPrinter;
@@ -38,10 +40,6 @@ std::size_t CopyWithoutMarks(std::string_view text, TextBuffer& copy) {
   return length;
 }
 
-std::string_view AsText(Bytes bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 void WriteTextList(XMLPrinter& printer, Bytes value) {
   // The type word, the count and the length of one entry.
   constexpr std::size_t kSmallest = 3 * sizeof(WORD);
@@ -55,9 +53,9 @@ void WriteTextList(XMLPrinter& printer, Bytes value) {
   printer.CloseElement();
 }
 
-void WriteNumber(XMLPrinter& printer, double number) {
+void WriteNumber(XMLPrinter& printer, const IntlSettings& numbers, double number) {
   printer.OpenElement("number");
-  printer.PushText(NumberToText(number, NumberSettings()).c_str());
+  printer.PushText(NumberToText(number, numbers).c_str());
   printer.CloseElement();
 }
 
@@ -78,11 +76,12 @@ struct TimePair {
   TIMEDATE upper;
 };
 
-void WriteNumberRange(XMLPrinter& printer, ByteReader data) {
+void WriteNumberRange(XMLPrinter& printer, const IntlSettings& numbers, ByteReader data) {
   RangeCounts counts;
   data.Read(counts);
   printer.OpenElement("numberlist");
-  WriteElements<double>(data, counts.list, [&](double number) { WriteNumber(printer, number); });
+  WriteElements<double>(data, counts.list,
+                        [&](double number) { WriteNumber(printer, numbers, number); });
   printer.CloseElement();
 }
 
@@ -117,7 +116,7 @@ void WriteTextElement(XMLPrinter& printer, std::string_view text) {
   printer.CloseElement();
 }
 
-void WriteItemValue(XMLPrinter& printer, Bytes value) {
+void WriteItemValue(XMLPrinter& printer, const IntlSettings& numbers, Bytes value) {
   ByteReader data(value);
   WORD type = 0;
   if (!data.Read(type)) return;
@@ -127,9 +126,10 @@ void WriteItemValue(XMLPrinter& printer, Bytes value) {
     case notes_api::kTypeTextList:
       return WriteTextList(printer, value);
     case notes_api::kTypeNumber:
-      return WriteElements<double>(data, 1, [&](double number) { WriteNumber(printer, number); });
+      return WriteElements<double>(data, 1,
+                                   [&](double number) { WriteNumber(printer, numbers, number); });
     case notes_api::kTypeNumberRange:
-      return WriteNumberRange(printer, data);
+      return WriteNumberRange(printer, numbers, data);
     case notes_api::kTypeTime:
       return WriteElements<TIMEDATE>(data, 1,
                                      [&](const TIMEDATE& time) { WriteDateTime(printer, time); });

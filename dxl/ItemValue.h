@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/ByteReader.h"
+#include "notes/NotesApi.h"
 
 namespace larkspan {
 
@@ -16,7 +17,8 @@ void WriteTextElement(tinyxml2::XMLPrinter& printer, std::string_view text);
 // Writes the element or elements of a value that begins with its type word: `text`, `textlist`,
 // `number`, `numberlist`, `datetime` or `datetimelist`; a value of another type writes nothing. A
 // value that ends early is written as far as its elements are whole: a list is closed after them, a
-// single number or date-time is left out. FetchNumberSettings must have been called.
-void WriteItemValue(tinyxml2::XMLPrinter& printer, Bytes value);
+// single number or date-time is left out.
+void WriteItemValue(tinyxml2::XMLPrinter& printer, const notes_api::IntlSettings& numbers,
+                    Bytes value);
 
 }  // namespace larkspan

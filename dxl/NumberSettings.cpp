@@ -4,18 +4,11 @@
 
 namespace larkspan {
 
-namespace {
-
-notes_api::IntlSettings numberSettings{};
-
-}  // namespace
-
-void FetchNumberSettings() {
-  numberSettings = GetIntlSettings();
-  numberSettings.decimalSeparator[0] = '.';
-  numberSettings.decimalSeparator[1] = '\0';
+notes_api::IntlSettings GetNumberSettings() {
+  notes_api::IntlSettings settings = GetIntlSettings();
+  settings.decimalSeparator[0] = '.';
+  settings.decimalSeparator[1] = '\0';
+  return settings;
 }
-
-const notes_api::IntlSettings& NumberSettings() { return numberSettings; }
 
 }  // namespace larkspan

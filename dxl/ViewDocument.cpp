@@ -22,88 +22,77 @@ namespace larkspan {
 
 namespace {
 
-bool IsExported(const Note& viewNote, bool& isFolder) {
+enum class ViewKind { kView, kFolder, kLeftOut };
+
+ViewKind KindOf(const Note& viewNote) {
   constexpr std::size_t kFlagsCapacity = 100;
   const std::string flags = GetItemText(viewNote, "$Flags", kFlagsCapacity);
-  isFolder = !MatchesFlagsPattern(flags, kViewPattern);
-  return (!isFolder || MatchesFlagsPattern(flags, kFolderPattern)) &&
-         HasItem(viewNote, kViewFormatItem);
+  const bool isView = MatchesFlagsPattern(flags, kViewPattern);
+  const bool isWanted = isView || MatchesFlagsPattern(flags, kFolderPattern);
+  if (!isWanted || !HasItem(viewNote, kViewFormatItem)) return ViewKind::kLeftOut;
+  return isView ? ViewKind::kView : ViewKind::kFolder;
 }
 
-// Knows whether a view's index is to be dropped after the export: unless it was there before.
-class IndexPurge {
- public:
-  IndexPurge(const LibraryFunctions& functions, const Database& database, std::uint32_t viewId)
-      : functions_(functions), database_(database), viewId_(viewId) {}
-  void PurgeUnlessIndexExists() {
-    Collection existing;
-    isNeeded_ = !OpenExistingCollection(database_, viewId_, existing).ok();
-  }
+bool HasIndex(const Database& database, std::uint32_t viewId) {
+  Collection existing;
+  return OpenExistingCollection(database, viewId, existing).ok();
+}
 
-  void Run() const {
-    if (!isNeeded_) return;
-    const Status status = PurgeCollection(functions_, database_, viewId_);
-    if (status.ok()) return;
-    LogDebug(L"Purging collection %x failed", static_cast<unsigned int>(viewId_));
-    LogStatus(LogLevel::kDebug, L"Error '%s'", status);
-  }
+void PurgeOrLog(const Database& database, std::uint32_t viewId) {
+  const Status status = PurgeCollection(database, viewId);
+  if (status.ok()) return;
+  LogDebug(L"Purging collection %x failed", static_cast<unsigned int>(viewId));
+  LogStatus(LogLevel::kDebug, L"Error '%s'", status);
+}
 
- private:
-  const LibraryFunctions& functions_;
-  const Database& database_;
-  const std::uint32_t viewId_;
-  bool isNeeded_ = false;
-};
-
-bool PrintEntries(const EntryBatch& batch, const ViewColumns& columns,
+bool PrintEntries(const EntryBatch& batch, const ViewLayout& layout,
                   tinyxml2::XMLPrinter& printer) {
   ByteReader reader(batch.bytes);
   ViewEntry entry;
   for (std::uint32_t i = 0; i < batch.count; ++i) {
     if (!ReadViewEntry(reader, entry)) return false;
-    WriteViewEntry(printer, entry, columns);
+    WriteViewEntry(printer, entry, layout);
   }
   return true;
 }
 
-void PrintAndSave(const Collection& collection, const ViewColumns& columns,
+void PrintAndSave(const Collection& collection, const ViewLayout& layout,
                   const std::wstring& path) {
   XmlDocument document;
-  document.printer().OpenElement("view");
-  const bool complete =
-      !document.HasFile() || ReadEntries(collection, [&](const EntryBatch& batch) {
-        return PrintEntries(batch, columns, document.printer());
-      });
-  if (!complete) return;
-  document.printer().CloseElement();
+  const bool isComplete = document.Print([&](tinyxml2::XMLPrinter& printer) {
+    printer.OpenElement("view");
+    const bool isRead = ReadEntries(
+        collection, [&](const EntryBatch& batch) { return PrintEntries(batch, layout, printer); });
+    printer.CloseElement();
+    return isRead;
+  });
   // A failure has its line in the log; the other views go on.
-  static_cast<void>(document.Save(path));
+  if (isComplete) static_cast<void>(document.Save(path));
 }
 
 void ReadAndSave(const Database& database, std::uint32_t viewId, const Note& viewNote,
-                 const std::wstring& path) {
+                 const notes_api::IntlSettings& numbers, const std::wstring& path) {
   Collection collection;
   if (!OpenCollection(database, viewId, collection).ok()) return;
-  PrintAndSave(collection, ReadViewColumns(viewNote), path);
+  PrintAndSave(collection, {ReadViewColumns(viewNote), numbers}, path);
 }
 
 }  // namespace
 
-void WriteViewDocument(const LibraryFunctions& functions, const Database& database,
-                       std::uint32_t viewId, const std::wstring& path) {
+void WriteViewDocument(const Database& database, std::uint32_t viewId,
+                       const notes_api::IntlSettings& numbers, const std::wstring& path) {
   Note viewNote;
   if (!OpenNote(database, viewId, viewNote).ok()) return;
-  bool isFolder = false;
-  if (!IsExported(viewNote, isFolder)) return;
-  IndexPurge purge(functions, database, viewId);
-  if (!isFolder) purge.PurgeUnlessIndexExists();
+  const ViewKind kind = KindOf(viewNote);
+  if (kind == ViewKind::kLeftOut) return;
+  const bool isPurgeNeeded = kind == ViewKind::kView && !HasIndex(database, viewId);
   try {
-    ReadAndSave(database, viewId, viewNote, path);
+    ReadAndSave(database, viewId, viewNote, numbers, path);
   } catch (...) {
-    purge.Run();
+    if (isPurgeNeeded) PurgeOrLog(database, viewId);
     throw;
   }
-  purge.Run();
+  if (isPurgeNeeded) PurgeOrLog(database, viewId);
 }
 
 }  // namespace larkspan

@@ -1,3 +1,5 @@
+// An entry's fields follow one another without a table of offsets, so an entry whose end cannot be
+// found ends the reading of all that follow.
 #include "dxl/ViewEntries.h"
 
 namespace larkspan {

@@ -9,7 +9,8 @@
 
 namespace larkspan {
 
-// The values of an entry, one for each of its columns that is no constant.
+// What an entry says of itself without its note being opened: its values, matched to the view's
+// columns by position, and items that only the library looks up by name.
 struct Summary {
   // The bytes of the summary, from its length word to its end.
   Bytes bytes;

@@ -1,3 +1,4 @@
+// Columns and values are matched by position: a column with a constant takes no value.
 #include "dxl/ViewEntryElement.h"
 
 #include <array>
@@ -37,33 +38,32 @@ void WriteAttributes(XMLPrinter& printer, const ViewEntry& entry) {
   if (IsConflict(entry.summary)) printer.PushAttribute("conflict", "true");
 }
 
-void WriteValue(XMLPrinter& printer, Bytes value) {
-  printer.OpenElement("value");
-  WriteItemValue(printer, value);
-  printer.CloseElement();
-}
-
-void WriteValues(XMLPrinter& printer, const ViewEntry& entry, const ViewColumns& columns) {
+void WriteValues(XMLPrinter& printer, const ViewEntry& entry, const ViewLayout& layout) {
+  const auto write = [&](Bytes value) {
+    printer.OpenElement("value");
+    WriteItemValue(printer, layout.numbers, value);
+    printer.CloseElement();
+  };
   auto value = entry.summary.values.begin();
   const auto end = entry.summary.values.end();
-  for (const ColumnConstant& constant : columns) {
+  for (const ColumnConstant& constant : layout.columns) {
     if (value == end && KindOf(entry) != EntryKind::kDocument) return;
     if (!constant.empty()) {
-      WriteValue(printer, constant);
+      write(constant);
     } else if (value == end) {
       return;
     } else {
-      WriteValue(printer, *value++);
+      write(*value++);
     }
   }
 }
 
 }  // namespace
 
-void WriteViewEntry(XMLPrinter& printer, const ViewEntry& entry, const ViewColumns& columns) {
+void WriteViewEntry(XMLPrinter& printer, const ViewEntry& entry, const ViewLayout& layout) {
   printer.OpenElement(ElementOf(KindOf(entry)));
   WriteAttributes(printer, entry);
-  WriteValues(printer, entry, columns);
+  WriteValues(printer, entry, layout);
   printer.CloseElement();
 }
 

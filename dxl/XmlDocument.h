@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "base/File.h"
+#include "base/FileSystem.h"
 #include "notes/Status.h"
 
 namespace larkspan {
@@ -17,23 +17,29 @@ class XmlDocument {
   // Writes the XML declaration into a new temporary file.
   XmlDocument();
 
-  // Whether there is a temporary file. Without one Save fails, and nothing should be printed, since
-  // it would all be kept in memory.
-  bool HasFile() const { return file_ != nullptr; }
-
-  // What writes the document's content, indented by four spaces a level.
-  tinyxml2::XMLPrinter& printer() { return printer_; }
+  // Hands the printer, which indents by four spaces a level, to a function that prints the content
+  // and says whether it is complete. Returns what that says. Without a temporary file, where all
+  // that is printed would be kept in memory, the function is not called, and true tells to go on
+  // with Save, which then fails.
+  template <typename PrintContent>
+  bool Print(PrintContent printContent) {
+    return file_ == nullptr || printContent(printer_);
+  }
 
   // Copies the document, which must be complete, to its final path, where it replaces an earlier
   // file; every line feed becomes carriage return and line feed. On failure, which is logged,
-  // returns one of the codes of dxl/StagedFile.h, and an earlier file stays as it was.
+  // returns kOutputNotWritten; an earlier file then stays as it was, unless it had to be written
+  // over and could not be written in full: then there is none.
   Status Save(const std::wstring& path);
 
  private:
-  Status CopyToStagedFile();
-  Status Place(const std::wstring& path);
+  enum class Copy { kComplete, kRefused, kFailed };
 
-  UniqueFile file_;
+  bool IsPrinted() const;
+  Copy CopyTo(const std::wstring& path);
+  bool Place(const std::wstring& path);
+
+  file_system::UniqueFile file_;
   tinyxml2::XMLPrinter printer_;
 };
 

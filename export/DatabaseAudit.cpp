@@ -1,11 +1,13 @@
+// Texts that the library hands over are checked against what it can hand over at all: a longer one
+// means damaged memory, and the process ends before the text is used.
 #include "export/DatabaseAudit.h"
 
 #include <cstdint>
 #include <string_view>
 
-#include "app/Settings.h"
 #include "base/BoundsCheck.h"
-#include "notes/Database.h"
+#include "base/Settings.h"
+#include "notes/Properties.h"
 #include "notes/Text.h"
 #include "report/AuditReport.h"
 #include "report/RunLog.h"
@@ -38,7 +40,9 @@ void AuditSize(const wchar_t* label, const std::string& databasePath) {
 }  // namespace
 
 void AuditDatabase(const Database& database) {
-  const DatabaseLocation location = GetDatabaseLocation(database);
+  DatabaseLocation location;
+  const Status status = GetDatabaseLocation(database, location);
+  if (!status.ok()) LogStatus(LogLevel::kWarning, L"Unable to read database location (%s)", status);
   const std::wstring server = TranslateForAudit(location.server);
   const std::wstring file = TranslateForAudit(location.file);
   Audit(L"Archive database server: %s\n", server.c_str());

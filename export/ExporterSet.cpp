@@ -1,9 +1,11 @@
+// One row an exporter: what it is called when it cannot be created, and how its properties are set,
+// in an order that the library is known to take.
 #include "export/ExporterSet.h"
 
 #include <array>
-#include <cstdint>
+#include <span>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "base/WideFormat.h"
 #include "notes/DxlExporter.h"
 #include "report/RunLog.h"
@@ -14,18 +16,33 @@ namespace {
 
 // Properties of the library's exporters, by number. Those without a name of their own are switches
 // that only the library explains.
-constexpr int kSwitchedOff = 3;
-constexpr std::array kOnOutsideArchives = {38, 37, 36};
 constexpr int kRemovePictures = 39;
 constexpr int kPictureText = 14;
 constexpr int kConvert = 35;
-constexpr std::array kOnForRaw = {30, 6};
 
 constexpr char kRemovedPictureRun[] =
     "<run><font size='9pt' color='#CCCCCC' />"
     "&lt;Picture removed by Brevink Export&gt;</run>";
 
-std::int32_t AsSwitch(bool on) { return on ? 1 : 0; }
+// How a property is set: always off, always on, on in archives only, or on everywhere else.
+enum class Setting { kOff, kOn, kOnInArchives, kOnOutsideArchives };
+
+struct Property {
+  int number;
+  Setting setting;
+};
+
+struct ExporterRow {
+  Exporter ExporterSet::*exporter;
+  const wchar_t* failureFormat;
+  std::span<const Property> properties;  // In the order in which they are set.
+};
+
+bool IsOn(Setting setting) {
+  const bool archive = ProcessSettings().archive;
+  return setting == Setting::kOn || (setting == Setting::kOnInArchives && archive) ||
+         (setting == Setting::kOnOutsideArchives && !archive);
+}
 
 // An exporter that does not take a setting still exports; what it writes may differ from what was
 // asked for, and the run log says so.
@@ -35,24 +52,12 @@ void LogIfRefused(Status status, int property) {
   LogStatus(LogLevel::kWarning, format.c_str(), status);
 }
 
-void Set(const Exporter& exporter, int property, std::int32_t value) {
-  LogIfRefused(SetExporterProperty(exporter, property, value), property);
-}
-
-void ConfigureExporter(const Exporter& exporter, bool removePictures, bool convert) {
-  Set(exporter, kSwitchedOff, 0);
-  for (const int property : kOnOutsideArchives) {
-    Set(exporter, property, AsSwitch(!ProcessSettings().archive));
-  }
-  Set(exporter, kRemovePictures, AsSwitch(removePictures));
-  if (removePictures) {
-    LogIfRefused(SetExporterTextProperty(exporter, kPictureText, kRemovedPictureRun), kPictureText);
-  }
-  Set(exporter, kConvert, AsSwitch(convert));
-}
-
-void ConfigureRawExporter(const Exporter& exporter) {
-  for (const int property : kOnForRaw) Set(exporter, property, 1);
+// Where pictures are removed, a text takes their place.
+void SetProperty(const Exporter& exporter, const Property& property) {
+  const bool isOn = IsOn(property.setting);
+  LogIfRefused(SetExporterProperty(exporter, property.number, isOn ? 1 : 0), property.number);
+  if (property.number != kRemovePictures || !isOn) return;
+  LogIfRefused(SetExporterTextProperty(exporter, kPictureText, kRemovedPictureRun), kPictureText);
 }
 
 bool CreateOrLog(Exporter& exporter, const wchar_t* failureFormat) {
@@ -61,31 +66,40 @@ bool CreateOrLog(Exporter& exporter, const wchar_t* failureFormat) {
   return status.ok();
 }
 
+constexpr std::array<Property, 6> PropertiesOf(Setting removesPictures, Setting converts) {
+  constexpr Setting kOutside = Setting::kOnOutsideArchives;
+  return {{{3, Setting::kOff},
+           {38, kOutside},
+           {37, kOutside},
+           {36, kOutside},
+           {kRemovePictures, removesPictures},
+           {kConvert, converts}}};
+}
+
+constexpr std::array kNormal = PropertiesOf(Setting::kOnOutsideArchives, Setting::kOnInArchives);
+constexpr std::array kNoConvert = PropertiesOf(Setting::kOnOutsideArchives, Setting::kOff);
+constexpr std::array kNoImages = PropertiesOf(Setting::kOn, Setting::kOn);
+constexpr std::array kNoImagesNoConvert = PropertiesOf(Setting::kOn, Setting::kOff);
+constexpr std::array kRaw = {Property{30, Setting::kOn}, Property{6, Setting::kOn}};
+
+const std::array kRows = {
+    ExporterRow{&ExporterSet::normal, L"Error creating DXL Exporter (%s)", kNormal},
+    ExporterRow{&ExporterSet::noConvert, L"Error creating DXL Exporter (no convert) (%s)",
+                kNoConvert},
+    ExporterRow{&ExporterSet::noImages, L"Error creating DXL Exporter (no images) (%s)", kNoImages},
+    ExporterRow{&ExporterSet::noImagesNoConvert,
+                L"Error creating DXL Exporter (no images, no convert) (%s)", kNoImagesNoConvert},
+    ExporterRow{&ExporterSet::raw, L"Error creating DXL Exporter (raw) (%s)", kRaw},
+};
+
 }  // namespace
 
 bool CreateExporters(ExporterSet& exporters) {
-  const bool archive = ProcessSettings().archive;
-  if (!CreateOrLog(exporters.normal, L"Error creating DXL Exporter (%s)")) return false;
-  ConfigureExporter(exporters.normal, !archive, archive);
-
-  if (!CreateOrLog(exporters.noConvert, L"Error creating DXL Exporter (no convert) (%s)")) {
-    return false;
+  for (const ExporterRow& row : kRows) {
+    Exporter& exporter = exporters.*row.exporter;
+    if (!CreateOrLog(exporter, row.failureFormat)) return false;
+    for (const Property& property : row.properties) SetProperty(exporter, property);
   }
-  ConfigureExporter(exporters.noConvert, !archive, false);
-
-  if (!CreateOrLog(exporters.noImages, L"Error creating DXL Exporter (no images) (%s)")) {
-    return false;
-  }
-  ConfigureExporter(exporters.noImages, true, true);
-
-  if (!CreateOrLog(exporters.noImagesNoConvert,
-                   L"Error creating DXL Exporter (no images, no convert) (%s)")) {
-    return false;
-  }
-  ConfigureExporter(exporters.noImagesNoConvert, true, false);
-
-  if (!CreateOrLog(exporters.raw, L"Error creating DXL Exporter (raw) (%s)")) return false;
-  ConfigureRawExporter(exporters.raw);
   return true;
 }
 

@@ -1,96 +1,111 @@
 // How a file gets to its final name:
 //   1. Delete what an earlier worker left in temp.tmp when it crashed; a missing file is as good.
-//   2. Run the export. Its output callback opens temp.tmp, appends the chunk and closes it again,
+//   2. Run the export. Each chunk that it hands out opens temp.tmp, is appended and closes it
+//   again,
 //      so nothing stays open between chunks. A chunk that cannot be written sets a flag, and the
 //      rest of the export is dropped.
 //   3. When the flag is set or the export failed: delete temp.tmp and return why.
 //   4. Move temp.tmp to the final name. The move never replaces a file, so that no earlier export
-//      is ever overwritten.
+//      is ever overwritten; a name that is taken costs five attempts and the four pauses between.
 #include "export/FilePlacement.h"
 
 #include <cstdio>
 #include <string>
 #include <utility>
 
-#include "app/Settings.h"
-#include "base/File.h"
 #include "base/FileSystem.h"
+#include "base/LineEnds.h"
 #include "base/OutputPaths.h"
-#include "dxl/StagedFile.h"
+#include "base/Settings.h"
+#include "export/StagedFile.h"
 #include "notes/DxlExporter.h"
+#include "notes/StatusCodes.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
 
 namespace {
 
-bool writeFailed = false;
+// temp.tmp without the backslash, as messages name it.
+constexpr const wchar_t* kBareName = output::kTemporary + 1;
 
-std::wstring BareNamePath(const wchar_t* name) {
-  return InOutputFolder(std::wstring(L"\\") + name);
+// How many bytes of the chunk are in the first bytes of it with its line ends.
+std::size_t BytesBeforeLineEnds(std::string_view chunk, std::size_t linesWritten) {
+  std::size_t taken = 0;
+  for (std::size_t place = 0; taken < chunk.size(); ++taken) {
+    place += chunk[taken] == '\n' ? 2 : 1;
+    if (place > linesWritten) break;
+  }
+  return taken;
 }
 
-// Unbuffered, so that a full disk shows in the number of bytes written.
-void WriteChunk(std::string_view chunk, const wchar_t* name) {
-  UniqueFile file = OpenFile(BareNamePath(name), L"a");
+// In binary mode and without a buffer, a chunk with its line ends is one write of the system, in
+// which a full disk shows. In text mode it would be one for every 2 KB.
+bool AppendChunk(std::string_view chunk) {
+  file_system::UniqueFile file = file_system::Open(StagedFilePath(), L"ab");
   if (!file) {
-    LogDebug(L"Unable to open temp file for writing: %s", name);
-    writeFailed = true;
-    return;
+    LogDebug(L"Unable to open temp file for writing: %s", kBareName);
+    return false;
   }
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  const std::size_t written = file_system::Write(file.get(), chunk);
+  const std::string lines = WithCarriageReturns(chunk);
+  const std::size_t linesWritten = file_system::Write(file.get(), lines);
+  const std::size_t written = BytesBeforeLineEnds(chunk, linesWritten);
   if (written < chunk.size()) {
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
-             static_cast<unsigned int>(chunk.size()), name);
-    writeFailed = true;
+             static_cast<unsigned int>(chunk.size()), kBareName);
   }
-  if (!CloseFile(std::move(file))) writeFailed = true;
+  if (file_system::Close(std::move(file))) return written == chunk.size();
+  // The words of a write that has failed stand for the close that fails with it.
+  if (written == chunk.size()) LogDebug(L"Unable to close temp file: %s", kBareName);
+  return false;
 }
 
-// The library's code stands between this function and its caller, so no exception may pass.
-extern "C" void LARKSPAN_NOTES_CALL WriteOutput(const notes_api::BYTE* buffer,
-                                                notes_api::DWORD length, void* context) noexcept {
-  if (writeFailed) return;
-  try {
-    WriteChunk({reinterpret_cast<const char*>(buffer), length},
-               static_cast<const wchar_t*>(context));
-  } catch (...) {
-    writeFailed = true;
+// Takes the chunks of one export until one cannot be written; the others are dropped.
+class TemporaryOutput {
+ public:
+  void Write(std::string_view chunk) {
+    if (writeFailed_) return;
+    try {
+      writeFailed_ = !AppendChunk(chunk);
+    } catch (...) {
+      writeFailed_ = true;
+    }
   }
-}
 
-// The status of the export, or that of its output.
-template <typename Export>
-Status ExportToTemporaryFile(Export runExport) {
-  writeFailed = false;
-  std::wstring name = output::kTemporaryName;
-  const Status status = runExport(WriteOutput, name.data());
-  return writeFailed ? kOutputNotWritten : status;
-}
+  // The status of the export, or that of its output.
+  Status Conclude(Status status) const { return writeFailed_ ? kOutputNotWritten : status; }
 
+ private:
+  bool writeFailed_ = false;
+};
+
+// The export is called with the output's name and with what takes its chunks.
 template <typename Export>
 Status ExportToFile(std::wstring_view relativeName, Export runExport) {
   if (const Status status = ClearStagedFile(); !status.ok()) return status;
-  if (const Status status = ExportToTemporaryFile(runExport); !status.ok()) {
+  TemporaryOutput output;
+  const Status exported =
+      runExport(kBareName, [&](std::string_view chunk) { output.Write(chunk); });
+  if (const Status status = output.Conclude(exported); !status.ok()) {
     DeleteStagedFile();
     return status;
   }
-  return PlaceStagedFile(InOutputFolder(relativeName), file_system::Earlier::kStays);
+  return PlaceStagedFile(InOutputFolder(relativeName));
 }
 
 }  // namespace
 
 Status ExportNoteToFile(const Exporter& exporter, const Note& note,
                         std::wstring_view relativeName) {
-  return ExportToFile(relativeName, [&](notes_api::DxlOutputCallback output, void* context) {
-    return ExportNoteDxl(exporter, output, note, context);
+  return ExportToFile(relativeName, [&](std::wstring_view outputName, const DxlVisitor& visit) {
+    return ExportNoteDxl(exporter, note, outputName, visit);
   });
 }
 
 Status ExportAclToFile(const Exporter& exporter, const Database& database) {
-  return ExportToFile(output::kAcl, [&](notes_api::DxlOutputCallback output, void* context) {
-    return ExportAclDxl(exporter, output, database, context);
+  return ExportToFile(output::kAcl, [&](std::wstring_view outputName, const DxlVisitor& visit) {
+    return ExportAclDxl(exporter, database, outputName, visit);
   });
 }
 

@@ -1,3 +1,5 @@
+// The list decides which notes a run exports, so it is whole or it is not there: the library is
+// asked for all of it first, and a line that cannot be written takes the file back.
 #include "export/IdTableFile.h"
 
 #include <algorithm>
@@ -6,11 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "app/Settings.h"
-#include "base/File.h"
 #include "base/FileSystem.h"
 #include "base/HexNumberFile.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "base/WideFormat.h"
 #include "notes/IdTables.h"
 
@@ -23,20 +24,19 @@ std::wstring IdTablePath() { return InOutputFolder(output::kIdTable); }
 // The library is asked for all of them before the file is begun: one that crashes meanwhile leaves
 // no half of a list.
 bool CollectIds(const IdTable& table, std::vector<std::uint32_t>& noteIds) {
-  ScanIds(table, [&](std::uint32_t noteId) {
+  const auto collect = [&](std::uint32_t noteId) {
     noteIds.push_back(noteId);
     return true;
-  });
-  // A scan that fails looks like one that has reached the end.
-  return noteIds.size() >= CountIds(table);
+  };
+  return ScanIds(table, collect) == ScanEnd::kEndOfTable;
 }
 
-bool WriteLines(UniqueFile file, const std::vector<std::uint32_t>& noteIds) {
+bool WriteLines(file_system::UniqueFile file, const std::vector<std::uint32_t>& noteIds) {
   const bool written = std::all_of(noteIds.begin(), noteIds.end(), [&](std::uint32_t noteId) {
     const std::string line = FormatNarrow("%08X\n", static_cast<unsigned int>(noteId));
     return file_system::Write(file.get(), line) == line.size();
   });
-  return CloseFile(std::move(file)) && written;
+  return file_system::Close(std::move(file)) && written;
 }
 
 }  // namespace
@@ -44,7 +44,7 @@ bool WriteLines(UniqueFile file, const std::vector<std::uint32_t>& noteIds) {
 bool WriteIdTableFile(const IdTable& table) {
   std::vector<std::uint32_t> noteIds;
   const bool collected = CollectIds(table, noteIds);
-  UniqueFile file = OpenFile(IdTablePath(), L"w");
+  file_system::UniqueFile file = file_system::Open(IdTablePath(), L"w");
   if (!file) return false;
   if (WriteLines(std::move(file), noteIds) && collected) return true;
   file_system::Delete(IdTablePath());

@@ -12,10 +12,12 @@
 #include <string>
 #include <string_view>
 
-#include "app/Settings.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "export/FilePlacement.h"
 #include "notes/Notes.h"
+#include "notes/StatusCodes.h"
+#include "notes/Text.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
@@ -24,16 +26,6 @@ namespace {
 
 constexpr std::int16_t kPictureRecord = 159;
 constexpr std::uint16_t kRawCopyStrippedType = 20;
-
-constexpr notes_api::STATUS kFormNeedsRepair = 575;
-constexpr notes_api::STATUS kDamagedDocument = 1173;
-constexpr notes_api::STATUS kFirstDamagedRichText = 0x3600;
-constexpr notes_api::STATUS kLastDamagedRichText = 0x361F;
-
-bool IsDamage(Status status) {
-  return status.code() == kDamagedDocument ||
-         (status.code() >= kFirstDamagedRichText && status.code() <= kLastDamagedRichText);
-}
 
 bool IsProfile(const Note& note) {
   constexpr std::size_t kNameCapacity = 256;
@@ -82,7 +74,7 @@ Status ExportWithFallbacks(const ExporterSet& exporters, const Note& note, std::
   const Exporter& exporter =
       HasRichTextRecord(note, kPictureRecord) ? exporters.noConvert : exporters.normal;
   Status status = ExportNoteToFile(exporter, note, name);
-  if (status.code() == kFormNeedsRepair) status = ExportRepaired(exporter, note, name);
+  if (status == kFormNeedsRepair) status = ExportRepaired(exporter, note, name);
   return IsDamage(status) ? ExportWithoutImages(exporters, note, noteId, name) : status;
 }
 

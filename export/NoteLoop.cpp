@@ -5,14 +5,15 @@
 
 #include <string>
 
-#include "app/MarkerFile.h"
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "base/WideFormat.h"
 #include "export/NoteExport.h"
 #include "export/UnidIndex.h"
 #include "notes/IdTables.h"
 #include "notes/Identity.h"
 #include "notes/Notes.h"
+#include "notes/StatusCodes.h"
+#include "report/MarkerFile.h"
 #include "report/Progress.h"
 #include "report/RunLog.h"
 
@@ -20,12 +21,8 @@ namespace larkspan {
 
 namespace {
 
-constexpr Status kNoKeyToDecrypt{6402};
-constexpr notes_api::STATUS kDesignNotExported = 6967;
-constexpr notes_api::STATUS kDesignNotExportedEither = 6968;
-
 bool IsDesignFailure(Status status) {
-  return status.code() == kDesignNotExported || status.code() == kDesignNotExportedEither;
+  return status == kDesignNotExported || status == kDesignElementNotExported;
 }
 
 // The format holds "%08X" for the note ID and "%%s" for the status text.
@@ -76,22 +73,19 @@ bool ExportListedNote(const ExporterSet& exporters, const Database& database,
 
 bool ExportListedNotes(const ExporterSet& exporters, const Database& database, const IdTable& notes,
                        std::uint32_t resumeNoteId) {
-  std::uint32_t walked = 0;
-  const bool walkedOn = ScanIds(notes, [&](std::uint32_t noteId) {
-    ++walked;
+  bool isMarkerWritten = true;
+  const ScanEnd end = ScanIds(notes, [&](std::uint32_t noteId) {
     if (noteId <= resumeNoteId) return true;
-    if (!WriteMarkerFile(noteId)) return false;
-    if (Progress(L"DOCUMENT: %08X", noteId)) {
-      DeleteMarkerFile();
-      return false;
-    }
+    isMarkerWritten = WriteMarkerFile(noteId);
+    if (!isMarkerWritten) return false;
+    if (Progress(L"DOCUMENT: %08X", noteId)) return false;
     return ExportListedNote(exporters, database, noteId);
   });
-  if (!walkedOn) return false;
-  // A scan that fails looks like one that has reached the end, and would lose the notes silently.
-  const bool reachedEnd = walked >= CountIds(notes);
-  if (!reachedEnd) LogError(L"Unable to read document list");
-  return reachedEnd;
+  // After the last note, and where the walk ends early, no marker is written any more.
+  if (isMarkerWritten) DeleteLastMarkerFile();
+  // Without a line the notes behind would be lost silently.
+  if (end == ScanEnd::kFailed) LogError(L"Unable to read document list");
+  return end == ScanEnd::kEndOfTable;
 }
 
 }  // namespace larkspan

@@ -1,11 +1,11 @@
+// One open, write and close a line, so that a crash on the note loses no line of it.
 #include "export/UnidIndex.h"
 
 #include <string>
 
-#include "app/Settings.h"
-#include "base/File.h"
 #include "base/FileSystem.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "base/WideFormat.h"
 #include "notes/Notes.h"
 
@@ -21,7 +21,7 @@ void DeleteUnidIndex() { file_system::Delete(UnidIndexPath()); }
 
 void AppendUnidLine(const Note& note, std::uint32_t noteId) {
   // Binary, since the line brings its carriage return along.
-  const UniqueFile file = OpenFile(UnidIndexPath(), L"ab");
+  const file_system::UniqueFile file = file_system::Open(UnidIndexPath(), L"ab");
   if (!file) return;
   const notes_api::OriginatorId id = GetOriginatorId(note);
   const auto word = [](std::uint32_t value) { return static_cast<unsigned long>(value); };

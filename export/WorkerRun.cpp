@@ -9,9 +9,8 @@
 
 #include <string>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "dxl/DatabaseProperties.h"
-#include "dxl/StagedFile.h"
 #include "dxl/ViewExport.h"
 #include "export/DatabaseAudit.h"
 #include "export/ExporterSet.h"
@@ -24,7 +23,6 @@
 #include "notes/IdTables.h"
 #include "notes/LibraryFunctions.h"
 #include "notes/NoteSearch.h"
-#include "notes/Text.h"
 #include "report/Progress.h"
 #include "report/RunLog.h"
 
@@ -40,8 +38,6 @@ class WorkerRun {
     if (settings_.archive) StartPipeMonitor();
     if (!Prepare()) return;
     if (!ExportListedNotes(exporters_, database_, notes_, resumeNoteId_)) return;
-    // After a crash on the last note no further export deletes what was left of that one.
-    DeleteStagedFile();
     AuditSizeAfter(databasePath_);
   }
 
@@ -56,7 +52,7 @@ class WorkerRun {
   }
 
   bool LocateLibrary() {
-    switch (FindLibraryFunctions(L"nnotes.dll", functions_)) {
+    switch (FindLibraryFunctions(L"nnotes.dll")) {
       case LibraryLookup::kFound:
         return true;
       case LibraryLookup::kNoLibrary:
@@ -78,7 +74,6 @@ class WorkerRun {
   }
 
   bool Open() {
-    Progress(L"Opening '%s' on '%s'", settings_.databasePath.c_str(), settings_.server.c_str());
     const Status status = OpenByPath();
     if (!status.ok()) LogStatus(LogLevel::kError, L"Error opening database (%s)", status);
     return status.ok();
@@ -86,11 +81,13 @@ class WorkerRun {
 
   Status OpenByPath() {
     if (const Status status = PathToNotes(FullPath(), databasePath_); !status.ok()) return status;
+    Progress(L"Opening '%s' on '%s'", settings_.databasePath.c_str(), settings_.server.c_str());
     return settings_.fullAccess ? OpenDatabaseFullAccess(databasePath_, database_)
                                 : OpenDatabase(databasePath_, database_);
   }
 
   bool DoOncePerDatabaseWork() {
+    DeleteLeftStages();
     AuditDatabase(database_);
     AuditSizeBefore(databasePath_);
     Progress(L"Exporting database properties");
@@ -121,7 +118,7 @@ class WorkerRun {
   }
 
   bool ListNotes() {
-    if (settings_.archive && !settings_.noViews) ExportViews(functions_, database_);
+    if (settings_.archive && !settings_.noViews) ExportViews(database_);
     Progress(L"Scanning documents");
     if (!Search()) return false;
     if (!WriteIdTableFile(notes_)) {
@@ -135,8 +132,8 @@ class WorkerRun {
   bool Search() {
     constexpr NoteSearch kEverything{0x7FFF, 0x80000002};
     constexpr NoteSearch kAllButDocuments{0x7FFE, 0};
-    const Status status = SearchNotes(functions_, database_,
-                                      settings_.archive ? kEverything : kAllButDocuments, notes_);
+    const Status status =
+        SearchNotes(database_, settings_.archive ? kEverything : kAllButDocuments, notes_);
     if (!status.ok()) LogStatus(LogLevel::kError, L"Error retrieving notes (%s)", status);
     return status.ok();
   }
@@ -149,7 +146,6 @@ class WorkerRun {
 
   const Settings& settings_ = ProcessSettings();
   const std::uint32_t resumeNoteId_;
-  LibraryFunctions functions_;
   ExporterSet exporters_;
   std::string databasePath_;  // In the Notes character set.
   Database database_;

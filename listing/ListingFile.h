@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/File.h"
+#include "base/FileSystem.h"
 
 namespace larkspan {
 
@@ -24,7 +24,7 @@ class ListingFile {
   bool Close();
 
  private:
-  UniqueFile file_;
+  file_system::UniqueFile file_;
   bool isWritten_ = true;
 };
 

@@ -1,7 +1,10 @@
+// The file is opened before the runtime is started and closed after its end, so that a listing that
+// fails at any step leaves a file, and a line that says why it is not complete.
 #include "listing/ListingRun.h"
 
 #include <windows.h>
 
+#include "base/Settings.h"
 #include "notes/Identity.h"
 #include "notes/Runtime.h"
 #include "report/RunLog.h"
@@ -13,7 +16,8 @@ namespace {
 using List = std::function<void(ListingFile&)>;
 
 void SwitchIdAndList(ListingFile& file, const List& list) {
-  const Status status = SwitchId();
+  const Settings& settings = ProcessSettings();
+  const Status status = SwitchId(settings.idFile, settings.idPassword);
   if (status.ok()) {
     list(file);
   } else {
@@ -22,7 +26,8 @@ void SwitchIdAndList(ListingFile& file, const List& list) {
 }
 
 void StartAndList(ListingFile& file, const List& list) {
-  const Status status = StartNotesRuntime();
+  const Settings& settings = ProcessSettings();
+  const Status status = StartNotesRuntime(settings.programPath, settings.runtimeArguments);
   if (!status.ok()) {
     LogError(L"Notes initialization failed (%X)", static_cast<unsigned int>(status.code()));
     return;
@@ -51,6 +56,7 @@ void RunListing(const wchar_t* fileName, const List& list) {
     return;
   }
   StartAndListOrLog(file, list);
+  WipePassword();
   if (!file.Close()) LogError(L"Unable to write output file");
 }
 

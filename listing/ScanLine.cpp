@@ -1,6 +1,7 @@
+// A text that does not fit the buffers that the library's limits promise means damaged memory: the
+// process ends before its line.
 #include "listing/ScanLine.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
@@ -15,10 +16,6 @@
 namespace larkspan {
 
 namespace {
-
-std::string_view AsText(Bytes bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 std::string TranslateOrEnd(std::string_view text) {
   constexpr std::size_t kBufferBytes = 1024;
@@ -56,8 +53,7 @@ std::string TitleText(const notes_api::ItemTable& summary) {
   if (info.size() > kMaxInfoBytes) EndForBoundsViolation();
   const std::string ended(AsText(info));
   std::string title = TranslateOrEnd(ParseTitle(ended.c_str(), kTitleLimit));
-  const auto isControl = [](char byte) { return byte >= 1 && byte <= 31; };
-  std::replace_if(title.begin(), title.end(), isControl, ' ');
+  ReplaceControlCharacters(title);
   title.erase(title.find_last_not_of(' ') + 1);
   return title;
 }

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "app/Settings.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "listing/ListingRun.h"
 #include "listing/ScanLine.h"
 #include "notes/Database.h"
 #include "notes/DirectorySearch.h"
-#include "notes/Text.h"
+#include "notes/Properties.h"
 #include "report/RunLog.h"
 
 namespace larkspan {

@@ -1,3 +1,5 @@
+// All names are collected before the first is written: a list without the servers of one address
+// book would look complete.
 #include "listing/ServersMode.h"
 
 #include <set>
@@ -6,14 +8,13 @@
 #include "base/OutputPaths.h"
 #include "listing/ListingRun.h"
 #include "notes/AddressBook.h"
+#include "notes/StatusCodes.h"
 #include "notes/Utf8Text.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
 
 namespace {
-
-constexpr Status kNoMailServer{0x2011};
 
 // Text compares its bytes as unsigned numbers, and a prefix comes before what it begins.
 using ServerNames = std::set<std::string>;

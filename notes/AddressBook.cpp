@@ -1,11 +1,14 @@
+// The limits handed to the library leave room for its NUL; the second item has no name, since the
+// library is asked for two.
 #include "notes/AddressBook.h"
 
 #include <array>
-#include <cstring>
 
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
 #include "notes/Memory.h"
 #include "notes/NotesApi.h"
+#include "notes/StatusCodes.h"
+#include "notes/Text.h"
 
 namespace larkspan {
 
@@ -19,9 +22,7 @@ using NameBuffer = std::array<char, kNameLimit + 1>;
 
 constexpr WORD kItemCount = 2;
 
-std::string EndedText(const NameBuffer& name) {
-  return std::string(name.data(), strnlen(name.data(), kNameLimit));
-}
+std::string NameOf(const NameBuffer& name) { return EndedText(std::span(name).first(kNameLimit)); }
 
 // One item name and, behind its NUL, an empty one.
 std::string ItemList(std::string_view item) { return std::string(item) + '\0'; }
@@ -43,7 +44,7 @@ Status VisitItems(void* match, const ItemVisitor& visit) {
   for (WORD item = 0; item < kItemCount; ++item) {
     NameBuffer text{};
     notes_api::NAMEGetTextItem(match, item, 0, text.data(), kNameLimit);
-    if (const Status status = visit(EndedText(text)); !status.ok()) return status;
+    if (const Status status = visit(NameOf(text)); !status.ok()) return status;
   }
   return Status();
 }
@@ -66,7 +67,7 @@ Status VisitMatches(void* result, const ItemVisitor& visit) {
 bool GetMailServer(std::string& server) {
   NameBuffer value{};
   const bool isSet = notes_api::OSGetEnvironmentString("MailServer", value.data(), kNameLimit) != 0;
-  server = EndedText(value);
+  server = NameOf(value);
   return isSet;
 }
 
@@ -75,7 +76,7 @@ Status AbbreviateName(const std::string& name, std::string& abbreviated) {
   NameBuffer text{};
   const Status status(
       notes_api::DNAbbreviate(kFlags, nullptr, name.c_str(), text.data(), kNameLimit, nullptr));
-  abbreviated = EndedText(text);
+  abbreviated = NameOf(text);
   return status;
 }
 

@@ -1,10 +1,12 @@
+// One read gives as many entries as fit and says whether there are more. A read that gives none and
+// does not move on would repeat for ever, and counts as failed.
 #include "notes/Collections.h"
 
 #include <cstring>
 
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
+#include "notes/LibraryFunctions.h"
 #include "notes/Memory.h"
-#include "notes/Values.h"
 
 namespace larkspan {
 
@@ -83,17 +85,8 @@ bool ReadEntries(const Collection& collection,
   }
 }
 
-Status PurgeCollection(const LibraryFunctions& functions, const Database& database,
-                       std::uint32_t viewId) {
-  return Status(functions.purgeCollection(database.get(), database.get(), viewId));
-}
-
-Status ListNotesOfClass(const Database& database, std::uint16_t classMask, IdTable& notes) {
-  notes_api::TIMEDATE until{};
-  return AcquireHandle(notes, [&](notes_api::DHANDLE* address) {
-    return notes_api::NSFDbGetModifiedNoteTable(database.get(), classMask, EarliestTime(), &until,
-                                                address);
-  });
+Status PurgeCollection(const Database& database, std::uint32_t viewId) {
+  return Status(FoundLibraryFunctions().purgeCollection(database.get(), database.get(), viewId));
 }
 
 }  // namespace larkspan

@@ -7,7 +7,6 @@
 
 #include "base/ByteReader.h"
 #include "notes/Handles.h"
-#include "notes/LibraryFunctions.h"
 #include "notes/Status.h"
 
 namespace larkspan {
@@ -32,10 +31,6 @@ struct EntryBatch {
 bool ReadEntries(const Collection& collection, const std::function<bool(const EntryBatch&)>& visit);
 
 // Drops the index of a view from the database.
-Status PurgeCollection(const LibraryFunctions& functions, const Database& database,
-                       std::uint32_t viewId);
-
-// Fills a new table with the IDs of all notes of the classes in the mask.
-Status ListNotesOfClass(const Database& database, std::uint16_t classMask, IdTable& notes);
+Status PurgeCollection(const Database& database, std::uint32_t viewId);
 
 }  // namespace larkspan

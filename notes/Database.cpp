@@ -1,11 +1,13 @@
+// The list of names is the library's own layout, byte for byte; two of its bytes have no meaning
+// and stay as the memory has them.
 #include "notes/Database.h"
 
-#include <array>
 #include <cstring>
 
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
 #include "notes/Identity.h"
 #include "notes/Memory.h"
+#include "notes/StatusCodes.h"
 #include "notes/Text.h"
 
 namespace larkspan {
@@ -38,13 +40,11 @@ Status MakeNamesList(const std::string& name, MemoryObject& list) {
   return Status();
 }
 
-using PathPartBuffer = std::array<char, 256>;
-
-std::string EndedText(const char* text, std::size_t capacity) {
-  return std::string(text, strnlen(text, capacity));
-}
-
 }  // namespace
+
+Status PathToNotes(std::wstring_view path, std::string& notes) {
+  return WideToNotes(path, notes) ? Status() : kPathNotTranslated;
+}
 
 Status OpenDatabase(const std::string& path, Database& database) {
   return AcquireHandle(database, [&](notes_api::DHANDLE* address) {
@@ -64,33 +64,6 @@ Status OpenDatabaseFullAccess(const std::string& path, Database& database) {
     return notes_api::NSFDbOpenExtended(path.c_str(), kOptions, namesList.get(), nullptr, address,
                                         &dataModified, &otherModified);
   });
-}
-
-Status GetDatabasePath(const Database& database, std::string& path) {
-  std::array<char, kNotesPathCapacity> text{};
-  const Status status(notes_api::NSFDbPathGet(database.get(), text.data(), nullptr));
-  path = EndedText(text.data(), text.size() - 1);
-  return status;
-}
-
-DatabaseLocation GetDatabaseLocation(const Database& database) {
-  std::string path;
-  if (!GetDatabasePath(database, path).ok()) return {};
-  PathPartBuffer port{};
-  PathPartBuffer server{};
-  PathPartBuffer file{};
-  const Status parsed(
-      notes_api::OSPathNetParse(path.c_str(), port.data(), server.data(), file.data()));
-  if (!parsed.ok()) return {};
-  return {EndedText(server.data(), server.size()), EndedText(file.data(), file.size())};
-}
-
-Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes) {
-  constexpr std::uint64_t kBytesPerKilobyte = 1024;
-  notes_api::QuotaInfo quota{};
-  const Status status(notes_api::NSFDbQuotaGet(path.c_str(), &quota));
-  bytes = quota.currentSize * kBytesPerKilobyte;
-  return status;
 }
 
 }  // namespace larkspan

@@ -1,6 +1,6 @@
 #include "notes/IdTables.h"
 
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
 
 namespace larkspan {
 
@@ -17,12 +17,16 @@ Status InsertId(const IdTable& table, std::uint32_t noteId) {
 
 std::uint32_t CountIds(const IdTable& table) { return notes_api::IDEntries(table.get()); }
 
-bool ScanIds(const IdTable& table, const std::function<bool(std::uint32_t)>& visit) {
+// The library ends a scan that fails in the same way as one that has reached the end, so the IDs
+// are counted.
+ScanEnd ScanIds(const IdTable& table, const std::function<bool(std::uint32_t)>& visit) {
   notes_api::NOTEID noteId = 0;
+  std::uint32_t visited = 0;
   for (notes_api::BOOL first = 1; notes_api::IDScan(table.get(), first, &noteId) != 0; first = 0) {
-    if (!visit(noteId)) return false;
+    ++visited;
+    if (!visit(noteId)) return ScanEnd::kStoppedByVisitor;
   }
-  return true;
+  return visited < CountIds(table) ? ScanEnd::kFailed : ScanEnd::kEndOfTable;
 }
 
 }  // namespace larkspan

@@ -16,8 +16,14 @@ Status InsertId(const IdTable& table, std::uint32_t noteId);
 
 std::uint32_t CountIds(const IdTable& table);
 
-// Hands each note ID to the visitor, in ascending order, until it returns false. Returns whether
-// the scan reached the table's end.
-bool ScanIds(const IdTable& table, const std::function<bool(std::uint32_t)>& visit);
+// How a scan of a table ended.
+enum class ScanEnd {
+  kEndOfTable,        // Every ID was handed over.
+  kStoppedByVisitor,  // The visitor wanted no more.
+  kFailed,            // The library ended the scan before the table's end.
+};
+
+// Hands each note ID to the visitor, in ascending order, until it returns false.
+ScanEnd ScanIds(const IdTable& table, const std::function<bool(std::uint32_t)>& visit);
 
 }  // namespace larkspan

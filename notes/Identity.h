@@ -8,14 +8,15 @@
 
 namespace larkspan {
 
-// Switches to the ID file of the settings with its password. Does nothing, and succeeds, when
-// either of them is empty.
-Status SwitchId();
+// Switches to an ID file with its password, both in UTF-16. Does nothing, and succeeds, when either
+// of them is empty; kPathNotTranslated when either is not translated in full.
+Status SwitchId(const std::wstring& idFile, const std::wstring& password);
 
 // The current user's name in the Notes character set, at most 255 bytes.
 Status GetCurrentUserName(std::string& name);
 
-// Decrypts an open note, in memory, with an ID file and its password, both in UTF-16.
+// Decrypts an open note, in memory, with an ID file and its password, both in UTF-16;
+// kPathNotTranslated when either is not translated in full.
 Status DecryptNote(const Note& note, const std::wstring& idFile, const std::wstring& password);
 
 }  // namespace larkspan

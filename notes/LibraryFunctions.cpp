@@ -1,3 +1,4 @@
+// Which function is looked up first decides which fault an old library is told by.
 #include "notes/LibraryFunctions.h"
 
 #include <windows.h>
@@ -13,7 +14,8 @@ Function FindFunction(HMODULE library, const char* name) {
 
 }  // namespace
 
-LibraryLookup FindLibraryFunctions(const wchar_t* libraryName, LibraryFunctions& functions) {
+LibraryLookup FindLibraryFunctions(const wchar_t* libraryName) {
+  LibraryFunctions& functions = FoundLibraryFunctions();
   const HMODULE library = GetModuleHandleW(libraryName);
   if (library == nullptr) return LibraryLookup::kNoLibrary;
   functions.searchExtended3 =

@@ -1,5 +1,6 @@
 // Entry points that a Notes library may lack, looked up by name so that the program starts without
-// them.
+// them. They are looked up once, before the operations of notes/NoteSearch.h and
+// notes/Collections.h call them.
 #pragma once
 
 #include "notes/NotesApi.h"
@@ -11,10 +12,16 @@ struct LibraryFunctions {
   notes_api::PurgeCollectionFunction purgeCollection = nullptr;
 };
 
+// What the last look-up found. Main thread.
+inline LibraryFunctions& FoundLibraryFunctions() {
+  static LibraryFunctions functions;
+  return functions;
+}
+
 enum class LibraryLookup { kFound, kNoLibrary, kNoSearchExtended3, kNoPurgeCollection };
 
 // Looks the functions up in the loaded library with the given file name, in the order of the
 // enumeration, and stops at the first that is missing.
-LibraryLookup FindLibraryFunctions(const wchar_t* libraryName, LibraryFunctions& functions);
+LibraryLookup FindLibraryFunctions(const wchar_t* libraryName);
 
 }  // namespace larkspan

@@ -1,6 +1,6 @@
 #include "notes/Memory.h"
 
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
 
 namespace larkspan {
 

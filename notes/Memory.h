@@ -11,9 +11,6 @@ namespace larkspan {
 // Allocates `size` bytes of unspecified content.
 Status AllocateMemory(std::size_t size, MemoryObject& memory);
 
-// A result of our own: memory of the library could not be locked.
-inline constexpr Status kMemoryNotLocked{272};
-
 // Keeps a memory object locked, and its address valid, for as long as it lives. The address is null
 // when the library cannot lock it; then nothing is unlocked either.
 class MemoryLock {

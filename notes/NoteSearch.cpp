@@ -1,6 +1,10 @@
+// The library goes on with its search whatever the callback returns, so the first insertion that
+// fails is kept and told at the end.
 #include "notes/NoteSearch.h"
 
+#include "notes/LibraryFunctions.h"
 #include "notes/NotesApi.h"
+#include "notes/Values.h"
 
 namespace larkspan {
 
@@ -43,15 +47,22 @@ TIMEDATE SinceTheBeginning() {
 
 }  // namespace
 
-Status SearchNotes(const LibraryFunctions& functions, const Database& database,
-                   const NoteSearch& search, const IdTable& table) {
+Status SearchNotes(const Database& database, const NoteSearch& search, const IdTable& table) {
   constexpr notes_api::DWORD kSearchFlags = 0x10;
   TIMEDATE since = SinceTheBeginning();
   MatchContext context{table.get(), Status()};
-  const Status status(functions.searchExtended3(database.get(), 0, 0, 0, nullptr, kSearchFlags,
-                                                search.extendedFlags, 0, 0, 0, search.classMask,
-                                                &since, InsertMatch, &context, nullptr, 0));
+  const Status status(FoundLibraryFunctions().searchExtended3(
+      database.get(), 0, 0, 0, nullptr, kSearchFlags, search.extendedFlags, 0, 0, 0,
+      search.classMask, &since, InsertMatch, &context, nullptr, 0));
   return status.ok() ? context.insertion : status;
+}
+
+Status ListNotesOfClass(const Database& database, std::uint16_t classMask, IdTable& notes) {
+  notes_api::TIMEDATE until{};
+  return AcquireHandle(notes, [&](notes_api::DHANDLE* address) {
+    return notes_api::NSFDbGetModifiedNoteTable(database.get(), classMask, EarliestTime(), &until,
+                                                address);
+  });
 }
 
 }  // namespace larkspan

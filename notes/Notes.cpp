@@ -4,7 +4,7 @@
 #include <cstring>
 #include <exception>
 
-#include "notes/AcquireHandle.h"
+#include "notes/Handles.h"
 
 namespace larkspan {
 
@@ -107,13 +107,6 @@ std::string GetItemText(const Note& note, const char* name, std::size_t capacity
       notes_api::NSFItemGetText(note.get(), name, text.data(), static_cast<WORD>(capacity));
   text.resize(std::min(length, capacity));
   return text;
-}
-
-bool FirstEightBytesEqual(std::string_view text, std::string_view other) {
-  constexpr WORD kLength = 8;
-  constexpr WORD kOptions = 0;
-  return text.size() >= kLength && other.size() >= kLength &&
-         notes_api::IntlTextCompare(text.data(), kLength, other.data(), kLength, kOptions) == 0;
 }
 
 bool HasItem(const Note& note, std::string_view name) {

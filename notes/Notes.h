@@ -29,10 +29,6 @@ bool IsSealed(const Note& note);
 // An item's text, at most `capacity` - 1 bytes; empty when there is no such item.
 std::string GetItemText(const Note& note, const char* name, std::size_t capacity);
 
-// Whether the first eight bytes of the two texts, each of that length at least, are equal for the
-// Notes library.
-bool FirstEightBytesEqual(std::string_view text, std::string_view other);
-
 bool HasItem(const Note& note, std::string_view name);
 
 // The data type of the item with this name; false when there is none.

@@ -1,9 +1,12 @@
+// What the library writes may fill a buffer without a NUL, so every text is ended at its limit.
 #include "notes/Properties.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
+#include <span>
+
+#include "notes/Text.h"
 
 namespace larkspan {
 
@@ -16,19 +19,47 @@ constexpr std::size_t kCapacity = 1024;
 constexpr std::size_t kFieldLimit = kCapacity - 1;
 using TextBuffer = std::array<char, kCapacity>;
 
+using PathPartBuffer = std::array<char, 256>;
+
 std::string ParseField(const char* info, notes_api::WORD field, notes_api::WORD limit) {
   TextBuffer text{};
   notes_api::NSFDbInfoParse(info, field, text.data(), limit);
-  return std::string(text.data(), strnlen(text.data(), kFieldLimit));
+  return EndedText(std::span(text).first(kFieldLimit));
 }
 
 std::uint32_t Kilobytes(std::uint64_t granules, DWORD granuleBytes) {
-  constexpr std::uint64_t kBytesPerKilobyte = 1024;
   constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
   return static_cast<std::uint32_t>(std::min(granules * granuleBytes / kBytesPerKilobyte, kMost));
 }
 
 }  // namespace
+
+Status GetDatabasePath(const Database& database, std::string& path) {
+  std::array<char, kNotesPathCapacity> text{};
+  const Status status(notes_api::NSFDbPathGet(database.get(), text.data(), nullptr));
+  path = EndedText(std::span(text).first(text.size() - 1));
+  return status;
+}
+
+Status GetDatabaseLocation(const Database& database, DatabaseLocation& location) {
+  location = {};
+  std::string path;
+  if (const Status status = GetDatabasePath(database, path); !status.ok()) return status;
+  PathPartBuffer port{};
+  PathPartBuffer server{};
+  PathPartBuffer file{};
+  const Status parsed(
+      notes_api::OSPathNetParse(path.c_str(), port.data(), server.data(), file.data()));
+  if (parsed.ok()) location = {EndedText(server), EndedText(file)};
+  return parsed;
+}
+
+Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes) {
+  notes_api::QuotaInfo quota{};
+  const Status status(notes_api::NSFDbQuotaGet(path.c_str(), &quota));
+  bytes = std::uint64_t{quota.currentSize} * kBytesPerKilobyte;
+  return status;
+}
 
 Status GetReplicaId(const Database& database, notes_api::DatabaseId& id) {
   notes_api::ReplicaInfo info{};
@@ -37,13 +68,16 @@ Status GetReplicaId(const Database& database, notes_api::DatabaseId& id) {
   return status;
 }
 
-Status GetDatabaseTitles(const Database& database, DatabaseTitles& titles) {
-  TextBuffer info{};
-  const Status status(notes_api::NSFDbInfoGet(database.get(), info.data()));
-  if (!status.ok()) return status;
-  titles = {ParseField(info.data(), notes_api::kInfoTitle, kFieldLimit),
-            ParseField(info.data(), notes_api::kInfoCategories, kFieldLimit)};
-  return status;
+Status DatabaseInformation::Get(const Database& database) {
+  return Status(notes_api::NSFDbInfoGet(database.get(), buffer_.data()));
+}
+
+std::string DatabaseInformation::Title() const {
+  return ParseField(buffer_.data(), notes_api::kInfoTitle, kFieldLimit);
+}
+
+std::string DatabaseInformation::Categories() const {
+  return ParseField(buffer_.data(), notes_api::kInfoCategories, kFieldLimit);
 }
 
 std::string ParseTitle(const char* info, std::uint16_t limit) {

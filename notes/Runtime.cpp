@@ -1,3 +1,5 @@
+// The started flag is what makes the end happen once, whoever comes first: the worker, its
+// termination handler, or the thread that closes after a crash.
 #include "notes/Runtime.h"
 
 #include <windows.h>
@@ -5,10 +7,7 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <string>
-#include <vector>
 
-#include "app/Settings.h"
 #include "report/RunLog.h"
 
 namespace larkspan {
@@ -35,10 +34,9 @@ Argument ToAnsiArgument(const std::wstring& text) {
 
 }  // namespace
 
-Status StartNotesRuntime() {
-  const Settings& settings = ProcessSettings();
-  const std::vector<std::wstring>& runtimeArguments = settings.runtimeArguments;
-  Argument program = ToAnsiArgument(settings.programPath);
+Status StartNotesRuntime(const std::wstring& programPath,
+                         const std::vector<std::wstring>& runtimeArguments) {
+  Argument program = ToAnsiArgument(programPath);
   Argument configuration{};
   if (!runtimeArguments.empty()) configuration = ToAnsiArgument(runtimeArguments.back());
 

@@ -2,29 +2,32 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
+#include <span>
 #include <string>
 #include <string_view>
-
-#include "notes/Status.h"
 
 namespace larkspan {
 
 // Size in bytes of the buffers that hold a path in the Notes character set, the NUL included.
 inline constexpr std::size_t kNotesPathCapacity = 1024;
 
-// Translates into at most kNotesPathCapacity - 1 bytes of the Notes character set; what does not
-// fit is left out.
-std::string WideToNotes(std::wstring_view text);
+// The text up to its NUL, or all of it where it has none.
+inline std::string EndedText(std::span<const char> text) {
+  return std::string(text.data(), strnlen(text.data(), text.size()));
+}
 
-// A result of our own: the library cannot put a path into the Notes character set.
-inline constexpr Status kPathNotTranslated{274};
-
-// The same for a path to open. An empty path names the data directory of this machine, so what the
-// library does not translate must not be opened: that is a failure, unless the path is empty.
-Status PathToNotes(std::wstring_view path, std::string& notes);
+// Translates into at most kNotesPathCapacity - 1 bytes of the Notes character set. False when not
+// all of the text fits, or when the library translates a text to nothing; what came out is then of
+// no use, since it would name something else.
+bool WideToNotes(std::wstring_view text, std::string& notes);
 
 // Translates text in the Notes character set into at most maxBytes bytes of UTF-16, that is half as
 // many characters; what does not fit is left out.
 std::wstring NotesToWide(std::string_view text, std::size_t maxBytes);
+
+// Whether the first eight bytes of two texts in the Notes character set, each of that length at
+// least, are equal for the library.
+bool FirstEightBytesEqual(std::string_view text, std::string_view other);
 
 }  // namespace larkspan

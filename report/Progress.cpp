@@ -1,3 +1,5 @@
+// One thread reads the pipe and sets a flag, the main thread looks at it before each line: a run
+// stops between two notes, never within one. No lock is used, and none is needed.
 #include "report/Progress.h"
 
 #include <windows.h>
@@ -9,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "base/Utf8.h"
 #include "base/WideFormat.h"
 #include "report/RunLog.h"

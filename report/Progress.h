@@ -12,7 +12,8 @@ namespace larkspan {
 // run has been asked to stop. Does nothing and returns false outside archive mode. Main thread.
 bool Progress(const wchar_t* format, ...);
 
-// Starts the thread that runs MonitorPipe. It is never joined: it ends with the process.
+// Starts the thread that runs MonitorPipe. It is never joined: it ends with the process. Main
+// thread.
 void StartPipeMonitor();
 
 // Reads the pipe with a call that blocks.

@@ -5,7 +5,9 @@
 // cut.
 #pragma once
 
+#include <cstdarg>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "notes/Status.h"
@@ -14,10 +16,33 @@ namespace larkspan {
 
 enum class LogLevel : std::int32_t { kDebug = 0, kWarning = 1, kError = 2 };
 
-// Writes one line, unless the level is below the minimum level of the settings.
-void Log(LogLevel level, std::wstring_view message);
+// The run log of one output folder, for whoever follows a run that is not this process's own.
+class RunLog {
+ public:
+  // Lines below the minimum level are dropped.
+  RunLog(std::wstring outputFolder, LogLevel minimumLevel);
 
-// Formats and writes one line at the level of the name. "%s" stands for wide text.
+  const std::wstring& outputFolder() const { return outputFolder_; }
+
+  // Writes one line.
+  void Write(LogLevel level, std::wstring_view message) const;
+
+  // Format and write one line. "%s" stands for wide text.
+  void WriteV(LogLevel level, const wchar_t* format, std::va_list arguments) const;
+  void Debug(const wchar_t* format, ...) const;
+  void Warning(const wchar_t* format, ...) const;
+  void Error(const wchar_t* format, ...) const;
+
+ private:
+  std::wstring outputFolder_;
+  LogLevel minimumLevel_;
+};
+
+// The run log that the settings of this process name.
+RunLog ProcessRunLog();
+
+// The same in the process's own run log.
+void Log(LogLevel level, std::wstring_view message);
 void LogDebug(const wchar_t* format, ...);
 void LogWarning(const wchar_t* format, ...);
 void LogError(const wchar_t* format, ...);

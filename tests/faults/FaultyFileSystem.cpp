@@ -89,21 +89,21 @@ std::FILE* OpenTemporaryToUse() {
   return system_files::OpenTemporary();
 }
 
-std::FILE* Named(std::FILE* file, const std::string& name) {
+UniqueFile Named(std::FILE* file, const std::string& name) {
   if (file != nullptr) OpenStreams().Add(file, {name, std::nullopt});
-  return file;
+  return UniqueFile(file);
 }
 
 }  // namespace
 
-std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
+UniqueFile Open(const std::wstring& path, const wchar_t* mode) {
   const std::string name = FileNameOf(path);
   if (Fails("open", name)) return nullptr;
   const bool reads = mode[0] == L'r';
   return Named(reads ? OpenToRead(path, name, mode) : system_files::Open(path, mode), name);
 }
 
-std::FILE* OpenTemporary() {
+UniqueFile OpenTemporary() {
   if (Fails("open", kTemporaryFile)) return nullptr;
   return Named(OpenTemporaryToUse(), kTemporaryFile);
 }
@@ -125,10 +125,10 @@ bool Flush(std::FILE* file) {
   return !Fails("flush", OpenStreams().Get(file).name) && system_files::Flush(file);
 }
 
-bool Close(std::FILE* file) {
-  Stream stream = OpenStreams().Take(file);
+bool Close(UniqueFile file) {
+  Stream stream = OpenStreams().Take(file.get());
   if (const auto fault = CountFileOperation("close", stream.name)) stream.failure = fault->error;
-  const bool closed = system_files::Close(file);
+  const bool closed = system_files::Close(file.release());
   if (stream.failure) Fail(*stream.failure);
   return closed && !stream.failure;
 }
@@ -149,7 +149,8 @@ bool Delete(const std::wstring& path) {
 }
 
 bool Move(const std::wstring& from, const std::wstring& to, Earlier earlier) {
-  return !Fails("move", FileNameOf(to)) && system_files::Move(from, to, earlier);
+  return !Fails("move", FileNameOf(to)) &&
+         system_files::Move(from, to, earlier == Earlier::kIsReplaced);
 }
 
 bool CreateFolder(const std::wstring& path) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "dxl/NumberSettings.h"
 #include "dxl/ViewEntryElement.h"
 #include "tests/fuzz/InputBytes.h"
 #include "tests/fuzz/PrintedXml.h"
@@ -100,12 +101,15 @@ void CheckSummary(const Summary& summary, Bytes inside) {
 }
 
 void CheckWrittenEntry(const ViewEntry& entry, const ViewColumns& columns) {
-  CheckPrinted([&](tinyxml2::XMLPrinter& printer) { WriteViewEntry(printer, entry, columns); },
-               [&](const XmlNode& printed) {
-                 const std::vector<XmlNode> entries = ChildElements(printed);
-                 Require(entries.size() == 1, "an entry is one element");
-                 CheckEntryElement(entries[0], entry, columns);
-               });
+  CheckPrinted(
+      [&](tinyxml2::XMLPrinter& printer) {
+        WriteViewEntry(printer, entry, {columns, GetNumberSettings()});
+      },
+      [&](const XmlNode& printed) {
+        const std::vector<XmlNode> entries = ChildElements(printed);
+        Require(entries.size() == 1, "an entry is one element");
+        CheckEntryElement(entries[0], entry, columns);
+      });
 }
 
 }  // namespace larkspan::fuzz

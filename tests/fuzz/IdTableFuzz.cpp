@@ -2,9 +2,9 @@
 #include <set>
 #include <vector>
 
-#include "app/Settings.h"
 #include "base/HexNumberFile.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "export/IdTableFile.h"
 #include "notes/IdTables.h"
 #include "tests/fuzz/HexText.h"

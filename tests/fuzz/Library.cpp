@@ -5,7 +5,6 @@
 #include <random>
 #include <string>
 
-#include "dxl/NumberSettings.h"
 #include "notes/NotesApi.h"
 #include "tests/fuzz/Target.h"
 
@@ -39,7 +38,6 @@ bool Start() {
   std::string argument = ini.Argument();
   char* arguments[] = {program.data(), argument.data()};
   Require(notes_api::NotesInitExtended(2, arguments) == 0, "the library starts");
-  FetchNumberSettings();
   return true;
 }
 

@@ -1,8 +1,8 @@
 // The content of the marker file.
-#include "app/MarkerFile.h"
+#include "report/MarkerFile.h"
 
-#include "app/Settings.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
 #include "tests/fuzz/HexText.h"
 #include "tests/fuzz/InputBytes.h"
 #include "tests/fuzz/OutputFolder.h"

@@ -3,7 +3,8 @@
 #include <string>
 
 #include "base/OutputPaths.h"
-#include "report/LogCounts.h"
+#include "base/Settings.h"
+#include "supervision/LogCounts.h"
 #include "tests/fuzz/InputBytes.h"
 #include "tests/fuzz/OutputFolder.h"
 #include "tests/fuzz/Target.h"
@@ -39,6 +40,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::UseOutputFolder();
   const std::string_view bytes = fuzz::TextIn(fuzz::InputBytes(data, size));
   fuzz::WriteOutputFile(output::kLog, bytes);
-  fuzz::CheckCounts(CountLoggedDocuments(), fuzz::TextModeContent(bytes));
+  fuzz::CheckCounts(CountLoggedDocuments(ProcessSettings().outputFolder), fuzz::TextModeContent(bytes));
   return 0;
 }

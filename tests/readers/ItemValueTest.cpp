@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "dxl/NumberSettings.h"
 #include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 
@@ -36,7 +38,7 @@ ByteBuilder RangeHead(notes_api::WORD type, unsigned int entries, unsigned int p
 std::string ItemText(const ExactBytes& value) {
   const std::string printed = Printed([&](tinyxml2::XMLPrinter& printer) {
     printer.OpenElement("value");
-    WriteItemValue(printer, Bytes(value));
+    WriteItemValue(printer, GetNumberSettings(), Bytes(value));
     printer.CloseElement();
   });
   std::string flat;
@@ -98,7 +100,9 @@ TEST_F(ItemValueTest, MarkThatComesTogetherFromTwoHalvesStays) {
 
 TEST_F(ItemValueTest, ElementsStandOnLinesOfTheirOwnButThoseInsideText) {
   const auto printed = [](const ExactBytes& value) {
-    return Printed([&](tinyxml2::XMLPrinter& printer) { WriteItemValue(printer, Bytes(value)); });
+    return Printed([&](tinyxml2::XMLPrinter& printer) {
+      WriteItemValue(printer, GetNumberSettings(), Bytes(value));
+    });
   };
   EXPECT_EQ(printed(TextValue("\n")), "<text><break/>\n</text>");
   EXPECT_EQ(printed(ListValue({"one", "two"})),

@@ -1,5 +1,5 @@
-// What the tests of the byte readers share: bytes laid out field by field, and what a writer
-// prints. These tests run as Windows programs and natively under sanitizers.
+// What the tests of the byte readers share: the library, and what a writer prints. These tests run
+// as Windows programs and natively under sanitizers.
 #pragma once
 
 #include <tinyxml2.h>
@@ -7,9 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "dxl/NumberSettings.h"
-#include "tests/standin/StandinTest.h"
-#include "tests/support/ByteBuilder.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan {
 
@@ -25,10 +23,7 @@ inline std::string Printed(const std::function<void(tinyxml2::XMLPrinter&)>& wri
 // Runs the library on a machine whose decimal separator has two characters.
 class ReaderTest : public standin_test::StandinTest {
  protected:
-  ReaderTest() {
-    Start("StandinDecimalSeparator=,,\n");
-    FetchNumberSettings();
-  }
+  ReaderTest() { Start("StandinDecimalSeparator=,,\n"); }
 };
 
 }  // namespace larkspan

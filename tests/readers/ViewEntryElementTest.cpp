@@ -5,7 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "dxl/NumberSettings.h"
 #include "tests/readers/EntryBytes.h"
+#include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 
@@ -20,7 +23,9 @@ std::string ElementOf(const ExactBytes& bytes, const ViewColumns& columns) {
   ByteReader reader{Bytes(bytes)};
   ViewEntry entry;
   EXPECT_TRUE(ReadViewEntry(reader, entry));
-  return Printed([&](tinyxml2::XMLPrinter& printer) { WriteViewEntry(printer, entry, columns); });
+  return Printed([&](tinyxml2::XMLPrinter& printer) {
+    WriteViewEntry(printer, entry, {columns, GetNumberSettings()});
+  });
 }
 
 std::string ElementWithoutColumns(notes_api::NOTEID noteId, unsigned int indent,

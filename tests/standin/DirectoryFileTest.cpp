@@ -1,6 +1,6 @@
 // What directory.json may say.
 #include "tests/standin/DirectorySearching.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

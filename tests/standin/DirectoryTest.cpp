@@ -4,7 +4,7 @@
 
 #include "standin/StandinHooks.h"
 #include "tests/standin/DirectorySearching.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

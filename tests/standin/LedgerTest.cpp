@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -3,7 +3,7 @@
 
 #include "standin/StandinHooks.h"
 #include "tests/standin/LookupArguments.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,7 +1,7 @@
 // Translation between the Notes character set, UTF-16 and UTF-8.
 #include <string>
 
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,8 +1,8 @@
-// The worked example of docs/standin-views.md gives the bytes that stand there.
+// A worked example for docs/standin-views.md: a view, and the bytes that programs get of it.
 #include <sstream>
 
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

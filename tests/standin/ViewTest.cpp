@@ -1,7 +1,7 @@
 // Reading the entries of views.
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,12 +1,10 @@
 // The base of tests of the audit report's closing block.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <ctime>
 #include <string>
 
-#include "report/AuditReport.h"
+#include "supervision/AuditBlocks.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
 
@@ -28,7 +26,7 @@ class AuditEndTest : public OutputFolderTest {
 
   // The text behind "label: " in the closing block, or "absent".
   std::string EndedWith(const std::string& label) {
-    WriteAuditEnd(std::time(nullptr));
+    WriteAuditEnd(std::time(nullptr), ProcessRunLog());
     for (const std::string& line : ReadLines(PathOf(L"audit.txt"))) {
       if (line.starts_with(label + ": ")) return line.substr(label.size() + 2);
     }
@@ -40,7 +38,7 @@ class AuditEndTest : public OutputFolderTest {
   std::string Warned() { return EndedWith("Documents exported with warnings "); }
 
   std::string LastLine() {
-    WriteAuditEnd(std::time(nullptr));
+    WriteAuditEnd(std::time(nullptr), ProcessRunLog());
     return ReadLines(PathOf(L"audit.txt")).back();
   }
 };

@@ -51,7 +51,10 @@ void NotesFixture::Configure() {
 
 void NotesFixture::Start() {
   Configure();
-  if (!StartNotesRuntime().ok()) throw std::runtime_error("the runtime does not start");
+  const Settings& settings = ProcessSettings();
+  if (!StartNotesRuntime(settings.programPath, settings.runtimeArguments).ok()) {
+    throw std::runtime_error("the runtime does not start");
+  }
 }
 
 Database NotesFixture::OpenTestDatabase() {

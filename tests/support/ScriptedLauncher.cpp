@@ -2,20 +2,19 @@
 
 #include <utility>
 
-#include "app/Settings.h"
 #include "tests/support/FileBytes.h"
 
 namespace larkspan {
 
-ScriptedLauncher::ScriptedLauncher(std::vector<ScriptedWorker> script)
-    : script_(std::move(script)) {}
+ScriptedLauncher::ScriptedLauncher(std::vector<ScriptedWorker> script, std::wstring outputFolder)
+    : script_(std::move(script)), outputFolder_(std::move(outputFolder)) {}
 
-WorkerEnding ScriptedLauncher::RunToEnd(const std::wstring& commandLine) {
+WorkerEnding ScriptedLauncher::RunToEnd(const std::wstring& commandLine, const EndSignal&) {
   const std::size_t index = commandLines_.size();
   commandLines_.push_back(commandLine);
   if (index >= script_.size()) return {WorkerEnding::Kind::kExited, 0, true};
   const ScriptedWorker& worker = script_[index];
-  if (worker.marker) WriteBytes(ProcessSettings().outputFolder + L"\\marker.txt", *worker.marker);
+  if (worker.marker) WriteBytes(outputFolder_ + L"\\marker.txt", *worker.marker);
   return worker.ending;
 }
 

@@ -1,14 +1,12 @@
 // The base of tests of the supervisor: scripted workers, recorded pauses.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "app/Supervisor.h"
+#include "supervision/Supervisor.h"
 #include "tests/support/OutputFolderTest.h"
 #include "tests/support/PauseRecorder.h"
 #include "tests/support/ScriptedLauncher.h"
@@ -31,7 +29,7 @@ class SupervisorTest : public OutputFolderTest {
   // Returns the command lines of the workers that ran.
   CommandLines Run(std::vector<ScriptedWorker> script, const std::wstring& commandLine = L"run") {
     ScriptedLauncher launcher(std::move(script));
-    RunSupervisor(launcher, commandLine);
+    RunSupervisor(launcher, commandLine, ProcessRunLog());
     return launcher.commandLines();
   }
 

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "app/RunWorker.h"
-#include "app/Settings.h"
-#include "app/Supervisor.h"
+#include "base/Settings.h"
+#include "supervision/Supervisor.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
 
@@ -25,7 +25,7 @@ class InProcessLauncher : public WorkerLauncher {
   InProcessLauncher(std::wstring output, const OutputTree& earlierWorker)
       : output_(std::move(output)), earlierWorker_(earlierWorker) {}
 
-  WorkerEnding RunToEnd(const std::wstring& commandLine) override {
+  WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal&) override {
     if (!earlierWorker_.empty() && !std::exchange(hasBegun_, true)) {
       LeaveBehind();
       return {WorkerEnding::Kind::kExited, kCrashExitCode};
@@ -97,7 +97,7 @@ Outcome ExportStage::Export(const std::string& faultPlan) {
   const PauseRecorder nobodyWaits;
   Begin(faultPlan);
   InProcessLauncher launcher(output(), earlierWorker_);
-  RunSupervisor(launcher, L"larkspan.exe");
+  RunSupervisor(launcher, L"larkspan.exe", ProcessRunLog());
   return TakeOutcome(output());
 }
 

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "report/AuditReport.h"
 #include "report/RunLog.h"
+#include "supervision/AuditBlocks.h"
 #include "tests/support/AuditEndTest.h"
 
 namespace larkspan {
@@ -82,14 +82,14 @@ TEST_F(AuditEndLogTest, MismatchIsAWarningInTheLog) {
   LeaveOutDebugLines();
   MakeFiles(L"design", 1);
   SetIdTable("00000001\r\n00000002\r\n00000003\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(LogLines(), Lines{"#WARNING# - Document count mismatch: expected 3 but only found 1"});
 }
 
 TEST_F(AuditEndLogTest, MoreThanListedIsAMismatchToo) {
   LeaveOutDebugLines();
   MakeFiles(L"profile", 2);
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(LogLines(), Lines{"#WARNING# - Document count mismatch: expected 0 but only found 2"});
 }
 
@@ -98,7 +98,7 @@ TEST_F(AuditEndLogTest, FailedDocumentsMakeUpForMissingFiles) {
   MakeFiles(L"data", 1);
   SetIdTable("00000001\r\n00000002\r\n");
   SetLog("#WARNING# - Major: a\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(LogLines(), Lines{"#WARNING# - Major: a"});
 }
 
@@ -109,7 +109,7 @@ TEST_F(AuditEndLogTest, LogThatDisappearsMidwayIsBegunAnewAndTheNumbersDoNotAgre
   LogWarning(L"Major: a");
   std::filesystem::remove(PathOf(L"log.txt"));
   LogWarning(L"Major: b");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(LogLines(),
             (Lines{"#WARNING# - Major: b",
                    "#WARNING# - Document count mismatch: expected 3 but only found 2"}));
@@ -138,7 +138,7 @@ TEST_F(AuditEndLogTest, WarningAloneCallsForTheLog) {
 TEST_F(AuditEndLogTest, AuditFileThatCannotBeOpenedIsSilent) {
   LeaveOutDebugLines();
   MakeFolder(PathOf(L"audit.txt"));
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(LogLines(), Lines());
 }
 

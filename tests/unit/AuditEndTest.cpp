@@ -9,7 +9,7 @@
 
 #include "base/LocalTime.h"
 #include "base/Utf8.h"
-#include "report/AuditReport.h"
+#include "supervision/AuditBlocks.h"
 
 namespace larkspan {
 namespace {
@@ -26,7 +26,7 @@ TEST_F(AuditEndTest, BlockOfACleanRun) {
   MakeFiles(L"design", 1);
   MakeFiles(L"profile", 0);
   SetIdTable("00000001\r\n00000002\r\n00000003\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(BlockWithoutTimes(ReadBytes(PathOf(L"audit.txt"))),
             "Database total documents :        3\r\n"
             "Exported Document Counts\r\n"
@@ -45,7 +45,7 @@ TEST_F(AuditEndTest, BlockOfARunWithLosses) {
   MakeFiles(L"profile", 3);
   SetIdTable("00000001\r\n");
   SetLog("#WARNING# - Major: a\r\n#WARNING# - Minor: b\r\n#WARNING# - Minor: c\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(BlockWithoutTimes(ReadBytes(PathOf(L"audit.txt"))),
             "Database total documents :        1\r\n"
             "Exported Document Counts\r\n"
@@ -61,14 +61,14 @@ TEST_F(AuditEndTest, BlockOfARunWithLosses) {
 
 TEST_F(AuditEndTest, AsManyFailuresAsWarningsAreLossesToo) {
   SetLog("#WARNING# - Major: a\r\n#WARNING# - Minor: b\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(ReadLines(PathOf(L"audit.txt")).back(),
             "Some documents were not exported successfully. See log.txt for details.");
 }
 
 TEST_F(AuditEndTest, BlockIsAppendedToWhatIsThere) {
   WriteBytes(PathOf(L"audit.txt"), "Archive started at: then\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_TRUE(ReadBytes(PathOf(L"audit.txt"))
                   .starts_with("Archive started at: then\r\nArchive ended at: "));
 }
@@ -86,7 +86,7 @@ TEST_F(AuditEndTest, EndIsTheCurrentLocalTime) {
 
 TEST_F(AuditEndTest, RuntimeIsTheTimeSinceTheStart) {
   const std::time_t before = std::time(nullptr);
-  WriteAuditEnd(before - 90);
+  WriteAuditEnd(before - 90, ProcessRunLog());
   const std::time_t after = std::time(nullptr);
   const std::string line = ReadLines(PathOf(L"audit.txt")).at(1);
   const std::string label = "Total runtime (seconds): ";
@@ -121,7 +121,7 @@ TEST_F(AuditEndTest, IdTableIsCounted) {
 TEST_F(AuditEndTest, CountOfTheIdTableIsLogged) {
   MakeFiles(L"data", 2);
   SetIdTable("0000002A\r\n0000002E\r\n");
-  WriteAuditEnd(std::time(nullptr));
+  WriteAuditEnd(std::time(nullptr), ProcessRunLog());
   EXPECT_EQ(LogLines(), Lines{"#DEBUG# - CountInputDocuments succeeded (2)"});
 }
 

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "base/File.h"
+#include "base/FileSystem.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TempFolder.h"
@@ -88,19 +88,19 @@ TEST_F(FileFaultsTest, OnlyTheNamedCallsFail) {
 
 TEST_F(FileFaultsTest, WriteThatFailsFailsTheCloseWithItsReason) {
   const FileFaults faults("write x.txt 2 diskFull 1");
-  UniqueFile file = OpenFile(path_, L"w");
+  file_system::UniqueFile file = file_system::Open(path_, L"w");
   EXPECT_EQ(file_system::Write(file.get(), "ab"), 2u);
   EXPECT_EQ(file_system::Write(file.get(), "cd"), 1u);
   errno = 0;
-  EXPECT_FALSE(CloseFile(std::move(file)));
+  EXPECT_FALSE(file_system::Close(std::move(file)));
   EXPECT_EQ(errno, ENOSPC);
   EXPECT_EQ(ReadBytes(path_), "abc");
 }
 
 TEST_F(FileFaultsTest, AppendingIsAnOpenAWriteAndAClose) {
   const FileFaults faults("write x.txt 2 diskFull 1");
-  EXPECT_TRUE(AppendToTextFile(path_, "ab"));
-  EXPECT_FALSE(AppendToTextFile(path_, "cd"));
+  EXPECT_TRUE(file_system::Append(path_, "ab"));
+  EXPECT_FALSE(file_system::Append(path_, "cd"));
   EXPECT_EQ(ReadBytes(path_), "abc");
   EXPECT_EQ(faults.OperationsAmong({"open x.txt", "close x.txt"}).size(), 4u);
 }
@@ -115,7 +115,7 @@ TEST_F(FileFaultsTest, MoveHasTheNameThatTheFileWouldGet) {
 
 TEST_F(FileFaultsTest, NothingFailsAfterwards) {
   { const FileFaults faults("open * * accessDenied"); }
-  EXPECT_TRUE(OpenFile(path_, L"w"));
+  EXPECT_TRUE(file_system::Open(path_, L"w"));
 }
 
 }  // namespace

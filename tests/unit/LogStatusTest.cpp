@@ -6,7 +6,7 @@
 
 #include "base/WideFormat.h"
 #include "notes/NotesApi.h"
-#include "notes/StatusText.h"
+#include "notes/Status.h"
 #include "report/RunLog.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"

@@ -1,4 +1,4 @@
-#include "app/MarkerFile.h"
+#include "report/MarkerFile.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -91,9 +91,7 @@ TEST_F(MarkerFileTest, OnlyTheLastFailureIsLoggedWithoutDebug) {
 }
 
 TEST_F(MarkerFileTest, MissingOutputFolderIsTriedThirtyTimes) {
-  Settings settings = ProcessSettings();
-  settings.outputFolder = PathOf(L"missing");
-  const ScopedSettings scoped(settings);
+  UseOutputFolder(L"missing");
   EXPECT_FALSE(WriteMarkerFile(0x12F6));
   EXPECT_EQ(recorder_.pauses().size(), 29u);
 }

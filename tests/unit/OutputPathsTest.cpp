@@ -27,7 +27,7 @@ TEST(OutputPathsTest, FilesHaveTheirNames) {
   EXPECT_EQ(std::wstring(output::kIdTable), L"\\idtable.txt");
   EXPECT_EQ(std::wstring(output::kUnidIndex), L"\\unidindex.txt");
   EXPECT_EQ(std::wstring(output::kAcl), L"\\acl.dxl");
-  EXPECT_EQ(std::wstring(output::kTemporaryName), L"temp.tmp");
+  EXPECT_EQ(std::wstring(output::kTemporary), L"\\temp.tmp");
 }
 
 TEST(OutputPathsTest, SubfoldersStandInTheOrderOfTheirCreation) {

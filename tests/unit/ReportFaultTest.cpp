@@ -5,6 +5,7 @@
 
 #include "report/AuditReport.h"
 #include "report/RunLog.h"
+#include "supervision/AuditBlocks.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/OutputFolderTest.h"
@@ -56,7 +57,7 @@ TEST_F(OutputFolderTest, ClosingBlockWithoutItsSourcesCountsNothingAndIsWhole) {
   WriteBytes(PathOf(L"idtable.txt"), "0000002A\r\n");
   WriteBytes(PathOf(L"log.txt"), "#WARNING# - Major: lost\r\n");
   const FileFaults faults("open idtable.txt * sharingViolation; open log.txt * sharingViolation");
-  WriteAuditEnd(0);
+  WriteAuditEnd(0, ProcessRunLog());
   const Lines audit = ReadLines(PathOf(L"audit.txt"));
   ASSERT_EQ(audit.size(), 11u);
   EXPECT_EQ(audit[2], "Database total documents :        0");

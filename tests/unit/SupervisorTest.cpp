@@ -6,12 +6,15 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "app/Settings.h"
-#include "app/Supervisor.h"
 #include "base/OutputPaths.h"
+#include "base/Settings.h"
+#include "supervision/Supervisor.h"
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/TempFolder.h"
 
 namespace larkspan {
 namespace {
@@ -81,20 +84,6 @@ TEST_F(SupervisorTest, LaterWorkerThatFailsWithoutMarkerIsAnErrorLine) {
 TEST_F(SupervisorTest, CompleteRunDoesNotPause) {
   Run({kCompletes});
   EXPECT_TRUE(pauses().empty());
-}
-
-TEST(MakesWorkersTest, CommandLineThatALaterWorkerUnderstandsDoes) {
-  EXPECT_TRUE(MakesWorkers(L"larkspan.exe -p a.nsf -o out"));
-  EXPECT_TRUE(MakesWorkers(L"larkspan.exe -p a.nsf -o out -l 7"));
-}
-
-TEST(MakesWorkersTest, CommandLineThatKeepsTheNoteIdToItselfDoesNot) {
-  EXPECT_FALSE(MakesWorkers(L"larkspan.exe -o out -p \"a.nsf"));
-}
-
-TEST(MakesWorkersTest, CommandLineThatAWorkerRefusesDoesNot) {
-  EXPECT_FALSE(MakesWorkers(L"larkspan.exe -p a.nsf -o"));
-  EXPECT_FALSE(MakesWorkers(L"larkspan.exe -l 0 -unknown"));
 }
 
 TEST_F(SupervisorTest, CommandLineIsRepeatedAsItWasGiven) {
@@ -197,6 +186,51 @@ TEST_F(SupervisorTest, WorkerThatCannotBeCreatedEndsTheRun) {
 TEST_F(SupervisorTest, WorkerThatCannotBeCreatedIsAnErrorLine) {
   Run({{{WorkerEnding::Kind::kNotCreated, 2}, std::nullopt}});
   EXPECT_EQ(Complaints(), Lines{"#ERROR# - CreateProcess failed (2)"});
+}
+
+// Supervises in a folder that the settings do not name.
+class SupervisorElsewhereTest : public SupervisorTest {
+ protected:
+  std::wstring Elsewhere(const wchar_t* name) const { return folder_ / name; }
+
+  void RunElsewhere(LogLevel minimumLevel, std::vector<ScriptedWorker> script) {
+    ScriptedLauncher launcher(std::move(script), folder_.path());
+    RunSupervisor(launcher, L"run", RunLog(folder_.path(), minimumLevel));
+  }
+
+ private:
+  const TempFolder folder_;
+};
+
+TEST_F(SupervisorElsewhereTest, EverythingStandsInTheFolderThatItIsGiven) {
+  WriteBytes(PathOf(L"marker.txt"), "00000FF2\r\n");
+  WriteBytes(Elsewhere(L"\\marker.txt"), "00000FF2\r\n");
+  RunElsewhere(LogLevel::kWarning, {CrashesAt("00000100"), kCompletes});
+  EXPECT_EQ(ReadLines(Elsewhere(L"\\log.txt")), (Lines{kMajor + "00000100", Mismatch(1)}));
+  EXPECT_TRUE(Exists(Elsewhere(L"\\audit.txt")));
+  EXPECT_FALSE(Exists(Elsewhere(L"\\marker.txt")));
+  EXPECT_EQ(LogLines(), Lines());
+  EXPECT_FALSE(Exists(PathOf(L"audit.txt")));
+  EXPECT_EQ(ReadBytes(PathOf(L"marker.txt")), "00000FF2\r\n");
+}
+
+TEST_F(SupervisorElsewhereTest, LogHasTheLevelThatItIsGiven) {
+  RunElsewhere(LogLevel::kDebug, {kCompletes});
+  EXPECT_EQ(ReadLines(Elsewhere(L"\\log.txt")).front(),
+            "#DEBUG# - Top of Archive Main Loop with nid 00000000");
+}
+
+TEST_F(SupervisorTest, MarkerThatIsHeldForAMomentDoesNotStay) {
+  const FileFaults faults("delete marker.txt 2-3 sharingViolation");
+  EXPECT_EQ(Run({CrashesAt("00000100"), kCompletes}).size(), 2u);
+  EXPECT_EQ(pauses(), std::vector<long long>(2, 1000));
+  EXPECT_EQ(Complaints(), (Lines{kMajor + "00000100", Mismatch(1)}));
+}
+
+TEST_F(SupervisorTest, WhatAWorkerLeftOfANoteIsDeletedAtTheEnd) {
+  WriteBytes(PathOf(L"temp.tmp"), "half a note");
+  Run({CrashesAt("00000100"), {kAccessViolation, std::nullopt}});
+  EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
 }
 
 }  // namespace

@@ -52,10 +52,10 @@ void SetMemoryFile(const std::wstring& path, std::string_view bytes) { files[pat
 
 namespace file_system {
 
-std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
+UniqueFile Open(const std::wstring& path, const wchar_t* mode) {
   const std::wstring_view wanted = mode;
   fuzz::Require(wanted == L"r" || wanted == L"w", "a file is read, or written anew");
-  return wanted == L"r" ? OpenForReading(path) : OpenForWriting(path);
+  return UniqueFile(wanted == L"r" ? OpenForReading(path) : OpenForWriting(path));
 }
 
 std::size_t Write(std::FILE* file, std::string_view bytes) {
@@ -64,9 +64,10 @@ std::size_t Write(std::FILE* file, std::string_view bytes) {
 
 bool Flush(std::FILE* file) { return std::fflush(file) == 0; }
 
-bool Close(std::FILE* file) {
-  const bool isClosed = std::fclose(file) == 0;
-  if (const auto node = writings.extract(file)) {
+bool Close(UniqueFile file) {
+  std::FILE* const stream = file.release();
+  const bool isClosed = std::fclose(stream) == 0;
+  if (const auto node = writings.extract(stream)) {
     const Writing& writing = *node.mapped();
     files[writing.path].assign(writing.bytes, writing.size);
     std::free(writing.bytes);
@@ -81,7 +82,7 @@ bool Append(const std::wstring& path, std::string_view bytes) {
 
 bool Delete(const std::wstring& path) { return files.erase(path) == 1; }
 
-std::FILE* OpenTemporary() { return std::tmpfile(); }
+UniqueFile OpenTemporary() { return UniqueFile(std::tmpfile()); }
 
 }  // namespace file_system
 

@@ -1,7 +1,7 @@
 // The output folder is a name in front of those of the files in memory.
 #include "tests/fuzz/OutputFolder.h"
 
-#include "app/Settings.h"
+#include "base/Settings.h"
 #include "tests/fuzz/native/MemoryFiles.h"
 
 namespace larkspan::fuzz {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "app/Arguments.h"
-#include "app/Supervisor.h"
+#include "app/SupervisorRole.h"
 #include "tests/fuzz/ParsedLineCheck.h"
 #include "tests/fuzz/Target.h"
 

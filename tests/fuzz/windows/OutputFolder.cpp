@@ -7,8 +7,8 @@
 #include <system_error>
 #include <utility>
 
-#include "app/Settings.h"
 #include "base/FileSystem.h"
+#include "base/Settings.h"
 #include "tests/fuzz/Target.h"
 
 namespace larkspan::fuzz {
@@ -41,10 +41,10 @@ class ProcessFolder {
 void UseOutputFolder() { static const ProcessFolder folder; }
 
 void WriteOutputFile(std::wstring_view name, std::string_view bytes) {
-  std::FILE* file = file_system::Open(InOutputFolder(name), L"wb");
+  file_system::UniqueFile file = file_system::Open(InOutputFolder(name), L"wb");
   Require(file != nullptr, "the file is opened");
-  Require(file_system::Write(file, bytes) == bytes.size(), "the file is written");
-  Require(file_system::Close(file), "the file is closed");
+  Require(file_system::Write(file.get(), bytes) == bytes.size(), "the file is written");
+  Require(file_system::Close(std::move(file)), "the file is closed");
 }
 
 std::string TextModeContent(std::string_view bytes) {

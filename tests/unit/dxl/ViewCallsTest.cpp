@@ -7,6 +7,7 @@
 
 #include "dxl/DatabaseProperties.h"
 #include "dxl/ViewExport.h"
+#include "notes/LibraryFunctions.h"
 #include "report/Progress.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/NotesFixture.h"
@@ -32,7 +33,7 @@ class ViewCallsTest : public NotesFixture, public testing::WithParamInterface<co
     ClearStopRequestForTesting();
     SetArchive(true);
     MakeFolder(PathOf(L"views"));
-    functions_.purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
+    FoundLibraryFunctions().purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
         OriginalEntryPoint("NIFPurgeCollection"));
     WriteDatabase(kDatabase);
     Start();
@@ -41,7 +42,7 @@ class ViewCallsTest : public NotesFixture, public testing::WithParamInterface<co
   void Export() {
     const CapturedOutput output;
     const Database database = OpenTestDatabase();
-    if (ExportDatabaseProperties(database).ok()) ExportViews(functions_, database);
+    if (ExportDatabaseProperties(database).ok()) ExportViews(database);
   }
 
   // How often a clean export calls the entry point.
@@ -61,8 +62,6 @@ class ViewCallsTest : public NotesFixture, public testing::WithParamInterface<co
       std::filesystem::remove(PathOf(name));
     }
   }
-
-  LibraryFunctions functions_;
 };
 
 TEST_P(ViewCallsTest, ThatFailLeaveNothingOpenAndNoHalfFile) {

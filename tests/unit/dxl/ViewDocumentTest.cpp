@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dxl/NumberSettings.h"
+#include "notes/LibraryFunctions.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
@@ -33,11 +34,14 @@ STATUS LARKSPAN_NOTES_CALL CountPurges(DHANDLE viewDatabase, DHANDLE dataDatabas
 
 // Writes the document of the view 11A of a database that a test describes.
 class ViewDocumentTest : public NotesFixture {
+ public:
+  static Lines OrderOfCalls() { return Order({"NIFCloseCollection", "NSFNoteClose"}); }
+
  protected:
   ViewDocumentTest() {
     purges = 0;
     purgeResult = 0;
-    functions_.purgeCollection = CountPurges;
+    FoundLibraryFunctions().purgeCollection = CountPurges;
   }
 
   // One view with these flags, none when null, and these keys of its `view` in JSON.
@@ -51,10 +55,9 @@ class ViewDocumentTest : public NotesFixture {
   // Opens the database, then sets the faults.
   void Write(const std::string& faults = "[]") {
     Start();
-    FetchNumberSettings();
     const Database database = OpenTestDatabase();
     SetFaults(faults);
-    WriteViewDocument(functions_, database, kView, path_);
+    WriteViewDocument(database, kView, GetNumberSettings(), path_);
     SetFaults("[]");
   }
 
@@ -70,7 +73,6 @@ class ViewDocumentTest : public NotesFixture {
   std::string Openings() const { return Arguments("NIFOpenCollection"); }
 
   const std::wstring path_ = PathOf(L"view.xml");
-  LibraryFunctions functions_;
 };
 
 constexpr char kHead[] = "<?xml version='1.0' encoding='utf-8'?>\r\n";
@@ -153,7 +155,7 @@ TEST_F(ViewDocumentTest, IndexThatHadToBeBuiltIsDropped) {
 
 // The library refuses to drop an index that is still open, and a note must not be closed before.
 TEST_F(ViewDocumentTest, IndexIsDroppedBetweenItsCloseAndThatOfTheNote) {
-  functions_.purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
+  FoundLibraryFunctions().purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
       OriginalEntryPoint("NIFPurgeCollection"));
   EXPECT_NE(Written("", kTwoEntries), "none");
   const Lines order = Order({"NIFCloseCollection", "NIFPurgeCollection", "NSFNoteClose"});
@@ -295,17 +297,16 @@ STATUS LARKSPAN_NOTES_CALL ThrowInstead(notes_api::HCOLLECTION, notes_api::Colle
 TEST_F(ViewDocumentTest, ExceptionOnTheWayDropsTheIndexToo) {
   WriteViewDatabase("", kTwoEntries);
   Start();
-  FetchNumberSettings();
   const Database database = OpenTestDatabase();
   const ReplacedEntryPoint replaced("NIFReadEntries", ThrowInstead);
-  EXPECT_THROW(WriteViewDocument(functions_, database, kView, path_), std::runtime_error);
+  EXPECT_THROW(WriteViewDocument(database, kView, GetNumberSettings(), path_), std::runtime_error);
   EXPECT_EQ(purges, 1);
   EXPECT_FALSE(Exists(path_));
 }
 
 TEST_F(ViewDocumentTest, FileThatCannotBeWrittenIsLogged) {
   WriteViewDatabase("", kTwoEntries);
-  const FileFaults faults("open temp.tmp * accessDenied");
+  const FileFaults faults("open view.xml.new * accessDenied; open view.xml * accessDenied");
   Write();
   EXPECT_FALSE(Exists(path_));
   ASSERT_EQ(LogLines().size(), 1U);
@@ -361,6 +362,26 @@ TEST_F(ViewDocumentTest, ValueThatRunsPastItsSummaryEndsTheEntryAlone) {
                                  {"note": "000008FE", "values": [{"text": "Yew"}]}])");
   EXPECT_NE(document.find("<text>B</text>"), std::string::npos) << document;
   EXPECT_NE(document.find("<text>Yew</text>"), std::string::npos) << document;
+}
+
+Lines callsBeforeThePurge;
+
+STATUS LARKSPAN_NOTES_CALL RecordOrderAndRefuse(DHANDLE, DHANDLE, NOTEID) {
+  callsBeforeThePurge = ViewDocumentTest::OrderOfCalls();
+  return 6409;
+}
+
+TEST_F(ViewDocumentTest, PurgeAfterAnExceptionFollowsTheCloseAndHasItsTwoLines) {
+  WriteViewDatabase("", kTwoEntries);
+  Start();
+  const Database database = OpenTestDatabase();
+  FoundLibraryFunctions().purgeCollection = RecordOrderAndRefuse;
+  const ReplacedEntryPoint replaced("NIFReadEntries", ThrowInstead);
+  EXPECT_THROW(WriteViewDocument(database, kView, GetNumberSettings(), path_), std::runtime_error);
+  EXPECT_EQ(callsBeforeThePurge, Lines{"NIFCloseCollection"});
+  ASSERT_EQ(LogLines().size(), 2U);
+  EXPECT_EQ(LogLines()[0], "#DEBUG# - Purging collection 11a failed");
+  EXPECT_TRUE(LogLines()[1].starts_with("#DEBUG# - Error '"));
 }
 
 }  // namespace

@@ -6,10 +6,12 @@
 #include <string>
 
 #include "dxl/NumberSettings.h"
+#include "notes/LibraryFunctions.h"
 #include "report/Progress.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
+#include "tests/support/StopRequest.h"
 
 namespace larkspan {
 namespace {
@@ -21,7 +23,7 @@ class ViewExportTest : public NotesFixture {
     SetArchive(true);
     MakeFolder(PathOf(L"views"));
     AddConfiguration("StandinDecimalSeparator=,");
-    functions_.purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
+    FoundLibraryFunctions().purgeCollection = reinterpret_cast<notes_api::PurgeCollectionFunction>(
         OriginalEntryPoint("NIFPurgeCollection"));
   }
   ~ViewExportTest() override { ClearStopRequestForTesting(); }
@@ -33,14 +35,12 @@ class ViewExportTest : public NotesFixture {
     const Database database = OpenTestDatabase();
     SetFaults(faults);
     const CapturedOutput output;
-    ExportViews(functions_, database);
+    ExportViews(database);
     SetFaults("[]");
     return output.Flushed();
   }
 
   bool IsWritten(const std::wstring& name) const { return Exists(PathOf(L"views\\" + name)); }
-
-  LibraryFunctions functions_;
 };
 
 constexpr char kViewFolderAndHidden[] =
@@ -70,7 +70,7 @@ TEST_F(ViewExportTest, NumbersHaveAFullStop) {
   Export(kViewFolderAndHidden);
   EXPECT_NE(ReadBytes(PathOf(L"views\\0000011A.xml")).find("<number>2.5</number>"),
             std::string::npos);
-  EXPECT_STREQ(NumberSettings().decimalSeparator, ".");
+  EXPECT_STREQ(GetNumberSettings().decimalSeparator, ".");
 }
 
 TEST_F(ViewExportTest, DatabaseWithoutViewsCountsNone) {
@@ -101,10 +101,7 @@ TEST_F(ViewExportTest, ViewThatFailsDoesNotKeepTheNextFromItsFile) {
 notes_api::STATUS LARKSPAN_NOTES_CALL StopAndOpen(notes_api::DHANDLE database,
                                                   notes_api::NOTEID noteId, notes_api::WORD flags,
                                                   notes_api::DHANDLE* note) {
-  Settings settings = ProcessSettings();
-  settings.progressPipe = 1;
-  SetProcessSettings(settings);
-  MonitorPipe([](std::int64_t) {});
+  RequestStop();
   return Original("NSFNoteOpen", StopAndOpen)(database, noteId, flags, note);
 }
 

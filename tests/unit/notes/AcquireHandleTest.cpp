@@ -1,12 +1,11 @@
-#include "notes/AcquireHandle.h"
+// Taking over what the library gives out.
+#include "notes/Handles.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
 #include <vector>
-
-#include "notes/Handles.h"
 
 namespace larkspan {
 namespace {

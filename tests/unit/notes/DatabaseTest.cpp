@@ -23,21 +23,28 @@ using notes_api::WORD;
 class DatabaseTest : public NotesFixture {
  protected:
   DatabaseTest() {
-    WriteDatabase(R"({"sizeKilobytes": 6144})");
+    WriteDatabase("{}");
     WriteData(L"locked.nsf", R"({"access": "fullAccessOnly"})");
     WriteData(L"servers/Garden/bulbs.nsf", "{}");
     Start();
   }
 
-  static DatabaseLocation LocationOf(const std::string& path) {
-    Database database;
-    EXPECT_TRUE(OpenDatabase(path, database).ok());
-    return GetDatabaseLocation(database);
-  }
-
   Database database_;
-  std::uint64_t bytes_ = 1;
 };
+
+TEST_F(DatabaseTest, PathIsTranslated) {
+  std::string path;
+  EXPECT_TRUE(PathToNotes(L"M\u00fchle!!", path).ok());
+  EXPECT_EQ(path, "M\x01\xFChle!!");
+  EXPECT_TRUE(PathToNotes(L"", path).ok());
+  EXPECT_EQ(path, "");
+}
+
+TEST_F(DatabaseTest, PathThatTheLibraryDoesNotTranslateIsAFailure) {
+  SetFaults(R"([{"entry": "OSTranslate", "status": 1}])");
+  std::string path;
+  EXPECT_EQ(PathToNotes(L"a.nsf", path).code(), 274);
+}
 
 TEST_F(DatabaseTest, OpensByPath) {
   EXPECT_TRUE(OpenDatabase("test.nsf", database_).ok());
@@ -134,78 +141,6 @@ TEST_F(DatabaseTest, NamesListIsLaidOutByteForByte) {
   const std::string name = "CN=Larkspan Tester/O=Example";
   expected.insert(expected.end(), name.c_str(), name.c_str() + name.size() + 1);
   EXPECT_EQ(namesList, expected);
-}
-
-TEST_F(DatabaseTest, LocationOfALocalDatabaseHasNoServer) {
-  const DatabaseLocation location = LocationOf("test.nsf");
-  EXPECT_EQ(location.server, "");
-  EXPECT_EQ(location.file, "test.nsf");
-}
-
-TEST_F(DatabaseTest, LocationIsServerAndFile) {
-  const DatabaseLocation location = LocationOf("Garden!!bulbs.nsf");
-  EXPECT_EQ(location.server, "Garden");
-  EXPECT_EQ(location.file, "bulbs.nsf");
-}
-
-TEST_F(DatabaseTest, LocationLeavesThePortOut) {
-  const DatabaseLocation location = LocationOf("TCPIP!!!Garden!!bulbs.nsf");
-  EXPECT_EQ(location.server, "Garden");
-  EXPECT_EQ(location.file, "bulbs.nsf");
-}
-
-TEST_F(DatabaseTest, LocationHoldsAFileOf255Bytes) {
-  const std::string path = std::string(247, '/').replace(0, 1, ".") + "test.nsf";
-  EXPECT_EQ(LocationOf(path).file, path);
-}
-
-STATUS LARKSPAN_NOTES_CALL TellPathWithoutEnd(DHANDLE, char* path, char*) {
-  std::memset(path, 'x', 1024);
-  return 0;
-}
-
-TEST_F(DatabaseTest, PathHasUpTo1023BytesEvenWithoutEnd) {
-  const ReplacedEntryPoint replaced("NSFDbPathGet", TellPathWithoutEnd);
-  std::string path;
-  EXPECT_TRUE(GetDatabasePath(database_, path).ok());
-  EXPECT_EQ(path, std::string(1023, 'x'));
-}
-
-TEST_F(DatabaseTest, LocationIsEmptyWithoutPath) {
-  SetFaults(R"([{"entry": "NSFDbPathGet", "status": 1000}])");
-  const DatabaseLocation location = LocationOf("Garden!!bulbs.nsf");
-  EXPECT_EQ(location.server, "");
-  EXPECT_EQ(location.file, "");
-}
-
-TEST_F(DatabaseTest, LocationIsEmptyWhenThePathCannotBeSplit) {
-  SetFaults(R"([{"entry": "OSPathNetParse", "status": 1000}])");
-  const DatabaseLocation location = LocationOf("Garden!!bulbs.nsf");
-  EXPECT_EQ(location.server, "");
-  EXPECT_EQ(location.file, "");
-}
-
-TEST_F(DatabaseTest, SizeIsInBytes) {
-  EXPECT_TRUE(GetDatabaseSize("test.nsf", bytes_).ok());
-  EXPECT_EQ(bytes_, 6144u * 1024u);
-}
-
-TEST_F(DatabaseTest, SizeIsNotCutAt32Bits) {
-  WriteData(L"large.nsf", R"({"sizeKilobytes": 4294967295})");
-  EXPECT_TRUE(GetDatabaseSize("large.nsf", bytes_).ok());
-  EXPECT_EQ(bytes_, 4398046510080u);
-}
-
-TEST_F(DatabaseTest, SizeIsTheCurrentOneAndNoneOfTheOthers) {
-  WriteData(L"limits.nsf", R"({"sizeKilobytes": 3, "quota":
-    {"warningKilobytes": 1, "limitKilobytes": 2, "maximumKilobytes": 4}})");
-  EXPECT_TRUE(GetDatabaseSize("limits.nsf", bytes_).ok());
-  EXPECT_EQ(bytes_, 3072u);
-}
-
-TEST_F(DatabaseTest, SizeThatTheLibraryDoesNotTellIsAFailure) {
-  WriteData(L"unknown.nsf", R"({"quota": "unavailable"})");
-  EXPECT_EQ(GetDatabaseSize("unknown.nsf", bytes_).code(), 562);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/NotesFixture.h"
+#include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
 namespace {
@@ -25,10 +26,11 @@ class IdTablesTest : public NotesFixture {
 
   Ids Scanned() const {
     Ids ids;
-    EXPECT_TRUE(ScanIds(table_, [&](std::uint32_t id) {
+    const ScanEnd end = ScanIds(table_, [&](std::uint32_t id) {
       ids.push_back(id);
       return true;
-    }));
+    });
+    EXPECT_EQ(end, ScanEnd::kEndOfTable);
     return ids;
   }
 
@@ -72,11 +74,40 @@ TEST_F(IdTablesTest, EveryScanBeginsAtTheFirstId) {
 TEST_F(IdTablesTest, ScanStopsWhenTheVisitorWantsNoMore) {
   Insert({0x902, 0x906, 0x90A});
   Ids visited;
-  EXPECT_FALSE(ScanIds(table_, [&](std::uint32_t id) {
+  const ScanEnd end = ScanIds(table_, [&](std::uint32_t id) {
     visited.push_back(id);
     return id != 0x906;
-  }));
+  });
+  EXPECT_EQ(end, ScanEnd::kStoppedByVisitor);
   EXPECT_EQ(visited, (Ids{0x902, 0x906}));
+}
+
+TEST_F(IdTablesTest, ScanThatTheLibraryEndsEarlyFails) {
+  Insert({0x902, 0x906, 0x90A});
+  SetFaults(R"([{"entry": "IDScan", "call": 3, "status": 1}])");
+  Ids visited;
+  const ScanEnd end = ScanIds(table_, [&](std::uint32_t id) {
+    visited.push_back(id);
+    return true;
+  });
+  EXPECT_EQ(end, ScanEnd::kFailed);
+  EXPECT_EQ(visited, (Ids{0x902, 0x906}));
+}
+
+notes_api::BOOL* insertedPlace = nullptr;
+
+notes_api::STATUS LARKSPAN_NOTES_CALL RecordInsertedPlace(notes_api::DHANDLE, notes_api::NOTEID,
+                                                          notes_api::BOOL* inserted) {
+  insertedPlace = inserted;
+  return 0;
+}
+
+TEST_F(IdTablesTest, InsertionDoesNotAskWhetherTheIdIsNew) {
+  notes_api::BOOL some = 0;
+  insertedPlace = &some;
+  const ReplacedEntryPoint replaced("IDInsert", RecordInsertedPlace);
+  EXPECT_TRUE(InsertId(table_, 0x902).ok());
+  EXPECT_EQ(insertedPlace, nullptr);
 }
 
 }  // namespace

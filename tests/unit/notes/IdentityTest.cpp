@@ -23,13 +23,6 @@ class IdentityTest : public NotesFixture {
     Start();
   }
 
-  static void SetId(const std::wstring& idFile, const std::wstring& password) {
-    ChangeSettings([&](Settings& settings) {
-      settings.idFile = idFile;
-      settings.idPassword = password;
-    });
-  }
-
   static std::string CurrentUserName() {
     std::string name;
     EXPECT_TRUE(GetCurrentUserName(name).ok());
@@ -44,68 +37,57 @@ class IdentityTest : public NotesFixture {
 };
 
 TEST_F(IdentityTest, SwitchWithoutIdFileDoesNothing) {
-  SetId(L"", L"Rittersporn");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"", L"Rittersporn").ok());
   EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
 }
 
 TEST_F(IdentityTest, SwitchWithoutPasswordDoesNothing) {
-  SetId(L"imke.id", L"");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"imke.id", L"").ok());
   EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
 }
 
 TEST_F(IdentityTest, SwitchMakesAnotherUserCurrent) {
-  SetId(L"imke.id", L"Rittersporn");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"imke.id", L"Rittersporn").ok());
   EXPECT_EQ(CurrentUserName(), "CN=Imke/O=Garten");
 }
 
 TEST_F(IdentityTest, SwitchHasFlags8AndAPlaceOf256BytesForTheName) {
-  SetId(L"imke.id", L"Rittersporn");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"imke.id", L"Rittersporn").ok());
   EXPECT_EQ(Arguments("SECKFMSwitchToIDFile"), R"({"flags":8,"idFile":"imke.id","size":256})");
 }
 
 TEST_F(IdentityTest, SwitchTranslatesIdFileAndPassword) {
-  SetId(L"b\u00E9.id", L"p\u00E2que");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"b\u00E9.id", L"p\u00E2que").ok());
   EXPECT_EQ(CurrentUserName(), "CN=Bo/O=Garten");
 }
 
 TEST_F(IdentityTest, SwitchWithWrongPasswordFails) {
-  SetId(L"imke.id", L"rittersporn");
-  EXPECT_EQ(SwitchId().code(), 6408);
+  EXPECT_EQ(SwitchId(L"imke.id", L"rittersporn").code(), 6408);
 }
 
 TEST_F(IdentityTest, SwitchThatFailedLeavesTheUser) {
-  SetId(L"imke.id", L"rittersporn");
-  EXPECT_FALSE(SwitchId().ok());
+  EXPECT_FALSE(SwitchId(L"imke.id", L"rittersporn").ok());
   EXPECT_EQ(CurrentUserName(), "CN=Larkspan Tester/O=Example");
 }
 
 TEST_F(IdentityTest, SwitchToMissingFileFails) {
-  SetId(L"missing.id", L"Rittersporn");
-  EXPECT_EQ(SwitchId().code(), 6400);
+  EXPECT_EQ(SwitchId(L"missing.id", L"Rittersporn").code(), 6400);
 }
 
 TEST_F(IdentityTest, SwitchIsNotLogged) {
-  SetId(L"missing.id", L"Rittersporn");
-  EXPECT_FALSE(SwitchId().ok());
+  EXPECT_FALSE(SwitchId(L"missing.id", L"Rittersporn").ok());
   EXPECT_EQ(LogLines(), Lines());
 }
 
 TEST_F(IdentityTest, UserNameIsInTheNotesCharacterSet) {
   WriteData(L"noe.id", "{\"name\": \"CN=No\u00E9\", \"password\": \"a\"}");
-  SetId(L"noe.id", L"a");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"noe.id", L"a").ok());
   EXPECT_EQ(CurrentUserName(), "CN=No\x01\xE9");
 }
 
 TEST_F(IdentityTest, UserNameOf255BytesIsWhole) {
   WriteData(L"long.id", R"({"password": "a", "name": ")" + std::string(255, 'n') + "\"}");
-  SetId(L"long.id", L"a");
-  EXPECT_TRUE(SwitchId().ok());
+  EXPECT_TRUE(SwitchId(L"long.id", L"a").ok());
   EXPECT_EQ(CurrentUserName(), std::string(255, 'n'));
 }
 
@@ -141,6 +123,26 @@ TEST_F(IdentityTest, IdFileThatDoesNotOpenDecryptsNothing) {
 TEST_F(IdentityTest, IdFileIsClosedAfterADecryptionThatFailed) {
   EXPECT_EQ(DecryptTestNote(L"b\u00E9.id", L"p\u00E2que").code(), 6411);
   EXPECT_EQ(Calls("SECKFMClose"), 1);
+}
+
+const std::wstring kTooLong(1024, L'x');
+
+TEST_F(IdentityTest, SwitchWithTextsThatDoNotFitIsRefused) {
+  EXPECT_EQ(SwitchId(kTooLong, L"Rittersporn").code(), 274);
+  EXPECT_EQ(SwitchId(L"imke.id", kTooLong).code(), 274);
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, SwitchWithAnIdFileThatIsTranslatedToNothingIsRefused) {
+  SetFaults(R"([{"entry": "OSTranslate", "call": 1, "status": 1}])");
+  EXPECT_EQ(SwitchId(L"imke.id", L"Rittersporn").code(), 274);
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, DecryptionWithTextsThatDoNotFitIsRefused) {
+  EXPECT_EQ(DecryptTestNote(kTooLong, L"Rittersporn").code(), 274);
+  EXPECT_EQ(DecryptTestNote(L"imke.id", kTooLong).code(), 274);
+  EXPECT_EQ(Calls("SECKFMOpen"), 0);
 }
 
 }  // namespace

@@ -34,36 +34,29 @@ void* AddressIn(const wchar_t* library, const char* name) {
 }
 
 TEST(LibraryFunctionsTest, BothFunctionsAreFound) {
-  LibraryFunctions functions;
-  EXPECT_EQ(FindLibraryFunctions(L"nnotes.dll", functions), LibraryLookup::kFound);
-  EXPECT_EQ(reinterpret_cast<void*>(functions.searchExtended3),
+  EXPECT_EQ(FindLibraryFunctions(L"nnotes.dll"), LibraryLookup::kFound);
+  EXPECT_EQ(reinterpret_cast<void*>(FoundLibraryFunctions().searchExtended3),
             AddressIn(L"nnotes.dll", "NSFSearchExtended3"));
-  EXPECT_EQ(reinterpret_cast<void*>(functions.purgeCollection),
+  EXPECT_EQ(reinterpret_cast<void*>(FoundLibraryFunctions().purgeCollection),
             AddressIn(L"nnotes.dll", "NIFPurgeCollection"));
 }
 
 TEST(LibraryFunctionsTest, LibraryThatIsNotLoadedIsTold) {
-  LibraryFunctions functions;
-  EXPECT_EQ(FindLibraryFunctions(L"larkspan-missing.dll", functions), LibraryLookup::kNoLibrary);
+  EXPECT_EQ(FindLibraryFunctions(L"larkspan-missing.dll"), LibraryLookup::kNoLibrary);
 }
 
 TEST(LibraryFunctionsTest, SearchIsLookedUpFirst) {
-  LibraryFunctions functions;
-  EXPECT_EQ(FindLibraryFunctions(L"kernel32.dll", functions), LibraryLookup::kNoSearchExtended3);
+  EXPECT_EQ(FindLibraryFunctions(L"kernel32.dll"), LibraryLookup::kNoSearchExtended3);
 }
 
 TEST(LibraryFunctionsTest, LibraryWithoutSearchIsTold) {
   const LoadedLibrary bare(L"bare");
-  LibraryFunctions functions;
-  EXPECT_EQ(FindLibraryFunctions(bare.path().c_str(), functions),
-            LibraryLookup::kNoSearchExtended3);
+  EXPECT_EQ(FindLibraryFunctions(bare.path().c_str()), LibraryLookup::kNoSearchExtended3);
 }
 
 TEST(LibraryFunctionsTest, LibraryWithoutPurgeIsTold) {
   const LoadedLibrary withoutPurge(L"nopurge");
-  LibraryFunctions functions;
-  EXPECT_EQ(FindLibraryFunctions(withoutPurge.path().c_str(), functions),
-            LibraryLookup::kNoPurgeCollection);
+  EXPECT_EQ(FindLibraryFunctions(withoutPurge.path().c_str()), LibraryLookup::kNoPurgeCollection);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "notes/Database.h"
 #include "notes/IdTables.h"
+#include "notes/LibraryFunctions.h"
 #include "tests/support/NotesFixture.h"
 
 namespace larkspan {
@@ -33,13 +34,13 @@ class NoteSearchTest : public NotesFixture {
   NoteSearchTest() {
     WriteDatabase(kSearchedDatabase);
     Start();
-    EXPECT_EQ(FindLibraryFunctions(L"nnotes.dll", functions_), LibraryLookup::kFound);
+    EXPECT_EQ(FindLibraryFunctions(L"nnotes.dll"), LibraryLookup::kFound);
     database_ = OpenTestDatabase();
     EXPECT_TRUE(CreateIdTable(table_).ok());
   }
 
   Status Search(std::uint16_t classMask, std::uint32_t extendedFlags = 0) {
-    return SearchNotes(functions_, database_, {classMask, extendedFlags}, table_);
+    return SearchNotes(database_, {classMask, extendedFlags}, table_);
   }
 
   Ids Found() const {
@@ -51,7 +52,6 @@ class NoteSearchTest : public NotesFixture {
     return ids;
   }
 
-  LibraryFunctions functions_;
   Database database_;
   IdTable table_;
 };
@@ -128,7 +128,7 @@ notes_api::STATUS LARKSPAN_NOTES_CALL TellClassesAtTheLimit(
 }
 
 TEST_F(NoteSearchTest, OnlyTheHighestBitOfTheClassMakesAStub) {
-  functions_.searchExtended3 = TellClassesAtTheLimit;
+  FoundLibraryFunctions().searchExtended3 = TellClassesAtTheLimit;
   EXPECT_TRUE(Search(0x7FFF).ok());
   EXPECT_EQ(Found(), (Ids{4, 8}));
 }

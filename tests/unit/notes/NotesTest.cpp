@@ -101,25 +101,6 @@ TEST_F(OpenNoteTest, ItemTextStaysInItsPlaceWhateverLengthTheLibraryTells) {
   EXPECT_EQ(GetItemText(note_, "$Name", 256).size(), 256u);
 }
 
-TEST_F(OpenNoteTest, FirstEightBytesAreComparedByTheLibrary) {
-  OpenWithItems("");
-  EXPECT_TRUE(FirstEightBytesEqual("$profile_1", "$profile"));
-  EXPECT_EQ(Arguments("IntlTextCompare"), R"({"length1":8,"length2":8,"options":0})");
-}
-
-TEST_F(OpenNoteTest, OtherFirstBytesDiffer) {
-  OpenWithItems("");
-  EXPECT_FALSE(FirstEightBytesEqual("$profila", "$profile"));
-}
-
-TEST_F(OpenNoteTest, ShorterTextsAreNeverEqual) {
-  OpenWithItems("");
-  EXPECT_FALSE(FirstEightBytesEqual("$profil", "$profile"));
-  EXPECT_FALSE(FirstEightBytesEqual("$profile", "$profil"));
-  EXPECT_FALSE(FirstEightBytesEqual("", ""));
-  EXPECT_EQ(Calls("IntlTextCompare"), 0);
-}
-
 TEST_F(OpenNoteTest, ItemIsThereOrNot) {
   OpenWithItems(R"({"name": "$Body", "text": "a"})");
   EXPECT_TRUE(HasItem(note_, "$Body"));

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tests/support/NotesFixture.h"
@@ -27,28 +26,20 @@ class RuntimeTest : public NotesFixture {
 
   // The argument vector that the library got, as JSON, after a start with these.
   static std::string VectorFor(const std::wstring& programPath,
-                               std::vector<std::wstring> runtimeArguments) {
-    SetCommandLine(programPath, std::move(runtimeArguments));
-    startStatus_ = StartNotesRuntime();
+                               const std::vector<std::wstring>& runtimeArguments) {
+    startStatus_ = StartNotesRuntime(programPath, runtimeArguments);
     return Arguments("NotesInitExtended");
   }
 
   // The texts of that vector, when the start does not get to the library.
   static Lines TextsFor(const std::wstring& programPath,
-                        std::vector<std::wstring> runtimeArguments) {
-    SetCommandLine(programPath, std::move(runtimeArguments));
+                        const std::vector<std::wstring>& runtimeArguments) {
     const ReplacedEntryPoint replaced("NotesInitExtended", KeepTheVector);
-    startStatus_ = StartNotesRuntime();
+    startStatus_ = StartNotesRuntime(programPath, runtimeArguments);
     return handedOver;
   }
 
-  static void SetCommandLine(const std::wstring& programPath,
-                             std::vector<std::wstring> runtimeArguments) {
-    ChangeSettings([&](Settings& settings) {
-      settings.programPath = programPath;
-      settings.runtimeArguments = std::move(runtimeArguments);
-    });
-  }
+  static Status StartConfigured() { return StartNotesRuntime(L"larkspan.exe", {L"=notes.ini"}); }
 
   static inline Status startStatus_;
 };
@@ -107,22 +98,22 @@ notes_api::STATUS LARKSPAN_NOTES_CALL LookBehindTheVector(int argc, char** argv)
 
 TEST_F(RuntimeTest, VectorEndsWithANullPointer) {
   const ReplacedEntryPoint replaced("NotesInitExtended", LookBehindTheVector);
-  EXPECT_FALSE(StartNotesRuntime().ok());
+  EXPECT_FALSE(StartConfigured().ok());
   EXPECT_TRUE(vectorEndsWithNull);
 }
 
 TEST_F(RuntimeTest, StatusOfTheStartIsReturnedWhole) {
   SetFaults(R"([{"entry": "NotesInitExtended", "status": "0x8123"}])");
-  EXPECT_EQ(StartNotesRuntime().code(), 0x8123);
+  EXPECT_EQ(StartConfigured().code(), 0x8123);
 }
 
 TEST_F(RuntimeTest, StartIsNotLogged) {
-  EXPECT_TRUE(StartNotesRuntime().ok());
+  EXPECT_TRUE(StartConfigured().ok());
   EXPECT_EQ(LogLines(), Lines());
 }
 
 TEST_F(RuntimeTest, EndOfAStartedRuntimeIsLoggedBeforeAndAfter) {
-  EXPECT_TRUE(StartNotesRuntime().ok());
+  EXPECT_TRUE(StartConfigured().ok());
   EndNotesRuntime();
   EXPECT_EQ(Calls("NotesTerm"), 1);
   EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Trying to NotesTerm", "#DEBUG# - NotesTermed"}));
@@ -142,14 +133,14 @@ class RuntimeEndTest : public RuntimeTest {
 };
 
 TEST_F(RuntimeEndTest, FirstLineIsWrittenBeforeTheLibraryEnds) {
-  EXPECT_TRUE(StartNotesRuntime().ok());
+  EXPECT_TRUE(StartConfigured().ok());
   const ReplacedEntryPoint replaced("NotesTerm", RecordLines);
   EndNotesRuntime();
   EXPECT_EQ(lines_, Lines{"#DEBUG# - Trying to NotesTerm"});
 }
 
 TEST_F(RuntimeTest, SecondEndDoesNothing) {
-  EXPECT_TRUE(StartNotesRuntime().ok());
+  EXPECT_TRUE(StartConfigured().ok());
   EndNotesRuntime();
   EndNotesRuntime();
   EXPECT_EQ(LogLines().size(), 2u);
@@ -162,15 +153,15 @@ TEST_F(RuntimeTest, RuntimeThatWasNotStartedIsNotEnded) {
 
 TEST_F(RuntimeTest, RuntimeThatDidNotStartIsNotEnded) {
   SetFaults(R"([{"entry": "NotesInitExtended", "status": 1}])");
-  EXPECT_FALSE(StartNotesRuntime().ok());
+  EXPECT_FALSE(StartConfigured().ok());
   EndNotesRuntime();
   EXPECT_EQ(LogLines(), Lines());
 }
 
 TEST_F(RuntimeTest, RuntimeStartsAgainAfterItsEnd) {
-  EXPECT_TRUE(StartNotesRuntime().ok());
+  EXPECT_TRUE(StartConfigured().ok());
   EndNotesRuntime();
-  EXPECT_TRUE(StartNotesRuntime().ok());
+  EXPECT_TRUE(StartConfigured().ok());
   EndNotesRuntime();
   EXPECT_EQ(LogLines().size(), 4u);
 }

@@ -1,0 +1,31 @@
+#include "base/Settings.h"
+
+#include <utility>
+
+#include "base/OutputPaths.h"
+#include "base/Wipe.h"
+
+namespace larkspan {
+
+namespace {
+
+// Never destroyed: the thread that watches the stop pipe may still read the settings while the
+// process exits.
+Settings& MutableSettings() {
+  static Settings& settings = *new Settings;
+  return settings;
+}
+
+}  // namespace
+
+const Settings& ProcessSettings() { return MutableSettings(); }
+
+void SetProcessSettings(Settings settings) { MutableSettings() = std::move(settings); }
+
+void WipePassword() { Wipe(MutableSettings().idPassword); }
+
+std::wstring InOutputFolder(std::wstring_view name) {
+  return output::Join(ProcessSettings().outputFolder, name);
+}
+
+}  // namespace larkspan
