@@ -6,6 +6,7 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
+#include "app/PasswordVariable.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"
 #include "app/SupervisorRole.h"
@@ -31,7 +32,8 @@ void CloseWorker() {
 }
 
 void Work() {
-  const EndSignalGiver end;
+  const Settings& settings = ProcessSettings();
+  const EndSignalGiver end(settings.outputFolder, settings.resumeNoteId);
   RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); }, CloseWorker);
   end.Give();
 }
@@ -63,6 +65,8 @@ int PlayRole(Role role) {
 int RunProgram() {
   ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
   const Role role = ChooseRole(line);
+  TakePasswordVariable(line.settings);
+  if (role != Role::kSupervisor) RemovePasswordVariable();
   SetProcessSettings(std::move(line.settings));
   return PlayRole(role);
 }

@@ -54,7 +54,15 @@ void StartAndExport(std::uint32_t resumeNoteId) {
   if (!SwitchIdOrLog()) return;
   if (resumeNoteId == 0) AuditUser();
   RunExport(resumeNoteId);
-  EndNotesRuntime();
+}
+
+// What the export has done stands, whatever the library does at its end.
+void EndRuntimeOrLog() {
+  try {
+    EndNotesRuntime();
+  } catch (...) {
+    LogWarning(L"The end of the Notes runtime was ended by an exception");
+  }
 }
 
 }  // namespace
@@ -66,8 +74,9 @@ void RunWorker(std::uint32_t resumeNoteId) {
     LogDebug(L"Exiting via catch-all handler");
     // A marker makes the supervisor name the note and go on; without one this is the run's end.
     if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
-    EndNotesRuntime();
   }
+  EndRuntimeOrLog();
+  WipePassword();
 }
 
 }  // namespace larkspan

@@ -1,4 +1,4 @@
-// The worked example of docs/standin-views.md gives the bytes that stand there.
+// A worked example for docs/standin-views.md: a view, and the bytes that programs get of it.
 #include <sstream>
 
 #include "tests/standin/ViewReading.h"

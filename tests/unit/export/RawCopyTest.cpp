@@ -4,6 +4,7 @@
 
 #include "notes/Notes.h"
 #include "tests/support/PauseRecorder.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/unit/export/NoteExportTest.h"
 
 namespace larkspan {
@@ -115,6 +116,22 @@ TEST_F(RawCopyTest, CopyThatCannotBePlacedIsTheNotesFailure) {
   const PauseRecorder recorder;
   EXPECT_EQ(Export().code(), 264);
   EXPECT_EQ(ReadBytes(PathOf(copy_)), "old");
+}
+
+Lines deletions;
+
+notes_api::STATUS LARKSPAN_NOTES_CALL RecordDeletion(notes_api::DHANDLE, const char* name,
+                                                     notes_api::WORD length) {
+  deletions.emplace_back(name, length);
+  return 0;
+}
+
+TEST_F(RawCopyTest, ItemsOfType20AreDeletedInTheOrderCollected) {
+  OpenNoteOf("\"form\"", std::string(kBody) + "," + kStripped);
+  deletions.clear();
+  const ReplacedEntryPoint replaced("NSFItemDelete", RecordDeletion);
+  EXPECT_TRUE(Export().ok());
+  EXPECT_EQ(deletions, (Lines{"Script", "Code"}));
 }
 
 }  // namespace

@@ -125,5 +125,25 @@ TEST_F(IdentityTest, IdFileIsClosedAfterADecryptionThatFailed) {
   EXPECT_EQ(Calls("SECKFMClose"), 1);
 }
 
+const std::wstring kTooLong(1024, L'x');
+
+TEST_F(IdentityTest, SwitchWithTextsThatDoNotFitIsRefused) {
+  EXPECT_EQ(SwitchId(kTooLong, L"Rittersporn").code(), 274);
+  EXPECT_EQ(SwitchId(L"imke.id", kTooLong).code(), 274);
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, SwitchWithAnIdFileThatIsTranslatedToNothingIsRefused) {
+  SetFaults(R"([{"entry": "OSTranslate", "call": 1, "status": 1}])");
+  EXPECT_EQ(SwitchId(L"imke.id", L"Rittersporn").code(), 274);
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, DecryptionWithTextsThatDoNotFitIsRefused) {
+  EXPECT_EQ(DecryptTestNote(kTooLong, L"Rittersporn").code(), 274);
+  EXPECT_EQ(DecryptTestNote(L"imke.id", kTooLong).code(), 274);
+  EXPECT_EQ(Calls("SECKFMOpen"), 0);
+}
+
 }  // namespace
 }  // namespace larkspan

@@ -1,6 +1,6 @@
 // Waiting is for what another program holds for a moment; a missing file is as good as a deleted
 // one and costs no attempt.
-#include "dxl/StagedFile.h"
+#include "export/StagedFile.h"
 
 #include <windows.h>
 
@@ -42,9 +42,10 @@ Status ClearStagedFile() {
 
 void DeleteStagedFile() { TryDelete(); }
 
-Status PlaceStagedFile(const std::wstring& path, file_system::Earlier earlier) {
-  if (Attempt(L"move DXL file into place",
-              [&] { return file_system::Move(StagedFilePath(), path, earlier); })) {
+Status PlaceStagedFile(const std::wstring& path) {
+  if (Attempt(L"move DXL file into place", [&] {
+        return file_system::Move(StagedFilePath(), path, file_system::Earlier::kStays);
+      })) {
     return Status();
   }
   DeleteStagedFile();
