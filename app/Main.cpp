@@ -6,6 +6,7 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
+#include "app/PasswordVariable.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"
 #include "app/SupervisorRole.h"
@@ -38,7 +39,8 @@ void CloseWorker(BodyEnd end) {
 }
 
 void Work() {
-  const EndSignalGiver end;
+  const Settings& settings = ProcessSettings();
+  const EndSignalGiver end(settings.outputFolder, settings.resumeNoteId);
   RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); },
                             {CloseWorker, kWorkerThreadEnded});
   end.Give();
@@ -78,6 +80,8 @@ int PlayRole(Role role) {
 int RunProgram() {
   ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
   const Role role = ChooseRole(line);
+  TakePasswordVariable(line.settings);
+  if (role != Role::kSupervisor) RemovePasswordVariable();
   SetProcessSettings(std::move(line.settings));
   return PlayRole(role);
 }

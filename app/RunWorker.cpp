@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <string>
 
 #include "base/Settings.h"
@@ -19,6 +20,9 @@
 namespace larkspan {
 
 namespace {
+
+// Atomic, since another thread tells of an exception on it. From then on the export stands.
+std::atomic<bool> endingRuntime{false};
 
 bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
   const Settings& settings = ProcessSettings();
@@ -54,24 +58,48 @@ void StartAndExport(std::uint32_t resumeNoteId) {
   if (!SwitchIdOrLog()) return;
   if (resumeNoteId == 0) AuditUser();
   RunExport(resumeNoteId);
-  EndNotesRuntime();
+}
+
+void TellExceptionOfTheEnd() {
+  LogWarning(L"The end of the Notes runtime was ended by an exception");
+}
+
+// What the export has done stands, whatever the library does at its end.
+void EndRuntimeOrLog() {
+  endingRuntime = true;
+  try {
+    EndNotesRuntime();
+  } catch (...) {
+    TellExceptionOfTheEnd();
+  }
+}
+
+void TellExceptionOfTheExport() {
+  LogDebug(L"Exiting via catch-all handler");
+  // A marker makes the supervisor name the note and go on; without one this is the run's end.
+  if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
 }
 
 }  // namespace
 
 void RunWorker(std::uint32_t resumeNoteId) {
+  endingRuntime = false;
   try {
     StartAndExport(resumeNoteId);
   } catch (...) {
-    EndWorkerAfterException();
+    TellExceptionOfTheExport();
   }
+  EndRuntimeOrLog();
+  WipePassword();
 }
 
 void EndWorkerAfterException() {
-  LogDebug(L"Exiting via catch-all handler");
-  // A marker makes the supervisor name the note and go on; without one this is the run's end.
-  if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
-  EndNotesRuntime();
+  if (endingRuntime) {
+    TellExceptionOfTheEnd();
+  } else {
+    TellExceptionOfTheExport();
+    EndRuntimeOrLog();
+  }
 }
 
 }  // namespace larkspan

@@ -10,6 +10,8 @@ std::wstring Join(std::wstring_view outputFolder, std::wstring_view relativeName
   return path.append(outputFolder).append(relativeName);
 }
 
+std::wstring StageOf(std::wstring_view path) { return Join(path, kStageSuffix); }
+
 std::wstring NoteFile(std::wstring_view subfolder, std::uint32_t noteId) {
   return FormatWide(L"%.*s\\%08X.dxl", static_cast<int>(subfolder.size()), subfolder.data(),
                     noteId);

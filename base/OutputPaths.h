@@ -25,6 +25,11 @@ inline constexpr wchar_t kAcl[] = L"\\acl.dxl";
 // The DXL or XML file in progress.
 inline constexpr wchar_t kTemporary[] = L"\\temp.tmp";
 
+// What a file that the program writes itself is called until it is complete, from the path or the
+// name that it will have ("\db.dxl.new").
+inline constexpr wchar_t kStageSuffix[] = L".new";
+std::wstring StageOf(std::wstring_view path);
+
 // Subfolders of an archive, in the order of their creation.
 inline constexpr wchar_t kDataFolder[] = L"\\data";
 inline constexpr wchar_t kDesignFolder[] = L"\\design";

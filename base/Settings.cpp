@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/OutputPaths.h"
+#include "base/Wipe.h"
 
 namespace larkspan {
 
@@ -20,6 +21,8 @@ Settings& MutableSettings() {
 const Settings& ProcessSettings() { return MutableSettings(); }
 
 void SetProcessSettings(Settings settings) { MutableSettings() = std::move(settings); }
+
+void WipePassword() { Wipe(MutableSettings().idPassword); }
 
 std::wstring InOutputFolder(std::wstring_view name) {
   return output::Join(ProcessSettings().outputFolder, name);

@@ -36,6 +36,9 @@ struct Settings {
 const Settings& ProcessSettings();
 void SetProcessSettings(Settings settings);
 
+// Overwrites the password of the settings. The last that happens with them.
+void WipePassword();
+
 // The path of an entry of the output folder, from its name, which begins with a backslash.
 std::wstring InOutputFolder(std::wstring_view name);
 

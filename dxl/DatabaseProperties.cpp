@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "base/OutputPaths.h"
 #include "base/Settings.h"
@@ -66,12 +67,12 @@ class PropertiesPrinter {
   }
 
   Status WriteTitles() {
-    DatabaseTitles titles;
+    DatabaseInformation information;
     const Status status =
-        Logged(L"Error retrieving database info (%s)", GetDatabaseTitles(database_, titles));
+        Logged(L"Error retrieving database info (%s)", information.Get(database_));
     if (!status.ok()) return status;
-    printer_.PushAttribute("title", ToUtf8(titles.title).c_str());
-    const std::string categories = ToUtf8(titles.categories);
+    printer_.PushAttribute("title", ToUtf8(information.Title()).c_str());
+    const std::string categories = ToUtf8(information.Categories());
     if (!categories.empty()) printer_.PushAttribute("categories", categories.c_str());
     return status;
   }
@@ -130,8 +131,17 @@ class PropertiesPrinter {
     PushFormatted(printer_, attribute, "%.17g", number);
   }
 
+  // Control characters and the two code points that are no characters have no place in XML: each
+  // becomes a space.
   static std::string ToUtf8(const std::string& text) {
-    return NotesToUtf8(text, kMaxAttributeBytes);
+    std::string utf8 = NotesToUtf8(text, kMaxAttributeBytes);
+    ReplaceControlCharacters(utf8);
+    for (const std::string_view noCharacter : {"\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+      for (std::size_t at; (at = utf8.find(noCharacter)) != std::string::npos;) {
+        utf8.replace(at, noCharacter.size(), " ");
+      }
+    }
+    return utf8;
   }
 
   const Database& database_;

@@ -7,8 +7,8 @@
 namespace larkspan {
 
 // Writes db.dxl into the output folder. Returns the status of the first operation of the library
-// that failed, or a code of notes/StatusCodes.h when the file could not be written; either is
-// logged, and an earlier db.dxl stays as it was.
+// that failed, and leaves an earlier db.dxl as it was, or kOutputNotWritten when the file could not
+// be written (see XmlDocument::Save); either is logged.
 Status ExportDatabaseProperties(const Database& database);
 
 }  // namespace larkspan

@@ -1,6 +1,13 @@
-// How a document gets to its final name: it is printed into a temporary file without a name, copied
-// as text into temp.tmp when it is complete, and temp.tmp is moved. A failure at any step leaves
-// what stood under the final name.
+// How a document gets to its final name:
+//   1. It is printed into a temporary file without a name.
+//   2. When it is complete it is copied, as text, to a stage beside the final name.
+//   3. The stage takes the final name in one step, in place of an earlier file.
+//   4. Where there can be no stage, or it may not take the name (a reader holds the earlier file),
+//   the
+//      document is copied straight to the final name.
+// A copy that fails half way is deleted. So a file under its final name is whole, but for a process
+// that is ended within step 4. Nothing is tried twice: what refuses a stage or a name is no lock
+// that passes.
 #include "dxl/XmlDocument.h"
 
 #include <algorithm>
@@ -9,7 +16,7 @@
 #include <utility>
 
 #include "base/FileSystem.h"
-#include "dxl/StagedFile.h"
+#include "base/OutputPaths.h"
 #include "notes/StatusCodes.h"
 #include "report/RunLog.h"
 
@@ -41,28 +48,34 @@ XmlDocument::XmlDocument()
   printer_.PushDeclaration("xml version='1.0' encoding='utf-8'");
 }
 
-Status XmlDocument::CopyToStagedFile() {
-  if (!file_ || !file_system::Flush(file_.get())) return kOutputNotWritten;
+bool XmlDocument::IsPrinted() const { return file_ != nullptr && file_system::Flush(file_.get()); }
+
+XmlDocument::Copy XmlDocument::CopyTo(const std::wstring& path) {
+  file_system::UniqueFile target = file_system::Open(path, L"w");
+  if (!target) return Copy::kRefused;
   std::rewind(file_.get());
-  file_system::UniqueFile staged = file_system::Open(StagedFilePath(), L"w");
-  if (!staged) return kOutputNotWritten;
-  const bool copied = CopyText(file_.get(), staged.get());
-  const bool closed = file_system::Close(std::move(staged));
-  if (copied && closed) return Status();
-  DeleteStagedFile();
-  return kOutputNotWritten;
+  const bool copied = CopyText(file_.get(), target.get());
+  const bool closed = file_system::Close(std::move(target));
+  if (copied && closed) return Copy::kComplete;
+  file_system::Delete(path);
+  return Copy::kFailed;
 }
 
-Status XmlDocument::Place(const std::wstring& path) {
-  if (const Status status = ClearStagedFile(); !status.ok()) return status;
-  if (const Status status = CopyToStagedFile(); !status.ok()) return status;
-  return PlaceStagedFile(path, file_system::Earlier::kIsReplaced);
+bool XmlDocument::Place(const std::wstring& path) {
+  const std::wstring stage = output::StageOf(path);
+  const Copy copy = CopyTo(stage);
+  if (copy == Copy::kFailed) return false;
+  if (copy == Copy::kComplete) {
+    if (file_system::Move(stage, path, file_system::Earlier::kIsReplaced)) return true;
+    file_system::Delete(stage);
+  }
+  return CopyTo(path) == Copy::kComplete;
 }
 
 Status XmlDocument::Save(const std::wstring& path) {
-  const Status status = Place(path);
-  if (!status.ok()) LogWarning(L"Unable to write %s", path.c_str());
-  return status;
+  if (IsPrinted() && Place(path)) return Status();
+  LogWarning(L"Unable to write %s", path.c_str());
+  return kOutputNotWritten;
 }
 
 }  // namespace larkspan

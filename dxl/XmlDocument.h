@@ -28,12 +28,16 @@ class XmlDocument {
 
   // Copies the document, which must be complete, to its final path, where it replaces an earlier
   // file; every line feed becomes carriage return and line feed. On failure, which is logged,
-  // returns one of the codes of notes/StatusCodes.h, and an earlier file stays as it was.
+  // returns kOutputNotWritten; an earlier file then stays as it was, unless it had to be written
+  // over and could not be written in full: then there is none.
   Status Save(const std::wstring& path);
 
  private:
-  Status CopyToStagedFile();
-  Status Place(const std::wstring& path);
+  enum class Copy { kComplete, kRefused, kFailed };
+
+  bool IsPrinted() const;
+  Copy CopyTo(const std::wstring& path);
+  bool Place(const std::wstring& path);
 
   file_system::UniqueFile file_;
   tinyxml2::XMLPrinter printer_;

@@ -40,7 +40,9 @@ void AuditSize(const wchar_t* label, const std::string& databasePath) {
 }  // namespace
 
 void AuditDatabase(const Database& database) {
-  const DatabaseLocation location = GetDatabaseLocation(database);
+  DatabaseLocation location;
+  const Status status = GetDatabaseLocation(database, location);
+  if (!status.ok()) LogStatus(LogLevel::kWarning, L"Unable to read database location (%s)", status);
   const std::wstring server = TranslateForAudit(location.server);
   const std::wstring file = TranslateForAudit(location.file);
   Audit(L"Archive database server: %s\n", server.c_str());

@@ -14,9 +14,10 @@
 #include <utility>
 
 #include "base/FileSystem.h"
+#include "base/LineEnds.h"
 #include "base/OutputPaths.h"
 #include "base/Settings.h"
-#include "dxl/StagedFile.h"
+#include "export/StagedFile.h"
 #include "notes/DxlExporter.h"
 #include "notes/StatusCodes.h"
 #include "report/RunLog.h"
@@ -28,20 +29,36 @@ namespace {
 // temp.tmp without the backslash, as messages name it.
 constexpr const wchar_t* kBareName = output::kTemporary + 1;
 
-// Unbuffered, so that a full disk shows in the number of bytes written.
+// How many bytes of the chunk are in the first bytes of it with its line ends.
+std::size_t BytesBeforeLineEnds(std::string_view chunk, std::size_t linesWritten) {
+  std::size_t taken = 0;
+  for (std::size_t place = 0; taken < chunk.size(); ++taken) {
+    place += chunk[taken] == '\n' ? 2 : 1;
+    if (place > linesWritten) break;
+  }
+  return taken;
+}
+
+// In binary mode and without a buffer, a chunk with its line ends is one write of the system, in
+// which a full disk shows. In text mode it would be one for every 2 KB.
 bool AppendChunk(std::string_view chunk) {
-  file_system::UniqueFile file = file_system::Open(StagedFilePath(), L"a");
+  file_system::UniqueFile file = file_system::Open(StagedFilePath(), L"ab");
   if (!file) {
     LogDebug(L"Unable to open temp file for writing: %s", kBareName);
     return false;
   }
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  const std::size_t written = file_system::Write(file.get(), chunk);
+  const std::string lines = WithCarriageReturns(chunk);
+  const std::size_t linesWritten = file_system::Write(file.get(), lines);
+  const std::size_t written = BytesBeforeLineEnds(chunk, linesWritten);
   if (written < chunk.size()) {
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
              static_cast<unsigned int>(chunk.size()), kBareName);
   }
-  return file_system::Close(std::move(file)) && written == chunk.size();
+  if (file_system::Close(std::move(file))) return written == chunk.size();
+  // The words of a write that has failed stand for the close that fails with it.
+  if (written == chunk.size()) LogDebug(L"Unable to close temp file: %s", kBareName);
+  return false;
 }
 
 // Takes the chunks of one export until one cannot be written; the others are dropped.
@@ -74,7 +91,7 @@ Status ExportToFile(std::wstring_view relativeName, Export runExport) {
     DeleteStagedFile();
     return status;
   }
-  return PlaceStagedFile(InOutputFolder(relativeName), file_system::Earlier::kStays);
+  return PlaceStagedFile(InOutputFolder(relativeName));
 }
 
 }  // namespace

@@ -73,15 +73,16 @@ bool ExportListedNote(const ExporterSet& exporters, const Database& database,
 
 bool ExportListedNotes(const ExporterSet& exporters, const Database& database, const IdTable& notes,
                        std::uint32_t resumeNoteId) {
+  bool isMarkerWritten = true;
   const ScanEnd end = ScanIds(notes, [&](std::uint32_t noteId) {
     if (noteId <= resumeNoteId) return true;
-    if (!WriteMarkerFile(noteId)) return false;
-    if (Progress(L"DOCUMENT: %08X", noteId)) {
-      DeleteMarkerFile();
-      return false;
-    }
+    isMarkerWritten = WriteMarkerFile(noteId);
+    if (!isMarkerWritten) return false;
+    if (Progress(L"DOCUMENT: %08X", noteId)) return false;
     return ExportListedNote(exporters, database, noteId);
   });
+  // After the last note, and where the walk ends early, no marker is written any more.
+  if (isMarkerWritten) DeleteLastMarkerFile();
   // Without a line the notes behind would be lost silently.
   if (end == ScanEnd::kFailed) LogError(L"Unable to read document list");
   return end == ScanEnd::kEndOfTable;

@@ -11,7 +11,6 @@
 
 #include "base/Settings.h"
 #include "dxl/DatabaseProperties.h"
-#include "dxl/StagedFile.h"
 #include "dxl/ViewExport.h"
 #include "export/DatabaseAudit.h"
 #include "export/ExporterSet.h"
@@ -39,8 +38,6 @@ class WorkerRun {
     if (settings_.archive) StartPipeMonitor();
     if (!Prepare()) return;
     if (!ExportListedNotes(exporters_, database_, notes_, resumeNoteId_)) return;
-    // After a crash on the last note no further export deletes what was left of that one.
-    DeleteStagedFile();
     AuditSizeAfter(databasePath_);
   }
 
@@ -77,7 +74,6 @@ class WorkerRun {
   }
 
   bool Open() {
-    Progress(L"Opening '%s' on '%s'", settings_.databasePath.c_str(), settings_.server.c_str());
     const Status status = OpenByPath();
     if (!status.ok()) LogStatus(LogLevel::kError, L"Error opening database (%s)", status);
     return status.ok();
@@ -85,11 +81,13 @@ class WorkerRun {
 
   Status OpenByPath() {
     if (const Status status = PathToNotes(FullPath(), databasePath_); !status.ok()) return status;
+    Progress(L"Opening '%s' on '%s'", settings_.databasePath.c_str(), settings_.server.c_str());
     return settings_.fullAccess ? OpenDatabaseFullAccess(databasePath_, database_)
                                 : OpenDatabase(databasePath_, database_);
   }
 
   bool DoOncePerDatabaseWork() {
+    DeleteLeftStages();
     AuditDatabase(database_);
     AuditSizeBefore(databasePath_);
     Progress(L"Exporting database properties");

@@ -55,6 +55,7 @@ void RunListing(const wchar_t* fileName, const List& list) {
     return;
   }
   StartAndListOrLog(file, list);
+  WipePassword();
   if (!file.Close()) LogError(L"Unable to write output file");
 }
 

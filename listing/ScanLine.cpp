@@ -2,7 +2,6 @@
 // process ends before its line.
 #include "listing/ScanLine.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
@@ -54,8 +53,7 @@ std::string TitleText(const notes_api::ItemTable& summary) {
   if (info.size() > kMaxInfoBytes) EndForBoundsViolation();
   const std::string ended(AsText(info));
   std::string title = TranslateOrEnd(ParseTitle(ended.c_str(), kTitleLimit));
-  const auto isControl = [](char byte) { return byte >= 1 && byte <= 31; };
-  std::replace_if(title.begin(), title.end(), isControl, ' ');
+  ReplaceControlCharacters(title);
   title.erase(title.find_last_not_of(' ') + 1);
   return title;
 }

@@ -43,8 +43,7 @@ Status MakeNamesList(const std::string& name, MemoryObject& list) {
 }  // namespace
 
 Status PathToNotes(std::wstring_view path, std::string& notes) {
-  notes = WideToNotes(path);
-  return notes.empty() && !path.empty() ? kPathNotTranslated : Status();
+  return WideToNotes(path, notes) ? Status() : kPathNotTranslated;
 }
 
 Status OpenDatabase(const std::string& path, Database& database) {

@@ -11,8 +11,8 @@
 namespace larkspan {
 
 // Translates a path to open, as notes/Text.h translates text. An empty path names the data
-// directory of this machine, so what the library does not translate must not be opened: that is
-// kPathNotTranslated, unless the path is empty.
+// directory of this machine, and a cut one another file, so a path that is not translated in full
+// is kPathNotTranslated.
 Status PathToNotes(std::wstring_view path, std::string& notes);
 
 // Opens a database by its path ("server!!file" or "file") as the current user.

@@ -41,16 +41,17 @@ Status GetDatabasePath(const Database& database, std::string& path) {
   return status;
 }
 
-DatabaseLocation GetDatabaseLocation(const Database& database) {
+Status GetDatabaseLocation(const Database& database, DatabaseLocation& location) {
+  location = {};
   std::string path;
-  if (!GetDatabasePath(database, path).ok()) return {};
+  if (const Status status = GetDatabasePath(database, path); !status.ok()) return status;
   PathPartBuffer port{};
   PathPartBuffer server{};
   PathPartBuffer file{};
   const Status parsed(
       notes_api::OSPathNetParse(path.c_str(), port.data(), server.data(), file.data()));
-  if (!parsed.ok()) return {};
-  return {EndedText(server), EndedText(file)};
+  if (parsed.ok()) location = {EndedText(server), EndedText(file)};
+  return parsed;
 }
 
 Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes) {
@@ -67,13 +68,16 @@ Status GetReplicaId(const Database& database, notes_api::DatabaseId& id) {
   return status;
 }
 
-Status GetDatabaseTitles(const Database& database, DatabaseTitles& titles) {
-  TextBuffer info{};
-  const Status status(notes_api::NSFDbInfoGet(database.get(), info.data()));
-  if (!status.ok()) return status;
-  titles = {ParseField(info.data(), notes_api::kInfoTitle, kFieldLimit),
-            ParseField(info.data(), notes_api::kInfoCategories, kFieldLimit)};
-  return status;
+Status DatabaseInformation::Get(const Database& database) {
+  return Status(notes_api::NSFDbInfoGet(database.get(), buffer_.data()));
+}
+
+std::string DatabaseInformation::Title() const {
+  return ParseField(buffer_.data(), notes_api::kInfoTitle, kFieldLimit);
+}
+
+std::string DatabaseInformation::Categories() const {
+  return ParseField(buffer_.data(), notes_api::kInfoCategories, kFieldLimit);
 }
 
 std::string ParseTitle(const char* info, std::uint16_t limit) {

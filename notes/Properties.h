@@ -1,6 +1,7 @@
 // What an open database tells of itself. Text is in the Notes character set.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -20,8 +21,9 @@ struct DatabaseLocation {
   std::string file;    // At most 255 bytes.
 };
 
-// Where an open database lies. A part that the library cannot tell is empty.
-DatabaseLocation GetDatabaseLocation(const Database& database);
+// Where an open database lies; both empty when the library does not tell its path or cannot split
+// it.
+Status GetDatabaseLocation(const Database& database, DatabaseLocation& location);
 
 // The current size in bytes of the database with this path, the path with which it was opened.
 Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes);
@@ -32,13 +34,18 @@ Status GetReplicaId(const Database& database, notes_api::DatabaseId& id);
 // at most 1,023.
 std::string ParseTitle(const char* info, std::uint16_t limit);
 
-struct DatabaseTitles {
-  std::string title;
-  std::string categories;
-};
+// The information of a database, as the library keeps it in one buffer.
+class DatabaseInformation {
+ public:
+  Status Get(const Database& database);
 
-// Either is empty when the database has none; each at most 1,023 bytes.
-Status GetDatabaseTitles(const Database& database, DatabaseTitles& titles);
+  // Each is parsed when it is asked for; empty when the database has none, at most 1,023 bytes.
+  std::string Title() const;
+  std::string Categories() const;
+
+ private:
+  std::array<char, 1024> buffer_{};
+};
 
 Status GetDatabaseId(const Database& database, notes_api::DatabaseId& id);
 

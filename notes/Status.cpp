@@ -10,6 +10,7 @@ namespace larkspan {
 
 std::wstring StatusText(Status status) {
   constexpr std::size_t kMaxWideBytes = 510;
+  if (status.words() != nullptr) return status.words();
   std::array<char, 255> text{};
   const std::size_t length = notes_api::OSLoadString(0, status.ErrorNumber(), text.data(),
                                                      static_cast<notes_api::WORD>(text.size()));

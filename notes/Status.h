@@ -14,6 +14,10 @@ class [[nodiscard]] Status {
   constexpr Status() = default;
   constexpr explicit Status(notes_api::STATUS code) : code_(code) {}
 
+  // A status of our own, for which the library has no words that fit. They live as long as the
+  // program.
+  constexpr Status(notes_api::STATUS code, const wchar_t* words) : code_(code), words_(words) {}
+
   constexpr bool ok() const { return code_ == 0; }
 
   // All 16 bits, the two top bits included.
@@ -25,13 +29,18 @@ class [[nodiscard]] Status {
   // Whether the error is the same, wherever it came from.
   constexpr bool IsError(Status other) const { return ErrorNumber() == other.ErrorNumber(); }
 
-  friend constexpr bool operator==(Status, Status) = default;
+  // The words of a status that brings its own; null where the library has them.
+  constexpr const wchar_t* words() const { return words_; }
+
+  friend constexpr bool operator==(Status left, Status right) { return left.code_ == right.code_; }
 
  private:
   notes_api::STATUS code_ = 0;
+  const wchar_t* words_ = nullptr;
 };
 
-// The Notes library's text for the status's error number, at most 255 characters.
+// The words of a status that brings its own, else the Notes library's text for its error number, at
+// most 255 characters.
 std::wstring StatusText(Status status);
 
 }  // namespace larkspan

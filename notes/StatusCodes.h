@@ -6,13 +6,14 @@
 
 namespace larkspan {
 
-// Our own. The library has words of its own for these numbers, which the run log shows.
+// Our own. Where no words stand here, the run log shows those that the library has for the number.
 inline constexpr Status kTemporaryFileNotDeleted{260};
 inline constexpr Status kFileNotMoved{264};
 inline constexpr Status kOutputNotWritten{270};
-inline constexpr Status kMemoryNotLocked{272};
-inline constexpr Status kPathNotTranslated{274};  // The library cannot put it into its own charset.
-inline constexpr Status kNoKeyToDecrypt{6402};    // No ID file or no password was given.
+inline constexpr Status kMemoryNotLocked{272, L"Memory of the Notes library cannot be locked"};
+inline constexpr Status kPathNotTranslated{
+    274, L"Text is too long for the Notes library or cannot be put into its characters"};
+inline constexpr Status kNoKeyToDecrypt{6402};  // No ID file or no password was given.
 inline constexpr Status kNoMailServer{0x2011};
 
 // The library's.

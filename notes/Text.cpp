@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/Wipe.h"
 #include "notes/NotesApi.h"
 
 namespace larkspan {
@@ -13,17 +14,30 @@ namespace {
 // The longest input whose length in bytes fits the library's 16 bits, in whole characters.
 constexpr std::size_t kMaxInputBytes = 0xFFFE;
 
-}  // namespace
-
-std::string WideToNotes(std::wstring_view text) {
+std::string TranslateToNotes(std::wstring_view text, std::size_t limit) {
   const std::size_t inputBytes = std::min(text.size() * sizeof(wchar_t), kMaxInputBytes);
-  std::string notes(kNotesPathCapacity - 1, '\0');
+  std::string notes(limit, '\0');
   const std::size_t written = notes_api::OSTranslate(
       notes_api::kTranslateUtf16ToNotes, reinterpret_cast<const char*>(text.data()),
-      static_cast<notes_api::WORD>(inputBytes), notes.data(),
-      static_cast<notes_api::WORD>(notes.size()));
+      static_cast<notes_api::WORD>(inputBytes), notes.data(), static_cast<notes_api::WORD>(limit));
   notes.resize(std::min(written, notes.size()));
   return notes;
+}
+
+}  // namespace
+
+bool WideToNotes(std::wstring_view text, std::string& notes) {
+  // A cut answer ends at most one character, of three bytes, before its limit. Only one that could
+  // be cut is asked for again, in full.
+  constexpr std::size_t kLongestCharacter = 3;
+  constexpr std::size_t kLimit = kNotesPathCapacity - 1;
+  notes = TranslateToNotes(text, kLimit);
+  if (notes.empty()) return text.empty();
+  if (notes.size() + kLongestCharacter <= kLimit) return true;
+  std::string whole = TranslateToNotes(text, kLimit * kLongestCharacter);
+  const bool isWhole = whole.size() == notes.size();
+  Wipe(whole);
+  return isWhole;
 }
 
 std::wstring NotesToWide(std::string_view text, std::size_t maxBytes) {

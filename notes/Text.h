@@ -17,9 +17,10 @@ inline std::string EndedText(std::span<const char> text) {
   return std::string(text.data(), strnlen(text.data(), text.size()));
 }
 
-// Translates into at most kNotesPathCapacity - 1 bytes of the Notes character set; what does not
-// fit is left out.
-std::string WideToNotes(std::wstring_view text);
+// Translates into at most kNotesPathCapacity - 1 bytes of the Notes character set. False when not
+// all of the text fits, or when the library translates a text to nothing; what came out is then of
+// no use, since it would name something else.
+bool WideToNotes(std::wstring_view text, std::string& notes);
 
 // Translates text in the Notes character set into at most maxBytes bytes of UTF-16, that is half as
 // many characters; what does not fit is left out.

@@ -15,4 +15,7 @@ std::string_view NotesToUtf8(std::string_view text, std::span<char> buffer);
 // The same into at most maxBytes bytes of a text of its own.
 std::string NotesToUtf8(std::string_view text, std::size_t maxBytes);
 
+// Makes each byte from 1 to 31 a space.
+void ReplaceControlCharacters(std::string& utf8);
+
 }  // namespace larkspan

@@ -22,7 +22,8 @@ namespace larkspan {
 namespace {
 
 constexpr int kWriteAttempts = 30;
-constexpr std::chrono::milliseconds kWritePause{1000};
+constexpr int kDeleteAttempts = 5;
+constexpr std::chrono::milliseconds kPause{1000};
 
 std::wstring MarkerPath(const RunLog& log) {
   return output::Join(log.outputFolder(), output::kMarker);
@@ -50,7 +51,7 @@ bool WriteMarkerFile(std::uint32_t noteId, const RunLog& log) {
   const auto onRetry = [&](int made) {
     log.Debug(L"Retry WriteMarkerFile (%s): %d", ErrorText(error).c_str(), made);
   };
-  if (RetryWithPause(kWriteAttempts, kWritePause, attempt, onRetry)) return true;
+  if (RetryWithPause(kWriteAttempts, kPause, attempt, onRetry)) return true;
   log.Error(L"WriteMarkerFile failed (%s)", ErrorText(error).c_str());
   DeleteMarkerFile(log);
   return false;
@@ -76,5 +77,11 @@ bool HasMarkerFile(const RunLog& log) {
 }
 
 void DeleteMarkerFile(const RunLog& log) { file_system::Delete(MarkerPath(log)); }
+
+void DeleteLastMarkerFile(const RunLog& log) {
+  const std::wstring path = MarkerPath(log);
+  const auto attempt = [&] { return file_system::Delete(path) || !HasMarkerFile(log); };
+  RetryWithPause(kDeleteAttempts, kPause, attempt, [](int) {});
+}
 
 }  // namespace larkspan

@@ -22,7 +22,13 @@ std::uint32_t ReadMarkerFile(const RunLog& log = ProcessRunLog());
 // Whether there is one, whatever it holds.
 bool HasMarkerFile(const RunLog& log = ProcessRunLog());
 
-// Deletes the file; a missing file is no error.
+// Deletes the file in one attempt, for where the next write mends what fails; a missing file is no
+// error, and nothing is reported.
 void DeleteMarkerFile(const RunLog& log = ProcessRunLog());
+
+// Deletes the file where no write follows: another program that holds it for a moment would let a
+// finished note pass for a lost one. Up to five attempts, a second apart; none for a missing file.
+// Nothing is reported.
+void DeleteLastMarkerFile(const RunLog& log = ProcessRunLog());
 
 }  // namespace larkspan

@@ -5,22 +5,10 @@
 #include <mutex>
 
 #include "base/FileSystem.h"
+#include "base/LineEnds.h"
 #include "base/Utf8.h"
 
 namespace larkspan {
-
-namespace {
-
-std::string WithCarriageReturns(std::string_view text) {
-  std::string bytes;
-  for (const char byte : text) {
-    if (byte == '\n') bytes.push_back('\r');
-    bytes.push_back(byte);
-  }
-  return bytes;
-}
-
-}  // namespace
 
 void AppendReportText(const std::wstring& path, std::wstring_view text) {
   // Wine finds the end of a file and writes there in two steps, between which another thread's text

@@ -14,7 +14,6 @@ using nlohmann::json;
 
 constexpr char kDefaultReplicaId[] = "C12583D0004D1A2B";
 constexpr std::size_t kIdDigits = 16;
-constexpr notes_api::DWORD kKilobyte = 1024;
 
 notes_api::TIMEDATE ReadId(const json& digits) {
   const auto text = digits.get<std::string>();

@@ -11,6 +11,9 @@
 
 namespace larkspan::standin {
 
+// Sizes of databases are told in these.
+inline constexpr notes_api::DWORD kKilobyte = 1024;
+
 struct AclEntry {
   std::string name;
   std::string level;

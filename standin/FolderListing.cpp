@@ -7,6 +7,7 @@
 
 #include "standin/CharacterSet.h"
 #include "standin/DatabaseInfo.h"
+#include "standin/DatabaseProperties.h"
 #include "standin/JsonValues.h"
 #include "standin/Platform.h"
 #include "standin/ReadOrReport.h"
@@ -47,7 +48,6 @@ FoundFiles FindFiles(const fs::path& folder, const fs::path& hidden) {
 // Only what the file says of itself: its size, the time of its last change and the like are
 // another thing on each machine.
 std::shared_ptr<ListedDatabase> ReadListed(const fs::path& file) {
-  constexpr double kKilobyte = 1024;
   const json from = ReadJsonFile(file);
   const DatabaseProperties properties = ReadDatabaseProperties(from, 0);
   auto database = std::make_shared<ListedDatabase>();

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "base/CountFiles.h"
+#include "base/FolderFiles.h"
 #include "base/HexNumberFile.h"
 #include "base/LocalTime.h"
 #include "base/OutputPaths.h"

@@ -1,57 +1,69 @@
-// The event travels by its handle, which the worker inherits, and by a variable that names it. The
-// worker takes both back before it runs the library, and nothing else can give the signal then.
+// The event is made before the worker and opened by it before the library's runtime runs, so that
+// neither side can come too late. One of that name that is there already was made by somebody else
+// and proves nothing.
 #include "supervision/EndSignal.h"
 
-#include <windows.h>
+#include <tlhelp32.h>
 
-#include <array>
-#include <cstdint>
-#include <cwchar>
-#include <string>
+#include "base/WideFormat.h"
 
 namespace larkspan {
 
 namespace {
 
-constexpr wchar_t kVariable[] = L"LARKSPAN_END_SIGNAL";
-
-HANDLE CreateInheritableEvent() {
-  SECURITY_ATTRIBUTES inheritable{sizeof(inheritable), nullptr, TRUE};
-  return CreateEventW(&inheritable, TRUE, FALSE, nullptr);
+// Folders can be longer than a name of an event, so the name has their hash (FNV-1a).
+std::uint64_t HashOf(const std::wstring& text) {
+  std::uint64_t hash = 14695981039346656037u;
+  for (const wchar_t unit : text) hash = (hash ^ unit) * 1099511628211u;
+  return hash;
 }
 
-bool PutIntoEnvironment(HANDLE event) {
-  const auto number = reinterpret_cast<std::uintptr_t>(event);
-  return SetEnvironmentVariableW(kVariable, std::to_wstring(number).c_str()) != 0;
+std::wstring EventName(DWORD supervisorId, const std::wstring& outputFolder,
+                       std::uint32_t resumeNoteId) {
+  return FormatWide(L"Local\\larkspan-end-%lu-%016I64X-%08X", supervisorId, HashOf(outputFolder),
+                    resumeNoteId);
 }
 
-HANDLE EventOfEnvironment() {
-  std::array<wchar_t, 24> number{};  // The digits of 64 bits and a NUL.
-  if (GetEnvironmentVariableW(kVariable, number.data(), number.size()) == 0) return nullptr;
-  return reinterpret_cast<HANDLE>(std::wcstoull(number.data(), nullptr, 10));
+HANDLE CreateNewEvent(const std::wstring& name) {
+  const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, name.c_str());
+  if (event == nullptr || GetLastError() != ERROR_ALREADY_EXISTS) return event;
+  CloseHandle(event);
+  return nullptr;
+}
+
+// 0 when the system does not tell.
+DWORD ParentProcessId() {
+  const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+  if (snapshot == INVALID_HANDLE_VALUE) return 0;
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof entry;
+  BOOL found = Process32FirstW(snapshot, &entry);
+  while (found && entry.th32ProcessID != GetCurrentProcessId()) {
+    found = Process32NextW(snapshot, &entry);
+  }
+  CloseHandle(snapshot);
+  return found ? entry.th32ParentProcessID : 0;
 }
 
 }  // namespace
 
-EndSignal::EndSignal() : event_(CreateInheritableEvent()) {
-  if (event_ == nullptr || PutIntoEnvironment(event_)) return;
-  CloseHandle(event_);
-  event_ = nullptr;
-}
+EndSignal::EndSignal(const std::wstring& outputFolder, std::uint32_t resumeNoteId)
+    : event_(CreateNewEvent(EventName(GetCurrentProcessId(), outputFolder, resumeNoteId))) {}
 
 EndSignal::~EndSignal() {
-  if (event_ == nullptr) return;
-  SetEnvironmentVariableW(kVariable, nullptr);
-  CloseHandle(event_);
+  if (event_ != nullptr) CloseHandle(event_);
 }
 
 bool EndSignal::IsGiven() const {
   return event_ != nullptr && WaitForSingleObject(event_, 0) == WAIT_OBJECT_0;
 }
 
-EndSignalGiver::EndSignalGiver() : event_(EventOfEnvironment()) {
-  SetEnvironmentVariableW(kVariable, nullptr);
-  if (event_ != nullptr && !SetHandleInformation(event_, HANDLE_FLAG_INHERIT, 0)) event_ = nullptr;
+EndSignalGiver::EndSignalGiver(const std::wstring& outputFolder, std::uint32_t resumeNoteId)
+    : event_(OpenEventW(EVENT_MODIFY_STATE, FALSE,
+                        EventName(ParentProcessId(), outputFolder, resumeNoteId).c_str())) {}
+
+EndSignalGiver::~EndSignalGiver() {
+  if (event_ != nullptr) CloseHandle(event_);
 }
 
 void EndSignalGiver::Give() const {

@@ -12,8 +12,10 @@
 #include <chrono>
 #include <ctime>
 
-#include "base/Pause.h"
+#include "base/FileSystem.h"
 #include "base/NoteId.h"
+#include "base/OutputPaths.h"
+#include "base/Pause.h"
 #include "base/WideFormat.h"
 #include "report/MarkerFile.h"
 #include "supervision/AuditBlocks.h"
@@ -60,12 +62,13 @@ std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& command
   log.Debug(L"Top of Archive Main Loop with nid %08X", noteId);
   if (noteId != 0) log.Warning(L"Major: Incomplete run detected for note id %08X", noteId);
   log.Debug(L"Invoking child process");
-  const WorkerEnding ending = launcher.RunToEnd(WorkerCommandLine(commandLine, noteId));
+  const EndSignal signal(log.outputFolder(), noteId);
+  const WorkerEnding ending = launcher.RunToEnd(WorkerCommandLine(commandLine, noteId), signal);
   LogEnding(ending, log);
   log.Debug(L"Child process complete");
   log.Debug(L"Checking for marker file");
   const std::uint32_t markedNoteId = ReadMarkerFile(log);
-  DeleteMarkerFile(log);
+  DeleteLastMarkerFile(log);
   if (markedNoteId == kNoNoteId) LogEndOutsideANote(ending, log);
   return markedNoteId;
 }
@@ -97,9 +100,11 @@ void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, co
   const std::time_t startTime = std::time(nullptr);
   WriteAuditBegin(startTime, log);
   // One that an earlier run left behind would be taken for the first worker's.
-  DeleteMarkerFile(log);
+  DeleteLastMarkerFile(log);
   RunWorkers(launcher, commandLine, log);
   log.Debug(L"End of Archive Main Loop");
+  // What a worker that died on a note left of it is deleted by the next export. There may be none.
+  file_system::Delete(output::Join(log.outputFolder(), output::kTemporary));
   WriteAuditEnd(startTime, log);
 }
 

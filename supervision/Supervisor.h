@@ -1,6 +1,7 @@
 // What the process that the user starts does: it runs export workers, one after another, until the
 // export is complete or one note ID has failed three times in a row. It never opens the database.
-// It works on the folder that it is given, whatever the settings of this process are.
+// It works on the folder that it is given, whatever the settings of this process are, so that one
+// process can supervise several exports, each on a thread of its own.
 #pragma once
 
 #include <cstdint>

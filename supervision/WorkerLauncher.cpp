@@ -7,17 +7,20 @@
 #include <array>
 #include <utility>
 
-#include "supervision/EndSignal.h"
-
 namespace larkspan {
 
 namespace {
 
+// The longest that the system takes, its NUL left out. A longer one could lose its end, and with it
+// the note ID that makes the new process a worker.
+constexpr std::size_t kMaxCommandLine = 32766;
+
+// Whole or empty: a cut path could be that of another program.
 std::wstring OwnPath() {
   constexpr DWORD kMaxPathLength = 261;
   std::array<wchar_t, kMaxPathLength + 1> path{};
-  GetModuleFileNameW(nullptr, path.data(), kMaxPathLength);
-  return path.data();
+  const DWORD length = GetModuleFileNameW(nullptr, path.data(), kMaxPathLength + 1);
+  return length <= kMaxPathLength ? std::wstring(path.data(), length) : std::wstring();
 }
 
 WorkerEnding WaitForEnd(const PROCESS_INFORMATION& process, const EndSignal& signal) {
@@ -37,10 +40,12 @@ ProcessLauncher::ProcessLauncher() : ProcessLauncher(OwnPath()) {}
 
 ProcessLauncher::ProcessLauncher(std::wstring program) : program_(std::move(program)) {}
 
-WorkerEnding ProcessLauncher::RunToEnd(const std::wstring& commandLine) {
+WorkerEnding ProcessLauncher::RunToEnd(const std::wstring& commandLine, const EndSignal& signal) {
   constexpr BOOL kInheritHandles = TRUE;
+  if (program_.empty() || commandLine.size() > kMaxCommandLine) {
+    return {WorkerEnding::Kind::kNotCreated, ERROR_FILENAME_EXCED_RANGE};
+  }
   std::wstring writableCommandLine = commandLine;
-  const EndSignal signal;
   STARTUPINFOW startup{};
   PROCESS_INFORMATION process{};
   const BOOL created =

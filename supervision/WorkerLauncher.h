@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "supervision/EndSignal.h"
+
 namespace larkspan {
 
 // The ways in which a worker can end, as the supervisor sees them.
@@ -23,8 +25,11 @@ class WorkerLauncher {
  public:
   virtual ~WorkerLauncher() = default;
 
-  // Starts this program again with the command line and waits, without a limit, until it ends.
-  virtual WorkerEnding RunToEnd(const std::wstring& commandLine) = 0;
+  // Starts this program again with the command line and waits, without a limit, until it ends. A
+  // command line, or a path of the program, that is too long for the system to be handed on whole
+  // is not started: kNotCreated with ERROR_FILENAME_EXCED_RANGE. The signal is the one that this
+  // worker gives.
+  virtual WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal& signal) = 0;
 };
 
 // Starts real processes, which inherit this process's inheritable handles, its environment, its
@@ -37,7 +42,7 @@ class ProcessLauncher : public WorkerLauncher {
   // Starts that file.
   explicit ProcessLauncher(std::wstring program);
 
-  WorkerEnding RunToEnd(const std::wstring& commandLine) override;
+  WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal& signal) override;
 
  private:
   std::wstring program_;

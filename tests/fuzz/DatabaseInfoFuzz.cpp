@@ -104,10 +104,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::memcpy(fuzz::spaceNumbers, input.data(), fuzz::kNumbers);
   const Bytes info = input.subspan(fuzz::kNumbers);
   fuzz::infoBytes = info.first(std::min(info.size(), fuzz::kMostInfo));
-  DatabaseTitles titles;
-  fuzz::Require(GetDatabaseTitles(Database(), titles).ok(), "the titles are got");
-  fuzz::CheckTitle(titles.title, notes_api::kInfoTitle);
-  fuzz::CheckTitle(titles.categories, notes_api::kInfoCategories);
+  DatabaseInformation information;
+  fuzz::Require(information.Get(Database()).ok(), "the information is got");
+  fuzz::CheckTitle(information.Title(), notes_api::kInfoTitle);
+  fuzz::CheckTitle(information.Categories(), notes_api::kInfoCategories);
   fuzz::CheckSpaceUsage();
   return 0;
 }

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "base/ByteReader.h"
-#include "tests/xml/Xml.h"
+#include "tests/support/xml/Xml.h"
 
 namespace larkspan::fuzz {
 

@@ -40,6 +40,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::UseOutputFolder();
   const std::string_view bytes = fuzz::TextIn(fuzz::InputBytes(data, size));
   fuzz::WriteOutputFile(output::kLog, bytes);
-  fuzz::CheckCounts(CountLoggedDocuments(ProcessSettings().outputFolder), fuzz::TextModeContent(bytes));
+  fuzz::CheckCounts(CountLoggedDocuments(ProcessSettings().outputFolder),
+                    fuzz::TextModeContent(bytes));
   return 0;
 }

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 

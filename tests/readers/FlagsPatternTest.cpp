@@ -9,17 +9,17 @@ namespace larkspan {
 
 namespace {
 
-struct Case {
+struct FlagsCase {
   std::string_view flags;
   std::string_view pattern;
   bool matches;
 };
 
-void PrintTo(const Case& test, std::ostream* out) {
+void PrintTo(const FlagsCase& test, std::ostream* out) {
   *out << test.flags << " against " << test.pattern;
 }
 
-class FlagsPatternTest : public testing::TestWithParam<Case> {};
+class FlagsPatternTest : public testing::TestWithParam<FlagsCase> {};
 
 TEST_P(FlagsPatternTest, MatchesAsItsGroupsSay) {
   const auto& [flags, pattern, matches] = GetParam();
@@ -28,35 +28,37 @@ TEST_P(FlagsPatternTest, MatchesAsItsGroupsSay) {
 
 INSTANTIATE_TEST_SUITE_P(
     Views, FlagsPatternTest,
-    testing::Values(Case{"", kViewPattern, true}, Case{"Y", kViewPattern, true},
-                    Case{"PY", kViewPattern, true}, Case{"f", kViewPattern, true},
-                    Case{"F", kViewPattern, false}, Case{"YG", kViewPattern, false},
-                    Case{"4", kViewPattern, false}, Case{"0", kViewPattern, false},
-                    Case{"n", kViewPattern, false}, Case{"Y^", kViewPattern, false},
-                    Case{"-", kViewPattern, true}));
+    testing::Values(FlagsCase{"", kViewPattern, true}, FlagsCase{"Y", kViewPattern, true},
+                    FlagsCase{"PY", kViewPattern, true}, FlagsCase{"f", kViewPattern, true},
+                    FlagsCase{"F", kViewPattern, false}, FlagsCase{"YG", kViewPattern, false},
+                    FlagsCase{"4", kViewPattern, false}, FlagsCase{"0", kViewPattern, false},
+                    FlagsCase{"n", kViewPattern, false}, FlagsCase{"Y^", kViewPattern, false},
+                    FlagsCase{"-", kViewPattern, true}));
 
 INSTANTIATE_TEST_SUITE_P(
     Folders, FlagsPatternTest,
-    testing::Values(Case{"F", kFolderPattern, true}, Case{"YF", kFolderPattern, true},
-                    Case{"FG^", kFolderPattern, true}, Case{"", kFolderPattern, false},
-                    Case{"f", kFolderPattern, false}, Case{"F0", kFolderPattern, false},
-                    Case{"4F", kFolderPattern, false}, Case{"Fn", kFolderPattern, false}));
+    testing::Values(FlagsCase{"F", kFolderPattern, true}, FlagsCase{"YF", kFolderPattern, true},
+                    FlagsCase{"FG^", kFolderPattern, true}, FlagsCase{"", kFolderPattern, false},
+                    FlagsCase{"f", kFolderPattern, false}, FlagsCase{"F0", kFolderPattern, false},
+                    FlagsCase{"4F", kFolderPattern, false},
+                    FlagsCase{"Fn", kFolderPattern, false}));
 
 INSTANTIATE_TEST_SUITE_P(
     Groups, FlagsPatternTest,
-    testing::Values(Case{"", "", true}, Case{"A", "B", true}, Case{"", "(", true},
-                    Case{"AB", "*AB", true}, Case{"A", "*AB", false}, Case{"BA", "*AB", true},
-                    Case{"B", "+AB", true}, Case{"", "+AB", false}, Case{"C", "+AB", false},
-                    Case{"C", "-AB", true}, Case{"B", "-AB", false},
-                    // What a letter decides, no later one of its group takes back.
-                    Case{"B", "*AB", false}, Case{"A", "+AB", true}, Case{"A", "-AB", false},
-                    // An empty "+" group fits only when "-" follows at once.
-                    Case{"", "+", false}, Case{"", "+*", false}, Case{"", "+-", true},
-                    Case{"A", "+", false},
-                    // A letter behind "+-" belongs to the "-" group.
-                    Case{"A", "+-A", false}, Case{"B", "+-A", true},
-                    // A group that opens again begins anew.
-                    Case{"B", "*A*B", true}, Case{"A", "-A-B", true}, Case{"A", "+A+B", false}));
+    testing::Values(
+        FlagsCase{"", "", true}, FlagsCase{"A", "B", true}, FlagsCase{"", "(", true},
+        FlagsCase{"AB", "*AB", true}, FlagsCase{"A", "*AB", false}, FlagsCase{"BA", "*AB", true},
+        FlagsCase{"B", "+AB", true}, FlagsCase{"", "+AB", false}, FlagsCase{"C", "+AB", false},
+        FlagsCase{"C", "-AB", true}, FlagsCase{"B", "-AB", false},
+        // What a letter decides, no later one of its group takes back.
+        FlagsCase{"B", "*AB", false}, FlagsCase{"A", "+AB", true}, FlagsCase{"A", "-AB", false},
+        // An empty "+" group fits only when "-" follows at once.
+        FlagsCase{"", "+", false}, FlagsCase{"", "+*", false}, FlagsCase{"", "+-", true},
+        FlagsCase{"A", "+", false},
+        // A letter behind "+-" belongs to the "-" group.
+        FlagsCase{"A", "+-A", false}, FlagsCase{"B", "+-A", true},
+        // A group that opens again begins anew.
+        FlagsCase{"B", "*A*B", true}, FlagsCase{"A", "-A-B", true}, FlagsCase{"A", "+A+B", false}));
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 
 #include "dxl/NumberSettings.h"
 #include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 
@@ -51,12 +52,12 @@ std::string ItemText(const ExactBytes& value) {
 
 class ItemValueTest : public ReaderTest {};
 
-struct Case {
+struct ValueCase {
   ExactBytes value;
   std::string expected;
 };
 
-void ExpectItemTexts(const std::vector<Case>& cases) {
+void ExpectItemTexts(const std::vector<ValueCase>& cases) {
   for (const auto& [value, expected] : cases) EXPECT_EQ(ItemText(value), expected);
 }
 

@@ -1,5 +1,5 @@
-// What the tests of the byte readers share: bytes laid out field by field, and what a writer
-// prints. These tests run as Windows programs and natively under sanitizers.
+// What the tests of the byte readers share: the library, and what a writer prints. These tests run
+// as Windows programs and natively under sanitizers.
 #pragma once
 
 #include <tinyxml2.h>
@@ -7,8 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/standin/StandinTest.h"
-#include "tests/support/ByteBuilder.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan {
 

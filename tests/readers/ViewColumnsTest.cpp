@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 

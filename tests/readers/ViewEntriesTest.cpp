@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "tests/readers/EntryBytes.h"
+#include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 

@@ -7,6 +7,8 @@
 
 #include "dxl/NumberSettings.h"
 #include "tests/readers/EntryBytes.h"
+#include "tests/readers/ReaderTest.h"
+#include "tests/support/ByteBuilder.h"
 
 namespace larkspan {
 

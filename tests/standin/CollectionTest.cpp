@@ -1,6 +1,6 @@
 // The indexes of views.
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,6 +1,6 @@
 // What an open database tells of itself.
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,5 +1,5 @@
 // Opening databases, and what they tell of themselves.
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

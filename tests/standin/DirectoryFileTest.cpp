@@ -1,12 +1,12 @@
 // What directory.json may say.
 #include "tests/standin/DirectorySearching.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
 namespace {
 
-constexpr STATUS kDamaged = 554;
+constexpr STATUS kDamagedDirectory = 554;
 
 class DirectoryFiles : public StandinTest {
  protected:
@@ -97,7 +97,7 @@ TEST_F(DirectoryFiles, HoldSummariesOfUpTo65535Bytes) {
     return R"({"items": {"A": {"text": ")" + std::string(textBytes, 'x') + R"("}}})";
   };
   EXPECT_EQ(EntryWith(entryOf(65524)).match.summaryLength, 65535);
-  EXPECT_EQ(OpenWith(R"({"entries": [)" + entryOf(65525) + "]}"), kDamaged);
+  EXPECT_EQ(OpenWith(R"({"entries": [)" + entryOf(65525) + "]}"), kDamagedDirectory);
 }
 
 TEST_F(DirectoryFiles, ThatMakeNoSenseDoNotOpen) {
@@ -107,7 +107,7 @@ TEST_F(DirectoryFiles, ThatMakeNoSenseDoNotOpen) {
         R"({"entries": [{"matchBytes": "01 02"}]})", R"({"entries": [{"folder": 1}]})",
         R"({"entries": [{"items": {"$Path": "a.nsf"}}]})",
         R"({"entries": [{"items": {"$Path": {"txt": "a.nsf"}}}]})"}) {
-    EXPECT_EQ(OpenWith(json), kDamaged) << json;
+    EXPECT_EQ(OpenWith(json), kDamagedDirectory) << json;
   }
   EXPECT_EQ(OpenWith("{}"), 0);
 }

@@ -1,7 +1,7 @@
 #include "tests/standin/DirectorySearching.h"
 
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,6 +1,6 @@
 // Ways of using directories, address books and their like that end the process.
 #include "tests/standin/DirectorySearching.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

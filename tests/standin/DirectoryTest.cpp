@@ -4,13 +4,13 @@
 
 #include "standin/StandinHooks.h"
 #include "tests/standin/DirectorySearching.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
 namespace {
 
-constexpr STATUS kMissing = 259;
+constexpr STATUS kMissingFolder = 259;
 
 class Directories : public StandinTest {
  protected:
@@ -56,10 +56,10 @@ TEST_F(Directories, OpenByAPathWithoutAFile) {
 TEST_F(Directories, ThatAreMissingDoNotOpen) {
   Start();
   DHANDLE directory = 0;
-  EXPECT_EQ(OpenDirectory("Garden!!", &directory), kMissing);
+  EXPECT_EQ(OpenDirectory("Garden!!", &directory), kMissingFolder);
   NotesTerm();
   ASSERT_EQ(TryStart("Directory=nowhere\n"), 0);
-  EXPECT_EQ(OpenDirectory("", &directory), kMissing);
+  EXPECT_EQ(OpenDirectory("", &directory), kMissingFolder);
   EXPECT_EQ(directory, 0U);
 }
 

@@ -1,6 +1,6 @@
 // The DXL that exporters write.
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/XmlChecker.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

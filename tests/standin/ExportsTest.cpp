@@ -4,7 +4,7 @@
 
 #include "standin/EntryNames.h"
 #include "tests/standin/LoadedLibrary.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

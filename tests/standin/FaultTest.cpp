@@ -2,7 +2,7 @@
 #include <chrono>
 
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

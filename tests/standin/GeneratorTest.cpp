@@ -1,5 +1,5 @@
 // Databases whose documents are made on the fly.
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

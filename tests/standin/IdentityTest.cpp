@@ -1,6 +1,6 @@
 // Identities and sealed notes.
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

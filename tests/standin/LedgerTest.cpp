@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
@@ -13,7 +13,7 @@ using nlohmann::json;
 
 json CurrentLedger() { return json::parse(StandinLedgerJson()); }
 
-STATUS LARKSPAN_NOTES_CALL Ignore(void*, SearchMatch*, ItemTable*) { return 0; }
+STATUS LARKSPAN_NOTES_CALL IgnoreMatch(void*, SearchMatch*, ItemTable*) { return 0; }
 
 class Ledgers : public StandinTest {
  protected:
@@ -102,7 +102,7 @@ TEST_F(Ledgers, HoldAllSixteenArgumentsOfASearch) {
   ASSERT_EQ(TimeLocalToGM(&local), 0);
   char title[] = "t";
   EXPECT_EQ(NSFSearchExtended3(database, 2, 3, 4, title, 16, 0x80000002, 8, 9, 10, 0x7FFF,
-                               &local.gm, Ignore, nullptr, nullptr, 16),
+                               &local.gm, IgnoreMatch, nullptr, nullptr, 16),
             0);
   const json arguments = CurrentLedger()["arguments"];
   EXPECT_EQ(arguments["NSFSearchExtended3"],

@@ -1,6 +1,6 @@
 // Ways of looking names up that end the process.
 #include "tests/standin/LookupArguments.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

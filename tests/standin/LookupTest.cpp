@@ -3,7 +3,7 @@
 
 #include "standin/StandinHooks.h"
 #include "tests/standin/LookupArguments.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
@@ -12,10 +12,10 @@ namespace {
 constexpr STATUS kNoServer = 586;
 constexpr STATUS kNoBook = 588;
 constexpr STATUS kNoNameSpace = 590;
-constexpr STATUS kDamaged = 554;
-constexpr WORD kLimit = 255;
+constexpr STATUS kDamagedBook = 554;
+constexpr WORD kMatchLimit = 255;
 
-using Texts = std::vector<std::string>;
+using TextList = std::vector<std::string>;
 using Match = std::pair<std::string, std::string>;
 
 class Lookups : public StandinTest {
@@ -34,7 +34,7 @@ class Lookups : public StandinTest {
     return status;
   }
 
-  static std::string Text(void* match, WORD item, WORD limit = kLimit) {
+  static std::string Text(void* match, WORD item, WORD limit = kMatchLimit) {
     std::string out(limit + 2U, '#');
     EXPECT_EQ(NAMEGetTextItem(match, item, 0, out.data(), limit), 0);
     EXPECT_EQ(out.back(), '#');
@@ -127,7 +127,7 @@ TEST_F(Lookups, FailWhenTheBookMakesNoSense) {
        {"no JSON", R"j({"($Servers)": [{"ServerName": 5}]})j", R"j({"($Servers)": [5]})j",
         R"j({"($Servers)": {"ServerName": "A"}})j", R"j({"($Servers)": 5})j", "[]"}) {
     WriteFile("names.json", json);
-    EXPECT_EQ(StatusOf(nullptr), kDamaged) << json;
+    EXPECT_EQ(StatusOf(nullptr), kDamagedBook) << json;
   }
 }
 

@@ -1,20 +1,20 @@
 // Distinguished names in short.
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
 namespace {
 
-constexpr STATUS kDamaged = 592;
-constexpr WORD kLimit = 255;
+constexpr STATUS kDamagedName = 592;
+constexpr WORD kNameLimit = 255;
 
 class Names : public StandinTest {
  protected:
   Names() { Start(); }
 
   // Names in UTF-8.
-  static std::string Abbreviated(const std::string& name, WORD limit = kLimit) {
+  static std::string Abbreviated(const std::string& name, WORD limit = kNameLimit) {
     std::string out(limit + 2U, '#');
     WORD length = 0;
     EXPECT_EQ(DNAbbreviate(0, nullptr, ToNotes(std::string_view(name)).c_str(), out.data(), limit,
@@ -27,8 +27,8 @@ class Names : public StandinTest {
   }
 
   static STATUS StatusFor(const char* name) {
-    char out[kLimit + 1] = {};
-    return DNAbbreviate(0, nullptr, name, out, kLimit, nullptr);
+    char out[kNameLimit + 1] = {};
+    return DNAbbreviate(0, nullptr, name, out, kNameLimit, nullptr);
   }
 };
 
@@ -55,9 +55,9 @@ TEST_F(Names, MayHoldCharactersWhoseBytesLookLikeSigns) {
 }
 
 TEST_F(Names, ThatAreDamagedGiveAStatus) {
-  EXPECT_EQ(StatusFor("CN=Two=Signs/O=Example"), kDamaged);
-  EXPECT_EQ(StatusFor("CN=Mill/=Example"), kDamaged);
-  EXPECT_EQ(StatusFor("=Mill"), kDamaged);
+  EXPECT_EQ(StatusFor("CN=Two=Signs/O=Example"), kDamagedName);
+  EXPECT_EQ(StatusFor("CN=Mill/=Example"), kDamagedName);
+  EXPECT_EQ(StatusFor("=Mill"), kDamagedName);
   EXPECT_EQ(StatusFor("CN=Mill/O=Example"), 0);
 }
 

@@ -1,6 +1,6 @@
 // Ways of reading a view, or of asking a database, that end the process.
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -3,26 +3,26 @@
 #include <set>
 
 #include "tests/standin/DirectorySearching.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
 namespace {
 
-using Texts = std::multiset<std::string>;
+using TextSet = std::multiset<std::string>;
 
 class SampleDirectories : public StandinTest {
  protected:
   SampleDirectories() { StartWithSamples(); }
 
   // All texts of both items that are not empty, in UTF-8.
-  static Texts LookUp(const char* server, const char* nameSpace, const std::string& item) {
+  static TextSet LookUp(const char* server, const char* nameSpace, const std::string& item) {
     DHANDLE handle = 0;
     EXPECT_EQ(NAMELookup(server, 1, 1, nameSpace, 1, "", 2, (item + '\0').c_str(), &handle), 0);
     void* const result = OSLockObject(handle);
     WORD count = 0;
     void* const name = NAMELocateNextName(result, nullptr, &count);
-    Texts texts;
+    TextSet texts;
     for (void* match = nullptr; (match = NAMELocateNextMatch(result, name, match)) != nullptr;) {
       for (const WORD index : {0, 1}) {
         char text[256] = {};
@@ -76,18 +76,18 @@ TEST_F(SampleDirectories, OverlongOneGivesAWellDatabaseFirst) {
 TEST_F(SampleDirectories, BooksNameServersTwiceAndWithoutNames) {
   EXPECT_EQ(
       LookUp(nullptr, "$Connections", "Destination"),
-      (Texts{"Garden", "CN=Mill/OU=West/O=Example", "CN=Glashäuser/O=Garten", "alder", "Zinnia",
-             "CN=Mill 9/O=Example", "CN=Mill 10/O=Example", "CN=Nameless/O=Example"}));
+      (TextSet{"Garden", "CN=Mill/OU=West/O=Example", "CN=Glashäuser/O=Garten", "alder", "Zinnia",
+               "CN=Mill 9/O=Example", "CN=Mill 10/O=Example", "CN=Nameless/O=Example"}));
   EXPECT_EQ(LookUp("Garden", "($Servers)", "ServerName"),
-            (Texts{"CN=Mill/OU=West/O=Example", "CN=Garden", "CN=Ölmühle/O=Garten",
-                   "CN=Mill/OU=East/O=Example", "CN=Mill", "Zinnia", "CN=Arboretum/O=Garten",
-                   "CN=Also Nameless/O=Garten"}));
+            (TextSet{"CN=Mill/OU=West/O=Example", "CN=Garden", "CN=Ölmühle/O=Garten",
+                     "CN=Mill/OU=East/O=Example", "CN=Mill", "Zinnia", "CN=Arboretum/O=Garten",
+                     "CN=Also Nameless/O=Garten"}));
 }
 
 TEST_F(SampleDirectories, BookOfTheGreenhousesHasADamagedName) {
   const std::string server = ToNotes(std::u16string_view(u"Glashäuser"));
   EXPECT_EQ(LookUp(server.c_str(), "($Servers)", "ServerName"),
-            (Texts{"CN=Glashäuser/O=Garten", "CN=Two=Signs/O=Garten"}));
+            (TextSet{"CN=Glashäuser/O=Garten", "CN=Two=Signs/O=Garten"}));
 }
 
 TEST_F(SampleDirectories, ConfigurationNamesAMailServerThatHasABook) {

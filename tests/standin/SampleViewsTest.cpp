@@ -1,8 +1,8 @@
 // The views of the sample databases do what they are there for.
 #include <algorithm>
 
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -2,19 +2,19 @@
 #include <set>
 
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
 namespace {
 
-struct Found {
+struct FoundNotes {
   std::vector<NOTEID> live;
   std::size_t stubs = 0;
 };
 
-STATUS LARKSPAN_NOTES_CALL Remember(void* context, SearchMatch* match, ItemTable*) {
-  auto* const found = static_cast<Found*>(context);
+STATUS LARKSPAN_NOTES_CALL RememberNote(void* context, SearchMatch* match, ItemTable*) {
+  auto* const found = static_cast<FoundNotes*>(context);
   if ((match->noteClass & 0x8000) != 0) {
     ++found->stubs;
   } else {
@@ -23,10 +23,10 @@ STATUS LARKSPAN_NOTES_CALL Remember(void* context, SearchMatch* match, ItemTable
   return 0;
 }
 
-Found Search(DHANDLE database, WORD classMask) {
-  Found found;
+FoundNotes Search(DHANDLE database, WORD classMask) {
+  FoundNotes found;
   EXPECT_EQ(NSFSearchExtended3(database, 0, 0, 0, nullptr, 0x10, 0, 0, 0, 0, classMask, nullptr,
-                               Remember, &found, nullptr, 0),
+                               RememberNote, &found, nullptr, 0),
             0);
   return found;
 }
@@ -56,7 +56,7 @@ class Samples : public StandinTest {
 }  // namespace
 
 TEST_F(Samples, PlantRegisterHasDozensOfNotesAndSomeStubs) {
-  const Found all = Search(Open("sample.nsf"), 0x7FFF);
+  const FoundNotes all = Search(Open("sample.nsf"), 0x7FFF);
   EXPECT_EQ(all.live.size(), 55U);
   EXPECT_EQ(all.stubs, 4U);
 }
@@ -89,13 +89,13 @@ TEST_F(Samples, DatabasesOnServersOpenByNetworkPath) {
 }
 
 TEST_F(Samples, EmptyDatabaseHasNothing) {
-  const Found all = Search(Open("empty.nsf"), 0x7FFF);
+  const FoundNotes all = Search(Open("empty.nsf"), 0x7FFF);
   EXPECT_TRUE(all.live.empty());
   EXPECT_EQ(all.stubs, 0U);
 }
 
 TEST_F(Samples, BigDatabaseHasAHundredThousandDocuments) {
-  const Found all = Search(Open("big.nsf"), 0x7FFF);
+  const FoundNotes all = Search(Open("big.nsf"), 0x7FFF);
   EXPECT_EQ(std::set<NOTEID>(all.live.begin(), all.live.end()).size(), 100000U);
 }
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
@@ -37,7 +37,7 @@ struct Hits {
   }
 };
 
-STATUS LARKSPAN_NOTES_CALL Remember(void* context, SearchMatch* match, ItemTable* summary) {
+STATUS LARKSPAN_NOTES_CALL RememberMatch(void* context, SearchMatch* match, ItemTable* summary) {
   auto* const hits = static_cast<Hits*>(context);
   EXPECT_EQ(summary->length, match->summaryLength);
   hits->matches.push_back(*match);
@@ -56,7 +56,7 @@ class Searches : public StandinTest {
 
   STATUS Run(WORD classMask, TIMEDATE* since, Hits* hits) const {
     return NSFSearchExtended3(database_, 0, 0, 0, nullptr, 0x10, 0, 0, 0, 0, classMask, since,
-                              Remember, hits, nullptr, 0);
+                              RememberMatch, hits, nullptr, 0);
   }
 
  private:

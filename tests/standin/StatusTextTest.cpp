@@ -1,7 +1,7 @@
 // The words of statuses.
 #include <set>
 
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -2,7 +2,7 @@
 #include <fstream>
 #include <thread>
 
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,5 +1,5 @@
 // Paths and comparison of texts.
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,7 +1,7 @@
 // Translation between the Notes character set, UTF-16 and UTF-8.
 #include <string>
 
-#include "tests/standin/StandinTest.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
@@ -35,7 +35,7 @@ const Pair kPairs[] = {
     {u"a\u00E4b", "a\x01\xE4"s + "b"},
 };
 
-std::string Bytes(std::u16string_view text) {
+std::string Utf16Bytes(std::u16string_view text) {
   std::string bytes;
   for (const char16_t unit : text) {
     bytes += static_cast<char>(unit & 0xFF);
@@ -57,23 +57,23 @@ class Translation : public StandinTest {};
 
 TEST_F(Translation, WritesEveryRangeAsTheNotesCharacterSetDoes) {
   for (const Pair& pair : kPairs) {
-    EXPECT_EQ(Translate(kTranslateUtf16ToNotes, Bytes(pair.utf16)), pair.notes);
+    EXPECT_EQ(Translate(kTranslateUtf16ToNotes, Utf16Bytes(pair.utf16)), pair.notes);
   }
 }
 
 TEST_F(Translation, ReadsEveryRangeBack) {
   for (const Pair& pair : kPairs) {
-    EXPECT_EQ(Translate(kTranslateNotesToUtf16, pair.notes), Bytes(pair.utf16));
+    EXPECT_EQ(Translate(kTranslateNotesToUtf16, pair.notes), Utf16Bytes(pair.utf16));
   }
 }
 
 TEST_F(Translation, EveryUnitSurvivesButThoseThatShareTheirBytes) {
   for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit) {
-    const std::string bytes = Bytes(std::u16string(1, static_cast<char16_t>(unit)));
+    const std::string bytes = Utf16Bytes(std::u16string(1, static_cast<char16_t>(unit)));
     const std::string notes = Translate(kTranslateUtf16ToNotes, bytes, 3);
     const bool shares = unit > 0xF600 && unit <= 0xF6FF;
     const auto expected = static_cast<char16_t>(shares ? (unit & 0xFF) << 8 : unit);
-    ASSERT_EQ(Translate(kTranslateNotesToUtf16, notes, 2), Bytes(std::u16string(1, expected)))
+    ASSERT_EQ(Translate(kTranslateNotesToUtf16, notes, 2), Utf16Bytes(std::u16string(1, expected)))
         << unit;
     ASSERT_TRUE(unit == 0 || notes.find('\0') == std::string::npos) << unit;
   }
@@ -89,7 +89,7 @@ TEST_F(Translation, TurnsUnpairedSurrogatesIntoReplacementsInUtf8Only) {
   const std::string low = "\x14\xDF\x3C";
   EXPECT_EQ(Translate(kTranslateNotesToUtf8, high + "x"), "\xEF\xBF\xBDx");
   EXPECT_EQ(Translate(kTranslateNotesToUtf8, low + high), "\xEF\xBF\xBD\xEF\xBF\xBD");
-  EXPECT_EQ(Translate(kTranslateNotesToUtf16, high), Bytes(std::u16string{0xD83C}));
+  EXPECT_EQ(Translate(kTranslateNotesToUtf16, high), Utf16Bytes(std::u16string{0xD83C}));
 }
 
 TEST_F(Translation, ReplacesWhatIsNoText) {
@@ -102,7 +102,7 @@ TEST_F(Translation, ReplacesWhatIsNoText) {
 }
 
 TEST_F(Translation, NeverSplitsACharacterAtTheLimit) {
-  const std::string flower = Bytes(u"\U0001F33C");
+  const std::string flower = Utf16Bytes(u"\U0001F33C");
   const std::string notes = Translate(kTranslateUtf16ToNotes, flower);
   for (WORD size = 0; size < 6; ++size) {
     EXPECT_EQ(Translate(kTranslateUtf16ToNotes, flower, size), "");
@@ -112,7 +112,7 @@ TEST_F(Translation, NeverSplitsACharacterAtTheLimit) {
     EXPECT_EQ(Translate(kTranslateNotesToUtf8, notes, size), "");
   }
   EXPECT_EQ(Translate(kTranslateNotesToUtf8, notes, 4).size(), 4U);
-  EXPECT_EQ(Translate(kTranslateUtf16ToNotes, Bytes(u"aäb"), 2), "a");
+  EXPECT_EQ(Translate(kTranslateUtf16ToNotes, Utf16Bytes(u"aäb"), 2), "a");
 }
 
 TEST_F(Translation, WorksBeforeTheRuntimeStarts) {

@@ -1,6 +1,6 @@
 // What a database file may say of views, and the values that entries can have.
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 

@@ -1,13 +1,13 @@
 // Reading the entries of views.
 #include "standin/StandinHooks.h"
-#include "tests/standin/StandinTest.h"
 #include "tests/standin/ViewReading.h"
+#include "tests/support/standin/StandinTest.h"
 
 namespace larkspan::standin_test {
 
 namespace {
 
-constexpr NOTEID kView = 0x90A;
+constexpr NOTEID kReadView = 0x90A;
 constexpr STATUS kEntryTooLarge = 568;
 constexpr STATUS kNoSuchPosition = 574;
 
@@ -18,7 +18,9 @@ class Views : public StandinTest {
     return OpenDatabase(R"({"notes": [{"id": "90A", "class": "view", "view": )" + view + "}]}");
   }
 
-  std::vector<Entry> ReadOnly(const std::string& view) { return ReadView(OpenView(view), kView); }
+  std::vector<Entry> ReadOnly(const std::string& view) {
+    return ReadView(OpenView(view), kReadView);
+  }
 };
 
 using Positions = std::vector<std::vector<DWORD>>;
@@ -95,7 +97,7 @@ TEST_F(Views, AreReadInPiecesThatFollowEachOther) {
   const HCOLLECTION collection =
       OpenCollection(OpenView(R"({"entries": [{"category": true}, {"note": "902", "indent": 1}],
                    "generateEntries": 2})"),
-                     kView);
+                     kReadView);
   CollectionPosition position = {};
   std::vector<Entry> entries;
   for (const DWORD returned : {2U, 2U, 0U}) {
@@ -117,7 +119,7 @@ TEST_F(Views, ComeInBuffersOfAtMost64Kilobytes) {
   const HCOLLECTION collection =
       OpenCollection(OpenView(R"({"entries": [)" + large + R"("note": "902"}, )" + large +
                               R"("note": "906"}, )" + large + R"("note": "90A"}]})"),
-                     kView);
+                     kReadView);
   CollectionPosition position = {};
   const ReadBuffer first = ReadEntries(collection, &position);
   EXPECT_EQ(first.returned, 2U);
@@ -134,7 +136,7 @@ TEST_F(Views, FillABufferToItsLastByte) {
         OpenView(
             R"({"columns": [{"item": "AB"}], "entries": [{"note": "902", "values": [{"text": ")" +
             std::string(textLength, 'x') + R"("}]}, {"note": "906"}]})"),
-        kView);
+        kReadView);
     CollectionPosition position = {};
     const ReadBuffer read = ReadEntries(collection, &position);
     EXPECT_EQ(read.bytes.size(), read.status == 0 ? 65535U : 0U);
@@ -149,7 +151,7 @@ TEST_F(Views, StopBeforeAnEntryThatNoBufferHolds) {
   const HCOLLECTION collection = OpenCollection(
       OpenView(R"({"entries": [{"note": "902"}, {"note": "906", "values": [{"text": ")" +
                std::string(66000, 'x') + R"("}]}]})"),
-      kView);
+      kReadView);
   CollectionPosition position = {};
   const ReadBuffer first = ReadEntries(collection, &position);
   EXPECT_EQ(first.returned, 1U);
@@ -158,7 +160,7 @@ TEST_F(Views, StopBeforeAnEntryThatNoBufferHolds) {
 }
 
 TEST_F(Views, MayBeEmpty) {
-  const HCOLLECTION collection = OpenCollection(OpenView("{}"), kView);
+  const HCOLLECTION collection = OpenCollection(OpenView("{}"), kReadView);
   CollectionPosition position = {};
   const ReadBuffer read = ReadEntries(collection, &position);
   EXPECT_EQ(read.status, 0);
@@ -169,8 +171,8 @@ TEST_F(Views, MayBeEmpty) {
 }
 
 TEST_F(Views, AreNotReadFromAPositionWithoutAnEntry) {
-  const HCOLLECTION collection =
-      OpenCollection(OpenView(R"({"entries": [{"note": "902"}], "generateEntries": 1})"), kView);
+  const HCOLLECTION collection = OpenCollection(
+      OpenView(R"({"entries": [{"note": "902"}], "generateEntries": 1})"), kReadView);
   for (const DWORD tumbler : {3U, 77U}) {
     CollectionPosition position = {};
     position.tumbler[0] = tumbler;
@@ -186,7 +188,7 @@ TEST_F(Views, GiveDamagedEntriesAsTheyStand) {
   const HCOLLECTION collection =
       OpenCollection(OpenView(R"({"entries": [{"rawEntry": "01 02 03"}, {"rawEntry": ""},
                                {"note": "902", "summaryBytes": "FF FF"}]})"),
-                     kView);
+                     kReadView);
   CollectionPosition position = {};
   const ReadBuffer read = ReadEntries(collection, &position);
   EXPECT_EQ(read.returned, 3U);
@@ -213,12 +215,12 @@ TEST_F(Views, CanHaveManyGeneratedEntries) {
 TEST_F(Views, LeaveNothingOpenOnceReadAndFreed) {
   const DHANDLE database = OpenView(R"({"generateEntries": 5000})");
   const std::uint32_t before = StandinOpenCount();
-  EXPECT_EQ(ReadView(database, kView).size(), 5000U);
+  EXPECT_EQ(ReadView(database, kReadView).size(), 5000U);
   EXPECT_EQ(StandinOpenCount(), before);
 }
 
 TEST_F(Views, KeepBuffersThatNobodyFrees) {
-  const HCOLLECTION collection = OpenCollection(OpenView(R"({"generateEntries": 1})"), kView);
+  const HCOLLECTION collection = OpenCollection(OpenView(R"({"generateEntries": 1})"), kReadView);
   const std::uint32_t before = StandinOpenCount();
   CollectionPosition position = {};
   DHANDLE buffer = 0;
@@ -231,10 +233,10 @@ TEST_F(Views, KeepBuffersThatNobodyFrees) {
 }
 
 TEST_F(Views, RecordHowTheyWereRead) {
-  const HCOLLECTION collection = OpenCollection(OpenView("{}"), kView);
+  const HCOLLECTION collection = OpenCollection(OpenView("{}"), kReadView);
   CollectionPosition position = {};
   ReadEntries(collection, &position, 12);
-  EXPECT_EQ(RecordedArguments("NIFReadEntries"), nlohmann::json({{"view", kView},
+  EXPECT_EQ(RecordedArguments("NIFReadEntries"), nlohmann::json({{"view", kReadView},
                                                                  {"skipNavigator", 1},
                                                                  {"skipCount", 1},
                                                                  {"returnNavigator", 1},

@@ -1,8 +1,6 @@
 // The base of tests of the audit report's closing block.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <ctime>
 #include <string>
 

@@ -1,7 +1,6 @@
 // What is written to standard output, as bytes.
 #pragma once
 
-#include <array>
 #include <string>
 
 #include "tests/support/TempFolder.h"

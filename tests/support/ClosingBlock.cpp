@@ -23,36 +23,36 @@ std::string Counted(const std::string& label, int count) {
 
 }  // namespace
 
-ClosingBlock::ClosingBlock(const OutputTree& tree, int listed)
-    : listed_(listed),
-      data_(FilesIn(tree, "data/")),
-      design_(FilesIn(tree, "design/")),
-      profile_(FilesIn(tree, "profile/")),
-      failed_(CountMessages(LinesOf(tree, "log.txt"), "Major:")),
-      warnings_(CountMessages(LinesOf(tree, "log.txt"), "Minor:")) {}
-
-Lines ClosingBlock::Text() const {
+Lines ClosingLines(const ClosingCounts& counts) {
   Lines lines = {kFirstOfTheClosing,
                  "Total runtime (seconds): *",
-                 Counted("Database total documents ", listed_),
+                 Counted("Database total documents ", counts.listed),
                  "Exported Document Counts",
-                 Counted("Data   ", data_),
-                 Counted("Design ", design_),
-                 Counted("Profile", profile_),
-                 Counted("Exported total documents ", Exported()),
-                 Counted("Failed total documents   ", failed_),
-                 Counted("Total documents processed", Processed()),
-                 Counted("Documents exported with warnings ", warnings_)};
-  if (failed_ + warnings_ != 0) {
+                 Counted("Data   ", counts.data),
+                 Counted("Design ", counts.design),
+                 Counted("Profile", counts.profile),
+                 Counted("Exported total documents ", counts.Exported()),
+                 Counted("Failed total documents   ", counts.failed),
+                 Counted("Total documents processed", counts.Processed()),
+                 Counted("Documents exported with warnings ", counts.warnings)};
+  if (counts.failed + counts.warnings != 0) {
     lines.push_back("Some documents were not exported successfully. See log.txt for details.");
   }
   return lines;
 }
 
+ClosingBlock::ClosingBlock(const OutputTree& tree, int listed)
+    : counts_{.listed = listed,
+              .data = FilesIn(tree, "data/"),
+              .design = FilesIn(tree, "design/"),
+              .profile = FilesIn(tree, "profile/"),
+              .failed = CountMessages(LinesOf(tree, "log.txt"), "Major:"),
+              .warnings = CountMessages(LinesOf(tree, "log.txt"), "Minor:")} {}
+
 std::string ClosingBlock::MismatchMessage() const {
-  if (Processed() == listed_) return "";
-  return message::kCountMismatch + ("expected " + std::to_string(listed_)) + " but only found " +
-         std::to_string(Processed());
+  if (counts_.Processed() == counts_.listed) return "";
+  return message::kCountMismatch + ("expected " + std::to_string(counts_.listed)) +
+         " but only found " + std::to_string(counts_.Processed());
 }
 
 int CountListed(const OutputTree& tree) {

@@ -1,5 +1,5 @@
-// The closing block of the audit report, counted again from the files of the folder and the lines
-// of the log.
+// The closing block of the audit report: what it says for given numbers, and those numbers counted
+// again from the files of the folder and the lines of the log.
 #pragma once
 
 #include <string>
@@ -8,28 +8,34 @@
 
 namespace larkspan::testing {
 
+struct ClosingCounts {
+  int listed = 0;
+  int data = 0;
+  int design = 0;
+  int profile = 0;
+  int failed = 0;
+  int warnings = 0;
+
+  int Exported() const { return data + design + profile; }
+  int Processed() const { return Exported() + failed; }
+};
+
+// The lines that the report ends with, their times masked.
+Lines ClosingLines(const ClosingCounts& counts);
+
 class ClosingBlock {
  public:
   // With the number of notes that the list has for the one who counts: none, where it could not be
   // opened.
   ClosingBlock(const OutputTree& tree, int listed);
 
-  // The lines that the report ends with, their times masked.
-  Lines Text() const;
+  Lines Text() const { return ClosingLines(counts_); }
 
   // What the log says where the counts and the list do not agree; empty where they do.
   std::string MismatchMessage() const;
 
  private:
-  int Exported() const { return data_ + design_ + profile_; }
-  int Processed() const { return Exported() + failed_; }
-
-  const int listed_;
-  const int data_;
-  const int design_;
-  const int profile_;
-  const int failed_;
-  const int warnings_;
+  const ClosingCounts counts_;
 };
 
 // The number of notes in the list that lies in the folder.

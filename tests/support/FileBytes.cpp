@@ -32,8 +32,8 @@ bool Exists(const std::wstring& path) {
   return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-std::vector<std::string> SplitLines(const std::string& bytes) {
-  std::vector<std::string> lines;
+Lines SplitLines(const std::string& bytes) {
+  Lines lines;
   for (std::size_t start = 0; start < bytes.size();) {
     const std::size_t end = bytes.find('\n', start);
     if (end == std::string::npos || end == start || bytes[end - 1] != '\r') {
@@ -45,6 +45,6 @@ std::vector<std::string> SplitLines(const std::string& bytes) {
   return lines;
 }
 
-std::vector<std::string> ReadLines(const std::wstring& path) { return SplitLines(ReadBytes(path)); }
+Lines ReadLines(const std::wstring& path) { return SplitLines(ReadBytes(path)); }
 
 }  // namespace larkspan

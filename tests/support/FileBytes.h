@@ -3,7 +3,8 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "tests/support/Lines.h"
 
 namespace larkspan {
 
@@ -22,9 +23,9 @@ bool Exists(const std::wstring& path);
 
 // The lines of a text, each without its carriage return and line feed. Throws when a line, the last
 // one included, does not end in both.
-std::vector<std::string> SplitLines(const std::string& bytes);
+Lines SplitLines(const std::string& bytes);
 
 // The lines of the file, likewise.
-std::vector<std::string> ReadLines(const std::wstring& path);
+Lines ReadLines(const std::wstring& path);
 
 }  // namespace larkspan

@@ -5,12 +5,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "base/Settings.h"
 #include "notes/Handles.h"
-#include "notes/Status.h"
 #include "tests/support/OutputFolderTest.h"
 #include "tests/support/TempFolder.h"
 
@@ -54,18 +51,6 @@ class NotesFixture : public OutputFolderTest {
 
   // What is open in the library: a JSON object of the kinds that are, without blanks.
   static std::string LeftOpen();
-
-  // Changes the settings of this process with a function that takes them by reference.
-  template <typename Change>
-  static void ChangeSettings(Change change) {
-    Settings settings = ProcessSettings();
-    change(settings);
-    SetProcessSettings(std::move(settings));
-  }
-
-  static void SetArchive(bool archive) {
-    ChangeSettings([archive](Settings& settings) { settings.archive = archive; });
-  }
 
  private:
   TempFolder dataFolder_;

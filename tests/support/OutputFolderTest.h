@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "base/Settings.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/Lines.h"
 #include "tests/support/ScopedSettings.h"
 #include "tests/support/TempFolder.h"
 
@@ -24,15 +23,20 @@ class OutputFolderTest : public testing::Test {
   std::wstring PathOf(const std::wstring& name) const { return folder_ / (L"\\" + name); }
 
   // The lines of the run log; none when there is no log.
-  std::vector<std::string> LogLines() const {
-    return Exists(PathOf(L"log.txt")) ? ReadLines(PathOf(L"log.txt")) : std::vector<std::string>();
+  Lines LogLines() const {
+    return Exists(PathOf(L"log.txt")) ? ReadLines(PathOf(L"log.txt")) : Lines();
+  }
+
+  static void LeaveOutLinesBelow(int level) {
+    ChangeSettings([level](Settings& settings) { settings.minimumLogLevel = level; });
   }
 
   // Drops lines below WARNING, as a run without -debug does.
-  void LeaveOutDebugLines() {
-    Settings settings = ProcessSettings();
-    settings.minimumLogLevel = 1;
-    SetProcessSettings(std::move(settings));
+  static void LeaveOutDebugLines() { LeaveOutLinesBelow(1); }
+
+  // From here on the settings name this entry of the folder as the output folder.
+  void UseOutputFolder(const std::wstring& name) const {
+    ChangeSettings([&](Settings& settings) { settings.outputFolder = PathOf(name); });
   }
 
  private:
@@ -46,7 +50,5 @@ class OutputFolderTest : public testing::Test {
   TempFolder folder_;
   ScopedSettings settings_;
 };
-
-using Lines = std::vector<std::string>;
 
 }  // namespace larkspan

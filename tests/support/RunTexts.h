@@ -4,13 +4,11 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "tests/support/Lines.h"
 #include "tests/support/OutputTree.h"
 
 namespace larkspan::testing {
-
-using Lines = std::vector<std::string>;
 
 // The lines of a text, without their ends. Its last line may lack the end, as a full disk, or the
 // end of its writer, leaves it; it then begins with these words, as no whole line does.

@@ -1,4 +1,4 @@
-// The settings of the process, for the length of a test.
+// The settings of the process: for the length of a test, and changed within one.
 #pragma once
 
 #include <utility>
@@ -6,6 +6,18 @@
 #include "base/Settings.h"
 
 namespace larkspan {
+
+// Changes the process settings with a function that takes them by reference.
+template <typename Change>
+void ChangeSettings(Change change) {
+  Settings settings = ProcessSettings();
+  change(settings);
+  SetProcessSettings(std::move(settings));
+}
+
+inline void SetArchive(bool archive) {
+  ChangeSettings([archive](Settings& settings) { settings.archive = archive; });
+}
 
 // Sets the process settings, and puts the earlier ones back at the end.
 class ScopedSettings {

@@ -1,7 +1,6 @@
 // Workers that end as a test's script says, without any process.
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,7 +22,7 @@ class ScriptedLauncher : public WorkerLauncher {
   explicit ScriptedLauncher(std::vector<ScriptedWorker> script,
                             std::wstring outputFolder = ProcessSettings().outputFolder);
 
-  WorkerEnding RunToEnd(const std::wstring& commandLine) override;
+  WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal& signal) override;
 
   // Those of the workers started so far.
   const std::vector<std::wstring>& commandLines() const { return commandLines_; }

@@ -1,8 +1,6 @@
 // The base of tests of the supervisor: scripted workers, recorded pauses.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <optional>
 #include <string>
 #include <utility>

@@ -20,7 +20,7 @@ class AccessSystemTest : public SystemTest {
 // The two lines around a run that opened nothing.
 Lines AuditWithoutDatabase() {
   return Join(
-      {{"Archive started at: *", "Set user to: CN=Larkspan Tester/O=Example"}, AuditEnd({})});
+      {{"Archive started at: *", "Set user to: CN=Larkspan Tester/O=Example"}, ClosingLines({})});
 }
 
 TEST_F(AccessSystemTest, ADatabaseThatDeniesAccessIsNotExported) {

@@ -16,7 +16,7 @@ TEST_F(BlockedFilesSystemTest, ALogThatCannotBeOpenedMakesLoggingSilent) {
   MakeFolder(Path(L"log.txt"));
   EXPECT_EQ(run_.Export(L"x.nsf", {L"-archive", L"-debug"}).exitCode, 0u);
   EXPECT_EQ(FilesIn("data"), Lines{"data/00000902.dxl"});
-  EXPECT_EQ(Tail(AuditLines(), 11), AuditEnd({.input = 1, .data = 1}));
+  EXPECT_EQ(Tail(AuditLines(), 11), ClosingLines({.listed = 1, .data = 1}));
 }
 
 TEST_F(BlockedFilesSystemTest, ALogThatAnotherProgramHoldsMakesLoggingSilent) {

@@ -3,8 +3,8 @@
 
 #include <filesystem>
 
+#include "tests/support/ExportRun.h"
 #include "tests/support/FileBytes.h"
-#include "tests/system/ExportRun.h"
 
 namespace larkspan::testing {
 namespace {

@@ -33,7 +33,7 @@ TEST_P(CrashedNotesSystemTest, AreNamedAndAreAllThatIsLost) {
   EXPECT_EQ(LogLines(), IncompleteRuns(GetParam().lost));
   EXPECT_EQ(FilesIn("data"), GetParam().exported);
   EXPECT_EQ(OutputLines(L"unidindex.txt").size(), 5u);
-  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 5, .data = 5 - lost, .failed = lost}));
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 5, .data = 5 - lost, .failed = lost}));
   EXPECT_FALSE(run_.HasOutputFile(L"marker.txt"));
 }
 
@@ -156,9 +156,9 @@ TEST_F(CrashResumeSystemTest, ACrashBeforeTheFirstNoteEndsTheRun) {
   EXPECT_EQ(run_.Export(L"sample.nsf", {L"-archive"}).exitCode, 0u);
   EXPECT_EQ(LogLines(), Lines{"#ERROR# - Child process returned 3221225477 outside a note; the "
                               "export may be incomplete"});
-  EXPECT_EQ(
-      AuditLines(),
-      Join({{"Archive started at: *", "Set user to: CN=Larkspan Tester/O=Example"}, AuditEnd({})}));
+  EXPECT_EQ(AuditLines(),
+            Join({{"Archive started at: *", "Set user to: CN=Larkspan Tester/O=Example"},
+                  ClosingLines({})}));
   EXPECT_EQ(run_.LedgerLines().size(), 1u);
 }
 
@@ -181,7 +181,7 @@ TEST_F(CrashResumeSystemTest, ACrashInTheEndOfTheRuntimeLosesNothing) {
   run_.SetFaults(R"([{"entry": "NotesTerm", "action": "accessViolation"}])");
   Export(2, "", {L"-archive", L"-debug"});
   EXPECT_EQ(FilesIn("data").size(), 2u);
-  EXPECT_EQ(Tail(AuditLines(), 11), AuditEnd({.input = 2, .data = 2}));
+  EXPECT_EQ(Tail(AuditLines(), 11), ClosingLines({.listed = 2, .data = 2}));
   const Lines log = LogLines();
   EXPECT_EQ(CountLines(log, "#DEBUG# - Trying to NotesTerm"), 1);
   EXPECT_EQ(CountLines(log, "#DEBUG# - NotesTermed"), 0);
@@ -273,6 +273,14 @@ TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerOutsideANoteIsAnError)
   EXPECT_EQ(run_.LedgerLines().size(), 1u);
 }
 
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerAtTheEndOfTheRuntimeIsAWarning) {
+  Export(1, std::string(R"({"entry": "NotesTerm", )") + kForeignException + "}",
+         {L"-archive", L"-l", L"0"});
+  EXPECT_EQ(LogLines(),
+            Lines{"#WARNING# - The end of the Notes runtime was ended by an exception"});
+  EXPECT_EQ(FilesIn("data").size(), 1u);
+}
+
 TEST_F(CrashResumeSystemTest, AFilterOfTheLibraryTakesNoClosingAway) {
   run_.AddConfiguration("StandinInstallsFilter=1");
   const ProgramResult result =
@@ -326,7 +334,7 @@ TEST_P(EndingSystemTest, IsResumedAfterItsNote) {
   Export({L"-archive"});
   EXPECT_EQ(LogLines(), IncompleteRuns({"00000902"}));
   EXPECT_EQ(FilesIn("data"), Lines{"data/00000906.dxl"});
-  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 2, .data = 1, .failed = 1}));
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 2, .data = 1, .failed = 1}));
 }
 
 INSTANTIATE_TEST_SUITE_P(

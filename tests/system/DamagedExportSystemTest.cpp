@@ -96,7 +96,7 @@ TEST_P(DesignFailureSystemTest, ClosesTheAuditReportWithoutASizeAfterTheArchive)
   run_.Export(GetParam().database, {L"-archive"});
   const Lines audit = AuditLines();
   EXPECT_TRUE(audit.at(5).starts_with("Database size before archive: "));
-  EXPECT_EQ(Tail(audit, audit.size() - 6), AuditEnd({.input = 4, .design = 1}));
+  EXPECT_EQ(Tail(audit, audit.size() - 6), ClosingLines({.listed = 4, .design = 1}));
 }
 
 INSTANTIATE_TEST_SUITE_P(

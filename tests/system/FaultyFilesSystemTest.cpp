@@ -14,7 +14,7 @@ struct FaultyRun {
   const char* plan;
   Lines log;
   Lines exported;
-  AuditCounts counts;
+  ClosingCounts counts;
 };
 
 // An archive of two documents. The properties are the first file that is placed, the access control
@@ -27,14 +27,14 @@ TEST_P(FaultyRunSystemTest, TellsWhatItLostAndGoesOn) {
   EXPECT_EQ(run_.Export(L"two.nsf", {L"-archive"}).exitCode, 0u);
   EXPECT_EQ(LogLines(), GetParam().log);
   EXPECT_EQ(FilesIn("data"), GetParam().exported);
-  const Lines end = AuditEnd(GetParam().counts);
+  const Lines end = ClosingLines(GetParam().counts);
   EXPECT_EQ(Tail(AuditLines(), end.size()), end);
   for (const wchar_t* name : {L"temp.tmp", L"marker.txt"}) EXPECT_FALSE(run_.HasOutputFile(name));
   EXPECT_EQ(run_.LedgerFault(1), "");
 }
 
-constexpr AuditCounts kNothingLost{.input = 2, .data = 2};
-constexpr AuditCounts kFirstLost{.input = 2, .data = 1, .failed = 1};
+constexpr ClosingCounts kNothingLost{.listed = 2, .data = 2};
+constexpr ClosingCounts kFirstLost{.listed = 2, .data = 1, .failed = 1};
 
 const Lines kNotWritten = {
     "#WARNING# - Major: Error exporting note 00000902 (Error writing to file)"};
@@ -122,7 +122,7 @@ TEST_F(FaultyFilesSystemTest, ALogThatCannotBeWrittenMakesLoggingSilent) {
   EXPECT_EQ(Export("write log.txt * diskFull", {L"-archive", L"-debug"}).exitCode, 0u);
   EXPECT_EQ(run_.Log(), "");
   EXPECT_EQ(FilesIn("data"), kBothDocuments);
-  EXPECT_EQ(Tail(AuditLines(), 11), AuditEnd({.input = 2, .data = 2}));
+  EXPECT_EQ(Tail(AuditLines(), 11), ClosingLines({.listed = 2, .data = 2}));
 }
 
 TEST_F(FaultyFilesSystemTest, AnAuditReportThatCannotBeWrittenIsLeftOutInSilence) {

@@ -90,7 +90,7 @@ TEST_F(ProcessSystemTest, AWorkerThatCannotBeCreatedEndsTheRunWithAWholeAuditRep
   EXPECT_TRUE(Contains(log, "#WARNING# - Major: Incomplete run detected for note id 00000902"));
   EXPECT_TRUE(Contains(log, "#ERROR# - CreateProcess failed (2)"));
   EXPECT_EQ(CountLines(log, "#DEBUG# - Invoking child process"), 2);
-  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 1, .failed = 1}));
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 1, .failed = 1}));
 }
 
 TEST_F(ProcessSystemTest, ALaterWorkerInheritsTheStopPipeToo) {

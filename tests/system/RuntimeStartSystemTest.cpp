@@ -33,7 +33,7 @@ TEST_F(RuntimeStartSystemTest, ThreeFailuresInARowEndTheRunWithAWholeAuditReport
                                "#WARNING# - Notes initialization failed (1A6)",
                                "#WARNING# - Notes initialization failed (1A6)",
                                "#ERROR# - Maximum retries exceeded"}));
-  EXPECT_EQ(AuditLines(), Join({{"Archive started at: *"}, AuditEnd({})}));
+  EXPECT_EQ(AuditLines(), Join({{"Archive started at: *"}, ClosingLines({})}));
   EXPECT_FALSE(run_.HasOutputFile(L"marker.txt"));
   EXPECT_EQ(run_.LedgerFault(0), "");
 }
@@ -69,7 +69,7 @@ TEST_F(RuntimeStartSystemTest, AMissingConfigurationEndsTheRunWithAWholeAuditRep
                          run_.output(), L"-archive"});
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to locate notes.ini"});
-  EXPECT_EQ(AuditLines(), Join({{"Archive started at: *"}, AuditEnd({})}));
+  EXPECT_EQ(AuditLines(), Join({{"Archive started at: *"}, ClosingLines({})}));
 }
 
 TEST_F(RuntimeStartSystemTest, WithoutAnArgumentForItTheLibraryLooksForItself) {
@@ -131,7 +131,7 @@ TEST_F(SwitchIdSystemTest, AWrongPasswordEndsTheRunWithoutAnExport) {
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_EQ(result.standardOutput, "");
   EXPECT_EQ(LogLines(), Lines{"#ERROR# - Unable to switch ID (Wrong password)"});
-  EXPECT_EQ(AuditLines(), Join({{"Archive started at: *"}, AuditEnd({})}));
+  EXPECT_EQ(AuditLines(), Join({{"Archive started at: *"}, ClosingLines({})}));
   EXPECT_FALSE(run_.HasOutputFile(L"idtable.txt"));
 }
 

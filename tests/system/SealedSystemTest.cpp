@@ -36,7 +36,7 @@ TEST_F(SealedSystemTest, WithoutAPasswordTheIdIsNotTried) {
 TEST_F(SealedSystemTest, ANoteThatIsNotExportedKeepsItsIndexLineAndCountsAsFailed) {
   run_.Export(L"sealed.nsf", {L"-archive"});
   EXPECT_EQ(OutputLines(L"unidindex.txt").size(), 4u);
-  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 4, .data = 1, .failed = 3}));
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 4, .data = 1, .failed = 3}));
   EXPECT_FALSE(run_.HasOutputFile(L"marker.txt"));
 }
 

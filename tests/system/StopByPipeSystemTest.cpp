@@ -78,7 +78,7 @@ TEST_F(StopByPipeSystemTest, AStoppedRunHasAnAuditReportWithoutASizeAfterTheArch
             Join({{"Archive started at: *", "Set user to: CN=Larkspan Tester/O=Example",
                    "Archive database server: ", "Archive database path  : x.nsf",
                    "Archive without full access admin", "Database size before archive: 65536"},
-                  AuditEnd({.input = 4, .data = 2})}));
+                  ClosingLines({.listed = 4, .data = 2})}));
 }
 
 TEST_F(StopByPipeSystemTest, APipeThatIsClosedFromTheBeginningLetsNoNoteBeExported) {

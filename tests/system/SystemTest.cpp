@@ -1,27 +1,12 @@
 #include "tests/system/SystemTest.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cstdint>
 
 #include "tests/support/FileBytes.h"
+#include "tests/support/RunTexts.h"
 
 namespace larkspan::testing {
-
-namespace {
-
-std::string Count(const char* label, int count) {
-  char text[80];
-  std::snprintf(text, sizeof text, "%s: %8d", label, count);
-  return text;
-}
-
-std::string NoteIdText(int index) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%08X", 0x902 + 4 * index);
-  return text;
-}
-
-}  // namespace
 
 Lines SystemTest::OutputLines(const std::wstring& relativeName) const {
   return run_.HasOutputFile(relativeName) ? SplitLines(run_.OutputFile(relativeName)) : Lines();
@@ -78,7 +63,7 @@ std::string DocumentsJson(int count, const std::string& members) {
   std::string notes;
   for (int i = 0; i < count; ++i) {
     if (i > 0) notes += ",";
-    notes += R"({"id": ")" + NoteIdText(i) +
+    notes += R"({"id": ")" + NoteIdText(0x902 + 4 * static_cast<std::uint32_t>(i)) +
              R"(", "items": [{"name": "Form", "text": "Note"}, )"
              R"({"name": "Subject", "text": "Note )" +
              std::to_string(i + 1) + R"("}, {"name": "Body", "richText": ["Some text."]}]})";
@@ -87,25 +72,6 @@ std::string DocumentsJson(int count, const std::string& members) {
 }
 
 std::string FaultsMember(const std::string& faults) { return R"("faults": [)" + faults + "], "; }
-
-Lines AuditEnd(const AuditCounts& counts) {
-  const int exported = counts.data + counts.design + counts.profile;
-  Lines lines = {"Archive ended at: *",
-                 "Total runtime (seconds): *",
-                 Count("Database total documents ", counts.input),
-                 "Exported Document Counts",
-                 Count("Data   ", counts.data),
-                 Count("Design ", counts.design),
-                 Count("Profile", counts.profile),
-                 Count("Exported total documents ", exported),
-                 Count("Failed total documents   ", counts.failed),
-                 Count("Total documents processed", counts.failed + exported),
-                 Count("Documents exported with warnings ", counts.warnings)};
-  if (counts.failed + counts.warnings != 0) {
-    lines.emplace_back("Some documents were not exported successfully. See log.txt for details.");
-  }
-  return lines;
-}
 
 Lines Join(std::vector<Lines> parts) {
   Lines all;

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "tests/system/ExportRun.h"
+#include "tests/support/ClosingBlock.h"
+#include "tests/support/ExportRun.h"
+#include "tests/support/Lines.h"
 
 namespace larkspan::testing {
-
-using Lines = std::vector<std::string>;
 
 class SystemTest : public ::testing::Test {
  protected:
@@ -57,17 +57,6 @@ std::string DocumentsJson(int count, const std::string& members = "");
 
 // The "faults" member of a database, with its comma, from the text of one or more faults.
 std::string FaultsMember(const std::string& faults);
-
-// The closing block of the audit report, with times masked.
-struct AuditCounts {
-  int input = 0;
-  int data = 0;
-  int design = 0;
-  int profile = 0;
-  int failed = 0;
-  int warnings = 0;
-};
-Lines AuditEnd(const AuditCounts& counts);
 
 // One list after another.
 Lines Join(std::vector<Lines> parts);

@@ -77,7 +77,7 @@ TEST_F(UsedFolderSystemTest, SubfoldersKeepTheirFilesWhichTheAuditReportCounts) 
   run_.Export(L"x.nsf", {L"-archive"});
   EXPECT_EQ(run_.OutputFile(L"design\\old.dxl"), "old");
   EXPECT_EQ(LogLines(), Lines{"#WARNING# - Document count mismatch: expected 1 but only found 2"});
-  EXPECT_EQ(Tail(AuditLines(), 11), AuditEnd({.input = 1, .data = 1, .design = 1}));
+  EXPECT_EQ(Tail(AuditLines(), 11), ClosingLines({.listed = 1, .data = 1, .design = 1}));
 }
 
 TEST_F(UsedFolderSystemTest, AFurtherRunAppendsToLogAndAuditAndCountsOverAll) {
@@ -89,7 +89,7 @@ TEST_F(UsedFolderSystemTest, AFurtherRunAppendsToLogAndAuditAndCountsOverAll) {
                    "#WARNING# - Document count mismatch: expected 1 but only found 2"}));
   EXPECT_EQ(AuditLines().front(), "Of an earlier run");
   EXPECT_EQ(AuditLines().at(1), "Archive started at: *");
-  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 1, .data = 1, .failed = 1}));
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 1, .data = 1, .failed = 1}));
 }
 
 }  // namespace

@@ -17,8 +17,6 @@ namespace larkspan::torture {
 
 namespace {
 
-constexpr char kNobodyDies[] = "[]";
-
 // How often and where each line comes is checked with the stories of the workers.
 Expectation ExpectationOf(const Death& death) {
   Expectation expectation{.entry = "",
@@ -38,7 +36,7 @@ class CrashSweep {
         stage_(subject),
         clean_(ExportAndRecord()),
         reference_(MakeReference(stage_)),
-        cleanRun_(RunProgram(subject, kNobodyDies)),
+        cleanRun_(RunProgram(subject, kNoFaults)),
         runCheck_(cleanRun_.outcome.log) {}
 
   void Run(const Options& options) {
@@ -55,7 +53,7 @@ class CrashSweep {
  private:
   Outcome ExportAndRecord() {
     const ExportRecord record;
-    Outcome outcome = stage_.Export(kNobodyDies);
+    Outcome outcome = stage_.Export(kNoFaults);
     callsWithText_ = record.CallsWithText();
     return outcome;
   }
@@ -68,7 +66,7 @@ class CrashSweep {
       findings.push_back("somebody died");
     }
     CheckRun(cleanRun_, Expectation{}, stories, findings);
-    End(cleanRun_, findings);
+    report_.End(findings, cleanRun_.outcome.log);
   }
 
   void RunCase(const CrashCase& crash) {
@@ -78,12 +76,7 @@ class CrashSweep {
     const std::vector<WorkerStory> stories = ReadStories(run.outcome.log, findings);
     CheckDeaths(crash, Struck(stories, findings), findings);
     CheckRun(run, ExpectationOf(crash.death), stories, findings);
-    End(run, findings);
-  }
-
-  void End(const ProcessRun& run, Lines& findings) {
-    if (!findings.empty()) AddLines(run.outcome.log, findings);
-    report_.End(findings);
+    report_.End(findings, run.outcome.log);
   }
 
   void CheckRun(const ProcessRun& run, const Expectation& expectation,
@@ -95,7 +88,8 @@ class CrashSweep {
     if (!run.misuse.empty()) findings.push_back("misuse: " + run.misuse);
     runCheck_.Run(run.outcome, expectation, kAnyNumber, findings);
     const bool endedEarly = !stories.empty() && stories.back().died();
-    if (!endedEarly) AddLines(run.leftOpenByTheLast, findings);
+    const Lines& leftOpen = run.leftOpenByTheLast;
+    if (!endedEarly) findings.insert(findings.end(), leftOpen.begin(), leftOpen.end());
     Excuses none;
     CheckExport({.subject = subject_,
                  .reference = reference_,
@@ -143,10 +137,6 @@ class CrashSweep {
     }
   }
 
-  static void AddLines(const Lines& lines, Lines& findings) {
-    findings.insert(findings.end(), lines.begin(), lines.end());
-  }
-
   Report& report_;
   const Subject subject_;
   ExportStage stage_;
@@ -161,9 +151,7 @@ class CrashSweep {
 }  // namespace
 
 void SweepCrashes(const Options& options, Report& report) {
-  for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
-    if (options.Wants(subject.name)) CrashSweep(subject, report).Run(options);
-  }
+  for (const Subject& subject : WantedSubjects(options)) CrashSweep(subject, report).Run(options);
 }
 
 }  // namespace larkspan::torture

@@ -10,7 +10,7 @@ bool Excuses::Explain(unsigned consequence, const std::string& thing, int calls)
   return true;
 }
 
-void Excuses::AddOverused(testing::Lines& findings) const {
+void Excuses::AddOverused(Lines& findings) const {
   std::map<std::string, int> callsFor;
   for (const auto& [consequence, things] : explained_) {
     if ((forAll_ & consequence) != 0) continue;

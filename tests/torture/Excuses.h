@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include "tests/support/RunTexts.h"
+#include "tests/support/Lines.h"
 #include "tests/torture/Expectation.h"
 
 namespace larkspan::torture {
@@ -22,7 +22,7 @@ class Excuses {
   bool Explain(unsigned consequence, const std::string& thing, int calls = 1);
 
   // Adds what was explained more often than calls have failed.
-  void AddOverused(testing::Lines& findings) const;
+  void AddOverused(Lines& findings) const;
 
  private:
   unsigned silently_ = kNothing;

@@ -25,7 +25,7 @@ class InProcessLauncher : public WorkerLauncher {
   InProcessLauncher(std::wstring output, const OutputTree& earlierWorker)
       : output_(std::move(output)), earlierWorker_(earlierWorker) {}
 
-  WorkerEnding RunToEnd(const std::wstring& commandLine) override {
+  WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal&) override {
     if (!earlierWorker_.empty() && !std::exchange(hasBegun_, true)) {
       LeaveBehind();
       return {WorkerEnding::Kind::kExited, kCrashExitCode};

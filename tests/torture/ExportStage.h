@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/support/OutputTree.h"
+#include "tests/torture/Outcome.h"
 #include "tests/torture/Stage.h"
 #include "tests/torture/Subject.h"
 

@@ -79,7 +79,7 @@ bool IsCore(const FaultCase& fault) {
   return fault.call == 1 && !fault.andAllLater && fault.status == kAnyStatus && !fault.afterAPart;
 }
 
-std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls) {
+std::vector<FaultCase> FaultCases(const std::map<std::string, int>& calls) {
   std::vector<FaultCase> cases;
   for (const auto& [entry, count] : calls) {
     for (int call = 1; call <= count; ++call) {

@@ -30,7 +30,7 @@ std::string Describe(const FaultCase& fault);
 bool IsCore(const FaultCase& fault);
 
 // Every call that a run made, failing in every way that applies.
-std::vector<FaultCase> AllFaultCases(const std::map<std::string, int>& calls);
+std::vector<FaultCase> FaultCases(const std::map<std::string, int>& calls);
 
 // What a sweep over those cases has to print of itself.
 std::string FiguresOf(const std::map<std::string, int>& calls, std::size_t cases);

@@ -26,13 +26,13 @@ class FaultSweep {
   FaultSweep(const Subject& subject, Report& report)
       : stage_(subject),
         report_(report),
-        clean_(stage_.Export("[]")),
+        clean_(stage_.Export(kNoFaults)),
         runCheck_(clean_.log),
         reference_(MakeReference(stage_)) {}
 
   void Run(const Options& options) {
     CheckCleanRun();
-    std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
+    std::vector<FaultCase> cases = FaultCases(clean_.calls);
     const std::size_t all = cases.size();
     Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);
@@ -62,10 +62,7 @@ class FaultSweep {
     check.endedEarly = HasErrorLine(run.log);
     check.mayLeaveHalf = check.endedEarly && stage_.LeavesTheEarlierHalf(run.tree);
     CheckExport(check);
-    if (!findings.empty()) {
-      for (const std::string& line : run.log) findings.push_back(line);
-    }
-    report_.End(findings);
+    report_.End(findings, run.log);
   }
 
   // The list of the views is scanned first, and then no other list costs a view.
@@ -120,9 +117,7 @@ class FaultSweep {
 }  // namespace
 
 void SweepFaults(const Options& options, Report& report) {
-  for (const Subject& subject : options.samples ? SampleSubjects() : SmallSubjects()) {
-    if (options.Wants(subject.name)) FaultSweep(subject, report).Run(options);
-  }
+  for (const Subject& subject : WantedSubjects(options)) FaultSweep(subject, report).Run(options);
 }
 
 }  // namespace larkspan::torture

@@ -14,13 +14,19 @@ namespace {
 
 constexpr wchar_t kMill[] = L"CN=Mill/O=Example";
 
-}  // namespace
-
 std::vector<Listing> Listings() {
   return {
       {"scan", "scan.txt", L"<Local>", L""},
       {"scan-server", "scan.txt", kMill, std::wstring(L"/servers/") + kMill, "CN=Mill/O=Example"},
       {"servers", "servers.txt", L""}};
+}
+
+}  // namespace
+
+std::vector<Listing> WantedListings(const Options& options) {
+  std::vector<Listing> listings = Listings();
+  std::erase_if(listings, [&](const Listing& each) { return !options.Wants(each.name); });
+  return listings;
 }
 
 std::vector<std::wstring> ArgumentsFor(const Listing& listing) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/torture/Options.h"
+#include "tests/torture/Outcome.h"
 #include "tests/torture/Stage.h"
 
 namespace larkspan::torture {
@@ -16,8 +18,9 @@ struct Listing {
   std::string asked{};    // The first line when the library does not tell it.
 };
 
-// The databases of this machine, those of a server, and the servers.
-std::vector<Listing> Listings();
+// Those that the command line asks for of these: the databases of this machine, those of a server,
+// and the servers.
+std::vector<Listing> WantedListings(const Options& options);
 
 // The program's arguments for the listing, but for the configuration and the output folder.
 std::vector<std::wstring> ArgumentsFor(const Listing& listing);

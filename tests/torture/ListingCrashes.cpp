@@ -32,7 +32,7 @@ Expectation ExpectationOf(const Death& death) {
 class ListingCrashSweep {
  public:
   ListingCrashSweep(const Listing& listing, Report& report)
-      : stage_(listing), report_(report), clean_(stage_.List("[]")), runCheck_(clean_.log) {}
+      : stage_(listing), report_(report), clean_(stage_.List(kNoFaults)), runCheck_(clean_.log) {}
 
   void Run(const Options& options) {
     std::vector<CrashCase> crashes = CrashCases(clean_.calls, options.seed);
@@ -60,7 +60,7 @@ class ListingCrashSweep {
                   .endedEarly = true,
                   .findings = findings});
     CheckWrittenLines(run, crash, findings);
-    End(run, findings);
+    report_.End(findings, run.outcome.log);
   }
 
   // An exception ends the listing in good order, or, on the way through a release, the process. A
@@ -118,7 +118,7 @@ class ListingCrashSweep {
     if (run.outcome.tree != stage_.List(PlanOf(fault)).tree) {
       findings.push_back("the program's listing, or its log, is another one");
     }
-    End(run, findings);
+    report_.End(findings, run.outcome.log);
   }
 
   static void CheckProcess(const ProcessRun& run, const std::set<std::uint32_t>& exitCodes,
@@ -132,12 +132,6 @@ class ListingCrashSweep {
 
   void Begin(const std::string& name) { report_.Begin(stage_.listing().name + ": " + name); }
 
-  void End(const ProcessRun& run, Lines& findings) {
-    const Lines& log = run.outcome.log;
-    if (!findings.empty()) findings.insert(findings.end(), log.begin(), log.end());
-    report_.End(findings);
-  }
-
   ListingStage stage_;
   Report& report_;
   const Outcome clean_;
@@ -147,8 +141,8 @@ class ListingCrashSweep {
 }  // namespace
 
 void SweepListingCrashes(const Options& options, Report& report) {
-  for (const Listing& listing : Listings()) {
-    if (options.Wants(listing.name)) ListingCrashSweep(listing, report).Run(options);
+  for (const Listing& listing : WantedListings(options)) {
+    ListingCrashSweep(listing, report).Run(options);
   }
 }
 

@@ -15,14 +15,14 @@ class ListingFaultSweep {
   ListingFaultSweep(const Listing& listing, Report& report)
       : stage_(listing),
         report_(report),
-        clean_(stage_.List("[]")),
+        clean_(stage_.List(kNoFaults)),
         runCheck_(clean_.log),
         servers_(stage_.ConfigurationArgument()) {}
 
   void Run(const Options& options) {
     Begin("no call fails");
     CheckRun(clean_, Expectation{}, {}, 0);
-    std::vector<FaultCase> cases = AllFaultCases(clean_.calls);
+    std::vector<FaultCase> cases = FaultCases(clean_.calls);
     const std::size_t all = cases.size();
     Choose(options, cases, report_);
     for (const FaultCase& fault : cases) RunCase(fault);
@@ -50,8 +50,7 @@ class ListingFaultSweep {
                   .servers = servers_.ServersWith(fault),
                   .failingCalls = failingCalls,
                   .findings = findings});
-    if (!findings.empty()) findings.insert(findings.end(), run.log.begin(), run.log.end());
-    report_.End(findings);
+    report_.End(findings, run.log);
   }
 
   ListingStage stage_;
@@ -64,8 +63,8 @@ class ListingFaultSweep {
 }  // namespace
 
 void SweepListingFaults(const Options& options, Report& report) {
-  for (const Listing& listing : Listings()) {
-    if (options.Wants(listing.name)) ListingFaultSweep(listing, report).Run(options);
+  for (const Listing& listing : WantedListings(options)) {
+    ListingFaultSweep(listing, report).Run(options);
   }
 }
 

@@ -11,11 +11,11 @@
 #include <string>
 
 #include "tests/torture/CrashSweep.h"
-#include "tests/torture/DiskSweep.h"
 #include "tests/torture/FaultSweep.h"
+#include "tests/torture/FileSweep.h"
 #include "tests/torture/ListingCrashes.h"
-#include "tests/torture/ListingDisk.h"
 #include "tests/torture/ListingFaults.h"
+#include "tests/torture/ListingFiles.h"
 
 namespace larkspan::torture {
 namespace {
@@ -30,8 +30,8 @@ bool Sweep(const std::string& sweep, const Options& options) {
     SweepCrashes(options, report);
     if (!options.samples) SweepListingCrashes(options, report);
   } else if (sweep == "files") {
-    SweepDiskFaults(options, report);
-    if (!options.samples) SweepListingDiskFaults(options, report);
+    SweepFiles(options, report);
+    if (!options.samples) SweepListingFiles(options, report);
   } else {
     throw std::invalid_argument("unknown sweep " + sweep);
   }

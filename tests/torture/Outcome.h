@@ -9,7 +9,6 @@
 namespace larkspan::torture {
 
 using testing::CountMessages;
-using testing::Lines;
 using testing::LinesOf;
 using testing::MessageOf;
 using testing::NoteIdText;

@@ -6,12 +6,11 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
-#include "supervision/EndSignal.h"
 #include "supervision/Supervisor.h"
+#include "tests/support/ExportRun.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
 #include "tests/support/SystemProcess.h"
-#include "tests/system/ExportRun.h"
 
 namespace larkspan::torture {
 
@@ -44,9 +43,8 @@ class ResumingLauncher : public WorkerLauncher {
   ResumingLauncher(const testing::ExportRun& run, std::string faultPlan)
       : run_(run), faultPlan_(std::move(faultPlan)) {}
 
-  WorkerEnding RunToEnd(const std::wstring& commandLine) override {
+  WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal& signal) override {
     if (!allEnd_) return {WorkerEnding::Kind::kNotCreated, ERROR_TIMEOUT};
-    const EndSignal signal;
     const std::optional<std::uint32_t> exitCode = RunToLimit(run_.Executable(), commandLine);
     allEnd_ = exitCode.has_value();
     run_.ChangeFaults(faultPlan_);

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tests/torture/Listing.h"
 #include "tests/torture/Outcome.h"

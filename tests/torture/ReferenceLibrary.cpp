@@ -88,7 +88,7 @@ void ReferenceLibrary::StartRuntime() {
 
 void ReferenceLibrary::OpenDatabase() {
   Need(NSFDbOpen(Narrow(stage_.subject().database).c_str(), &database_), "open the database");
-  SetStandinFaults("[]");  // Those of the database have joined the plan by now.
+  SetStandinFaults(kNoFaults);  // Those of the database have joined the plan by now.
 }
 
 void ReferenceLibrary::MakeExporters(RefusedSettings refused) {

@@ -77,10 +77,11 @@ void Report::Begin(const std::string& name) {
   if (trace_) Print(name);
 }
 
-void Report::End(const std::vector<std::string>& findings) {
+void Report::End(Lines findings, const Lines& log) {
   ++cases_;
   SetEvent(TheWatched().caseEnded);
   if (findings.empty()) return;
+  findings.insert(findings.end(), log.begin(), log.end());
   ++failedCases_;
   hasFindings_ = true;
   Print("FAILED: " + case_);

@@ -5,7 +5,8 @@
 #include <chrono>
 #include <cstddef>
 #include <string>
-#include <vector>
+
+#include "tests/support/Lines.h"
 
 namespace larkspan::torture {
 
@@ -20,7 +21,8 @@ class Report {
   bool IsAnyWanted() const { return isAnyWanted_; }
 
   void Begin(const std::string& name);
-  void End(const std::vector<std::string>& findings);
+  // Prints the findings of the case, and where there are any these lines of the run's log.
+  void End(Lines findings, const Lines& log = {});
 
   // Prints the figures of what was run since the last call: "<sweep> <subject>: ...".
   void PrintFigures(const std::string& subject, const std::string& details);

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "tests/torture/FaultCase.h"
-#include "tests/torture/Stage.h"
 
 namespace larkspan::torture {
 

@@ -5,9 +5,11 @@
 #include <string>
 
 #include "tests/support/TempFolder.h"
-#include "tests/torture/Outcome.h"
 
 namespace larkspan::torture {
+
+// A fault plan for the library in which nothing fails.
+inline constexpr char kNoFaults[] = "[]";
 
 class Stage {
  public:

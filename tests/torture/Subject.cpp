@@ -10,8 +10,6 @@ constexpr wchar_t kSampleData[] = L"" LARKSPAN_SAMPLE_DATA_FOLDER;
 
 constexpr std::uint32_t kNoteInTheMiddle = 0x906;
 
-}  // namespace
-
 std::vector<Subject> SmallSubjects() {
   const Subject archive{.name = "archive", .dataFolder = kOwnData, .database = L"mixed.nsf"};
   Subject plain = archive;
@@ -35,6 +33,14 @@ std::vector<Subject> SampleSubjects() {
     subject.archive = false;
     subjects.push_back(subject);
   }
+  return subjects;
+}
+
+}  // namespace
+
+std::vector<Subject> WantedSubjects(const Options& options) {
+  std::vector<Subject> subjects = options.samples ? SampleSubjects() : SmallSubjects();
+  std::erase_if(subjects, [&](const Subject& each) { return !options.Wants(each.name); });
   return subjects;
 }
 

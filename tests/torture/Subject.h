@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/torture/Options.h"
+
 namespace larkspan::torture {
 
 struct Subject {
@@ -18,12 +20,10 @@ struct Subject {
   std::uint32_t resumeAt = 0;
 };
 
-// The small database with notes of each kind: as an archive, as a plain export with full access,
-// and as an archive that is resumed in the middle.
-std::vector<Subject> SmallSubjects();
-
-// Sample databases of the stand-in library, as archives and as plain exports.
-std::vector<Subject> SampleSubjects();
+// Those that the command line asks for. Of the small database with notes of each kind: as an
+// archive, as a plain export with full access, and as an archive that is resumed in the middle. Or
+// of the sample databases of the stand-in library: as archives and as plain exports.
+std::vector<Subject> WantedSubjects(const Options& options);
 
 // The data folder of the small database.
 inline constexpr wchar_t kOwnData[] = L"" LARKSPAN_TORTURE_DATA_FOLDER;

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "tests/support/LogMessages.h"
+#include "tests/torture/Outcome.h"
 
 namespace larkspan::torture {
 

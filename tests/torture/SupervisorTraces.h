@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tests/torture/Outcome.h"
+#include "tests/support/Lines.h"
 
 namespace larkspan::torture {
 

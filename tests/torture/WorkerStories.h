@@ -3,10 +3,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
-#include "tests/torture/ExportStage.h"
+#include "tests/support/Lines.h"
 
 namespace larkspan::torture {
 

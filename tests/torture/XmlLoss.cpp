@@ -10,8 +10,6 @@ namespace larkspan::torture {
 
 namespace {
 
-using testing::Lines;
-
 // The tags, their attributes, and what stands between two tags.
 Lines PiecesOf(const std::string& line) {
   static const std::regex piece(R"([^\s=<>]+="[^"]*"|</?[^\s<>/]+|>|[^<>]+(?=<))");

@@ -73,9 +73,7 @@ TEST_F(AuditReportTest, CutNeverSplitsACharacter) {
 }
 
 TEST_F(AuditReportTest, MissingOutputFolderIsSilent) {
-  Settings settings = ProcessSettings();
-  settings.outputFolder = PathOf(L"missing");
-  const ScopedSettings scoped(settings);
+  UseOutputFolder(L"missing");
   Audit(L"lost\n");
   EXPECT_FALSE(Exists(PathOf(L"missing")));
 }

@@ -1,94 +1,108 @@
 #include "supervision/EndSignal.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
+#include <tlhelp32.h>
 
-#include <cwchar>
+#include <string>
 
 #include "tests/support/ReplacedEntryPoint.h"
-#include "tests/support/ScopedEnvironmentVariable.h"
 
 namespace larkspan {
 namespace {
 
-constexpr wchar_t kVariable[] = L"LARKSPAN_END_SIGNAL";
+const std::wstring kFolder = L"C:\\out";
 
-bool HasVariable() {
-  wchar_t first = 0;
-  return GetEnvironmentVariableW(kVariable, &first, 1) != 0;
+// In these tests the process is its own parent.
+HANDLE WINAPI TakeNoSnapshot(DWORD, DWORD) { return INVALID_HANDLE_VALUE; }
+
+DWORD parentId = 0;
+
+BOOL WINAPI TellParent(HANDLE, PROCESSENTRY32W* entry) {
+  entry->th32ProcessID = GetCurrentProcessId();
+  entry->th32ParentProcessID = parentId;
+  return TRUE;
 }
 
-HANDLE EventOfVariable() {
-  wchar_t number[24] = {};
-  GetEnvironmentVariableW(kVariable, number, 24);
-  return reinterpret_cast<HANDLE>(std::wcstoull(number, nullptr, 10));
-}
+class EndSignalTest : public testing::Test {
+ protected:
+  EndSignalTest() { parentId = GetCurrentProcessId(); }
 
-bool IsInheritable(HANDLE handle) {
-  DWORD flags = 0;
-  EXPECT_TRUE(GetHandleInformation(handle, &flags));
-  return (flags & HANDLE_FLAG_INHERIT) != 0;
-}
+  const ReplacedEntryPoint first_{"KERNEL32.dll", "Process32FirstW", TellParent};
+};
 
-TEST(EndSignalTest, IsGivenOnlyByTheWorker) {
-  const EndSignal signal;
+TEST_F(EndSignalTest, IsGivenOnlyByTheWorker) {
+  const EndSignal signal(kFolder, 0x100);
   EXPECT_TRUE(signal.IsAvailable());
-  const EndSignalGiver giver;
+  const EndSignalGiver giver(kFolder, 0x100);
   EXPECT_FALSE(signal.IsGiven());
   giver.Give();
   EXPECT_TRUE(signal.IsGiven());
 }
 
-TEST(EndSignalTest, OfAnEarlierWorkerIsNotThatOfTheNext) {
+TEST_F(EndSignalTest, OfAnEarlierWorkerIsNotThatOfTheNext) {
   {
-    const EndSignal earlier;
-    EndSignalGiver().Give();
+    const EndSignal earlier(kFolder, 0x100);
+    EndSignalGiver(kFolder, 0x100).Give();
   }
-  EXPECT_FALSE(EndSignal().IsGiven());
+  EXPECT_FALSE(EndSignal(kFolder, 0x100).IsGiven());
 }
 
-TEST(EndSignalTest, VariableStandsForAsLongAsItLives) {
-  {
-    const EndSignal signal;
-    EXPECT_TRUE(HasVariable());
-  }
-  EXPECT_FALSE(HasVariable());
+TEST_F(EndSignalTest, OfAnotherWorkerIsAnother) {
+  const EndSignal signal(kFolder, 0x100);
+  EndSignalGiver(kFolder, 0x101).Give();
+  EndSignalGiver(kFolder + L"2", 0x100).Give();
+  EndSignalGiver(L"C:\\ouT", 0x100).Give();
+  EXPECT_FALSE(signal.IsGiven());
 }
 
-TEST(EndSignalTest, IsInheritedByTheWorkerAndNoFurther) {
-  const EndSignal signal;
-  const HANDLE event = EventOfVariable();
-  EXPECT_TRUE(IsInheritable(event));
-  const EndSignalGiver giver;
-  EXPECT_FALSE(IsInheritable(event));
-  EXPECT_FALSE(HasVariable());
+TEST_F(EndSignalTest, OfAnotherSupervisorIsAnother) {
+  const EndSignal signal(kFolder, 0x100);
+  parentId = GetCurrentProcessId() + 4;
+  EndSignalGiver(kFolder, 0x100).Give();
+  EXPECT_FALSE(signal.IsGiven());
 }
 
-TEST(EndSignalTest, HandleIsClosed) {
-  HANDLE event = nullptr;
-  {
-    const EndSignal signal;
-    event = EventOfVariable();
-  }
-  DWORD flags = 0;
-  EXPECT_FALSE(GetHandleInformation(event, &flags));
+TEST_F(EndSignalTest, ThatSomebodyElseHasMadeIsNotAvailable) {
+  const EndSignal signal(kFolder, 0x100);
+  EndSignalGiver(kFolder, 0x100).Give();
+  const EndSignal second(kFolder, 0x100);
+  EXPECT_FALSE(second.IsAvailable());
+  EXPECT_FALSE(second.IsGiven());
 }
 
-HANDLE WINAPI CreateNoEvent(SECURITY_ATTRIBUTES*, BOOL, BOOL, const wchar_t*) { return nullptr; }
+SECURITY_ATTRIBUTES* attributesOfTheEvent = nullptr;
 
-TEST(EndSignalTest, WithoutAnEventIsNotAvailable) {
+HANDLE WINAPI CreateNoEvent(SECURITY_ATTRIBUTES* attributes, BOOL, BOOL, const wchar_t*) {
+  attributesOfTheEvent = attributes;
+  return nullptr;
+}
+
+TEST_F(EndSignalTest, WithoutAnEventIsNotAvailable) {
   const ReplacedEntryPoint replaced("KERNEL32.dll", "CreateEventW", CreateNoEvent);
-  const EndSignal signal;
+  const EndSignal signal(kFolder, 0x100);
   EXPECT_FALSE(signal.IsAvailable());
   EXPECT_FALSE(signal.IsGiven());
-  EXPECT_FALSE(HasVariable());
 }
 
-BOOL WINAPI SetNoVariable(const wchar_t*, const wchar_t*) { return FALSE; }
+TEST_F(EndSignalTest, IsInheritedByNoProcess) {
+  SECURITY_ATTRIBUTES some{};
+  attributesOfTheEvent = &some;
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "CreateEventW", CreateNoEvent);
+  const EndSignal signal(kFolder, 0x100);
+  EXPECT_EQ(attributesOfTheEvent, nullptr);
+}
 
-TEST(EndSignalTest, WithoutAVariableIsNotAvailable) {
-  const ReplacedEntryPoint replaced("KERNEL32.dll", "SetEnvironmentVariableW", SetNoVariable);
-  EXPECT_FALSE(EndSignal().IsAvailable());
+BOOL inheritsTheOpened = TRUE;
+
+HANDLE WINAPI OpenNoEvent(DWORD, BOOL inherits, const wchar_t*) {
+  inheritsTheOpened = inherits;
+  return nullptr;
+}
+
+TEST_F(EndSignalTest, IsInheritedByNothingThatTheWorkerStarts) {
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "OpenEventW", OpenNoEvent);
+  const EndSignalGiver giver(kFolder, 0x100);
+  EXPECT_FALSE(inheritsTheOpened);
 }
 
 BOOL WINAPI SetNoEvent(HANDLE) {
@@ -96,15 +110,16 @@ BOOL WINAPI SetNoEvent(HANDLE) {
   return FALSE;
 }
 
-TEST(EndSignalTest, WithoutASupervisorNothingIsSet) {
+TEST_F(EndSignalTest, WithoutASupervisorNothingIsSet) {
   const ReplacedEntryPoint replaced("KERNEL32.dll", "SetEvent", SetNoEvent);
-  EndSignalGiver().Give();
+  EndSignalGiver(kFolder, 0x100).Give();
 }
 
-TEST(EndSignalTest, NumberThatIsNoHandleIsNotSet) {
-  const ReplacedEntryPoint replaced("KERNEL32.dll", "SetEvent", SetNoEvent);
-  const ScopedEnvironmentVariable variable(kVariable, L"123456789");
-  EndSignalGiver().Give();
+TEST_F(EndSignalTest, WithoutAListOfProcessesNothingIsSet) {
+  const EndSignal signal(kFolder, 0x100);
+  const ReplacedEntryPoint snapshot("KERNEL32.dll", "CreateToolhelp32Snapshot", TakeNoSnapshot);
+  EndSignalGiver(kFolder, 0x100).Give();
+  EXPECT_FALSE(signal.IsGiven());
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "base/CountFiles.h"
+#include "base/FolderFiles.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/TempFolder.h"

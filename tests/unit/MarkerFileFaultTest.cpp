@@ -100,5 +100,30 @@ TEST_F(MarkerFileRest, DeletingThatFailsIsSilent) {
   EXPECT_EQ(LogLines(), Lines());
 }
 
+TEST_F(MarkerFileRest, LastMarkerThatIsHeldForAMomentIsDeleted) {
+  WriteBytes(PathOf(L"marker.txt"), "");
+  const PauseRecorder recorder;
+  const FileFaults faults("delete marker.txt 1-4 sharingViolation");
+  DeleteLastMarkerFile();
+  EXPECT_FALSE(Exists(PathOf(L"marker.txt")));
+  EXPECT_EQ(recorder.pauses(), std::vector<long long>(4, 1000));
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(MarkerFileRest, LastMarkerThatStaysIsTriedFiveTimesInSilence) {
+  WriteBytes(PathOf(L"marker.txt"), "");
+  const PauseRecorder recorder;
+  const FileFaults faults("delete marker.txt * sharingViolation");
+  DeleteLastMarkerFile();
+  EXPECT_EQ(faults.OperationsAmong({"delete marker.txt"}).size(), 5u);
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(MarkerFileRest, LastMarkerThatIsMissingIsNotWaitedFor) {
+  const PauseRecorder recorder;
+  DeleteLastMarkerFile();
+  EXPECT_TRUE(recorder.pauses().empty());
+}
+
 }  // namespace
 }  // namespace larkspan

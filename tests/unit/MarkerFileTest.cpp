@@ -91,9 +91,7 @@ TEST_F(MarkerFileTest, OnlyTheLastFailureIsLoggedWithoutDebug) {
 }
 
 TEST_F(MarkerFileTest, MissingOutputFolderIsTriedThirtyTimes) {
-  Settings settings = ProcessSettings();
-  settings.outputFolder = PathOf(L"missing");
-  const ScopedSettings scoped(settings);
+  UseOutputFolder(L"missing");
   EXPECT_FALSE(WriteMarkerFile(0x12F6));
   EXPECT_EQ(recorder_.pauses().size(), 29u);
 }
@@ -122,13 +120,13 @@ TEST_F(MarkerFileTest, FileThatAnotherProgramHoldsIsTriedAgain) {
   EXPECT_EQ(LogLines(), RetryLines(1));
 }
 
-struct Content {
+struct MarkerText {
   const char* name;
   const char* bytes;
   std::uint32_t value;
 };
 
-class MarkerFileContent : public MarkerFileTest, public testing::WithParamInterface<Content> {};
+class MarkerFileContent : public MarkerFileTest, public testing::WithParamInterface<MarkerText> {};
 
 TEST_P(MarkerFileContent, ReadsAs) {
   WriteBytes(marker_, GetParam().bytes);
@@ -143,19 +141,20 @@ TEST_P(MarkerFileContent, IsLoggedAsItIsRead) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Contents, MarkerFileContent,
-                         testing::Values(Content{"AsWritten", "000012F6\r\n", 0x12F6},
-                                         Content{"Zero", "00000000\r\n", 0},
-                                         Content{"LowerCase", "ffff", 0x0000FFFF},
-                                         Content{"WithoutLineEnd", "000012F6", 0x12F6},
-                                         Content{"WithLineFeedOnly", "000012F6\n", 0x12F6},
-                                         Content{"FirstLineOnly", "00000001\r\n00000002\r\n", 1},
-                                         Content{"TextBehindNumber", "12F6 note", 0x12F6},
-                                         Content{"TopBit", "80000004\r\n", 0x80000004},
-                                         Content{"Complete", "FFFFFFFF\r\n", 0xFFFFFFFF},
-                                         Content{"Empty", "", 0xFFFFFFFF},
-                                         Content{"LineEndOnly", "\r\n", 0xFFFFFFFF},
-                                         Content{"NoNumber", "note\r\n", 0xFFFFFFFF},
-                                         Content{"NoNumberBeforeNumber", "- 12F6\r\n", 0xFFFFFFFF}),
+                         testing::Values(MarkerText{"AsWritten", "000012F6\r\n", 0x12F6},
+                                         MarkerText{"Zero", "00000000\r\n", 0},
+                                         MarkerText{"LowerCase", "ffff", 0x0000FFFF},
+                                         MarkerText{"WithoutLineEnd", "000012F6", 0x12F6},
+                                         MarkerText{"WithLineFeedOnly", "000012F6\n", 0x12F6},
+                                         MarkerText{"FirstLineOnly", "00000001\r\n00000002\r\n", 1},
+                                         MarkerText{"TextBehindNumber", "12F6 note", 0x12F6},
+                                         MarkerText{"TopBit", "80000004\r\n", 0x80000004},
+                                         MarkerText{"Complete", "FFFFFFFF\r\n", 0xFFFFFFFF},
+                                         MarkerText{"Empty", "", 0xFFFFFFFF},
+                                         MarkerText{"LineEndOnly", "\r\n", 0xFFFFFFFF},
+                                         MarkerText{"NoNumber", "note\r\n", 0xFFFFFFFF},
+                                         MarkerText{"NoNumberBeforeNumber", "- 12F6\r\n",
+                                                    0xFFFFFFFF}),
                          kNameOf);
 
 TEST_F(MarkerFileTest, MissingFileMeansComplete) { EXPECT_EQ(ReadMarkerFile(), 0xFFFFFFFF); }

@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "base/Utf8.h"
@@ -17,9 +16,7 @@ namespace {
 class OutputSubfoldersTest : public OutputFolderTest {
  protected:
   static void Create(bool archive) {
-    Settings settings = ProcessSettings();
-    settings.archive = archive;
-    SetProcessSettings(std::move(settings));
+    SetArchive(archive);
     CreateOutputSubfolders();
   }
 
@@ -84,6 +81,36 @@ TEST_F(OutputSubfoldersTest, FoldersAreMadeInAFixedOrder) {
   Create(true);
   EXPECT_EQ(files.Operations(), (Lines{"folder data", "folder design", "folder design2",
                                        "folder profile", "folder views"}));
+}
+
+class LeftStagesTest : public OutputFolderTest {};
+
+TEST_F(LeftStagesTest, StagesOfPropertiesAndViewsAreDeleted) {
+  MakeFolder(PathOf(L"views"));
+  for (const wchar_t* name :
+       {L"db.dxl.new", L"views\\0000011A.xml.new", L"views\\0000011E.xml.new"}) {
+    WriteBytes(PathOf(name), "half");
+  }
+  DeleteLeftStages();
+  EXPECT_FALSE(Exists(PathOf(L"db.dxl.new")));
+  EXPECT_FALSE(Exists(PathOf(L"views\\0000011A.xml.new")));
+  EXPECT_FALSE(Exists(PathOf(L"views\\0000011E.xml.new")));
+}
+
+TEST_F(LeftStagesTest, OtherFilesStay) {
+  MakeFolder(PathOf(L"views"));
+  for (const wchar_t* name : {L"db.dxl", L"views\\0000011A.xml", L"views\\a.new", L"acl.dxl.new"}) {
+    WriteBytes(PathOf(name), "whole");
+  }
+  DeleteLeftStages();
+  for (const wchar_t* name : {L"db.dxl", L"views\\0000011A.xml", L"views\\a.new", L"acl.dxl.new"}) {
+    EXPECT_EQ(ReadBytes(PathOf(name)), "whole");
+  }
+}
+
+TEST_F(LeftStagesTest, MissingViewsFolderIsNoFault) {
+  DeleteLeftStages();
+  EXPECT_EQ(LogLines(), Lines());
 }
 
 }  // namespace

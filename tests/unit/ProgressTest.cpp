@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/OutputFolderTest.h"
@@ -30,16 +29,8 @@ class ProgressTest : public OutputFolderTest {
   }
   ~ProgressTest() override { ClearStopRequestForTesting(); }
 
-  void SetArchive(bool archive) {
-    Settings settings = ProcessSettings();
-    settings.archive = archive;
-    SetProcessSettings(std::move(settings));
-  }
-
-  void SetPipe(std::int64_t pipe) {
-    Settings settings = ProcessSettings();
-    settings.progressPipe = pipe;
-    SetProcessSettings(std::move(settings));
+  static void SetPipe(std::int64_t pipe) {
+    ChangeSettings([pipe](Settings& settings) { settings.progressPipe = pipe; });
   }
 };
 

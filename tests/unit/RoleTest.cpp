@@ -1,10 +1,13 @@
 #include "app/Role.h"
 
 #include <gtest/gtest.h>
+#include <windows.h>
 
+#include <filesystem>
 #include <string>
 
 #include "tests/support/FileBytes.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/TempFolder.h"
 
 namespace larkspan {
@@ -142,6 +145,45 @@ TEST_F(RoleTest, OutputFolderMayEndInBackslash) {
 TEST_F(RoleTest, OutputFolderMayHaveAnyName) {
   MakeFolder(folder_ / L"\\\u0416 \u00FC");
   EXPECT_EQ(RoleWithOutputFolder(folder_ / L"\\\u0416 \u00FC"), Role::kSupervisor);
+}
+
+class LongOutputFolderTest : public RoleTest {
+ protected:
+  // A folder inside the test's own whose path has that many characters.
+  std::wstring FolderOfLength(std::size_t length) const {
+    std::wstring path = folder_.path();
+    while (path.size() + 100 < length) path += L"\\" + std::wstring(50, L'a');
+    path += L"\\" + std::wstring(length - path.size() - 1, L'a');
+    std::filesystem::create_directories(path);
+    return path;
+  }
+};
+
+// The longest name of an archive has 23 characters, and a path has 259 at the most.
+TEST_F(LongOutputFolderTest, FolderWhoseLongestFileIsWithinReachIsUsed) {
+  settings().archive = true;
+  EXPECT_EQ(RoleWithOutputFolder(FolderOfLength(236)), Role::kSupervisor);
+}
+
+TEST_F(LongOutputFolderTest, FolderWhoseLongestFileIsNotWithinReachIsRefused) {
+  settings().archive = true;
+  EXPECT_EQ(RoleWithOutputFolder(FolderOfLength(237)), Role::kRefused);
+}
+
+TEST_F(LongOutputFolderTest, ExportWithoutArchiveHasShorterNames) {
+  EXPECT_EQ(RoleWithOutputFolder(FolderOfLength(246)), Role::kSupervisor);
+  EXPECT_EQ(RoleWithOutputFolder(FolderOfLength(247)), Role::kRefused);
+}
+
+FARPROC WINAPI TellThatLongPathsAreEnabled(HMODULE, const char*) {
+  return reinterpret_cast<FARPROC>(
+      reinterpret_cast<void*>(static_cast<BOOLEAN(WINAPI*)()>([]() -> BOOLEAN { return TRUE; })));
+}
+
+TEST_F(LongOutputFolderTest, WhereLongPathsAreEnabledIsUsed) {
+  settings().archive = true;
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "GetProcAddress", TellThatLongPathsAreEnabled);
+  EXPECT_EQ(RoleWithOutputFolder(FolderOfLength(300)), Role::kSupervisor);
 }
 
 }  // namespace

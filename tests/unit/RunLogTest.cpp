@@ -16,12 +16,6 @@ class RunLogTest : public OutputFolderTest {
  protected:
   std::string LogBytes() const { return ReadBytes(log_); }
 
-  void LeaveOutBelow(int level) {
-    Settings settings = ProcessSettings();
-    settings.minimumLogLevel = level;
-    SetProcessSettings(settings);
-  }
-
   const std::wstring log_ = PathOf(L"log.txt");
 };
 
@@ -58,13 +52,13 @@ TEST_F(RunLogTest, FormattingFunctionsLogAtTheirLevel) {
 }
 
 TEST_F(RunLogTest, DebugLinesAreDroppedByDefault) {
-  LeaveOutBelow(Settings().minimumLogLevel);
+  LeaveOutLinesBelow(Settings().minimumLogLevel);
   LogOneOfEachLevel();
   EXPECT_EQ(LogBytes(), "#WARNING# - w\r\n#ERROR# - e\r\n");
 }
 
 TEST_F(RunLogTest, MinimumLevelErrorLeavesErrors) {
-  LeaveOutBelow(2);
+  LeaveOutLinesBelow(2);
   LogOneOfEachLevel();
   EXPECT_EQ(LogBytes(), "#ERROR# - e\r\n");
 }
@@ -190,9 +184,7 @@ TEST_F(RunLogTest, LinesOfTwoThreadsStayWholeAndNoneIsLost) {
 }
 
 TEST_F(RunLogTest, MissingOutputFolderIsSilent) {
-  Settings settings = ProcessSettings();
-  settings.outputFolder = PathOf(L"missing");
-  const ScopedSettings scoped(settings);
+  UseOutputFolder(L"missing");
   LogError(L"lost");
   EXPECT_FALSE(Exists(PathOf(L"missing")));
 }
@@ -204,9 +196,7 @@ TEST_F(RunLogTest, FolderInTheWayIsSilent) {
 }
 
 TEST_F(RunLogTest, FileNameIsJoinedToTheOutputFolderAsItStands) {
-  Settings settings = ProcessSettings();
-  settings.outputFolder = PathOf(L"");  // Ends in a backslash, which makes two.
-  const ScopedSettings scoped(settings);
+  UseOutputFolder(L"");  // Ends in a backslash, which makes two.
   LogError(L"e");
   EXPECT_EQ(LogBytes(), "#ERROR# - e\r\n");
 }

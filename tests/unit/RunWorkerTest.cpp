@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/NotesFixture.h"
+#include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
 namespace {
@@ -179,6 +181,26 @@ TEST_F(RunWorkerTest, ExceptionOutOfTheStartEndsNoRuntime) {
   SetFaults(R"([{"entry": "NotesInitExtended", "action": "throw"}])");
   RunWorker(0);
   EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Exiting via catch-all handler", kEndedByAnException}));
+}
+
+void LARKSPAN_NOTES_CALL EndAndThrow() {
+  Original("NotesTerm", notes_api::NotesTerm)();
+  throw std::runtime_error("out of the library");
+}
+
+TEST_F(RunWorkerTest, ExceptionAtTheEndOfTheRuntimeIsNoneOfTheExport) {
+  const ReplacedEntryPoint replaced("NotesTerm", EndAndThrow);
+  RunWorker(0);
+  EXPECT_TRUE(HasExported());
+  EXPECT_EQ(LogLines(),
+            (Lines{"#DEBUG# - Trying to NotesTerm",
+                   "#WARNING# - The end of the Notes runtime was ended by an exception"}));
+}
+
+TEST_F(RunWorkerTest, PasswordDoesNotStayInTheSettings) {
+  SetId(L"noe.id", L"secret");
+  RunWorker(0);
+  EXPECT_EQ(ProcessSettings().idPassword, L"");
 }
 
 }  // namespace

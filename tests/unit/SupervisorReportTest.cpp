@@ -129,7 +129,7 @@ TEST_F(SupervisorReportTest, StartIsAuditedBeforeTheFirstWorker) {
   class AuditReader : public WorkerLauncher {
    public:
     explicit AuditReader(std::wstring audit) : audit_(std::move(audit)) {}
-    WorkerEnding RunToEnd(const std::wstring&) override {
+    WorkerEnding RunToEnd(const std::wstring&, const EndSignal&) override {
       lines = ReadLines(audit_);
       return kCleanExit;
     }

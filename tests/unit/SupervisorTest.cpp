@@ -12,6 +12,7 @@
 #include "base/OutputPaths.h"
 #include "base/Settings.h"
 #include "supervision/Supervisor.h"
+#include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TempFolder.h"
 
@@ -217,6 +218,19 @@ TEST_F(SupervisorElsewhereTest, LogHasTheLevelThatItIsGiven) {
   RunElsewhere(LogLevel::kDebug, {kCompletes});
   EXPECT_EQ(ReadLines(Elsewhere(L"\\log.txt")).front(),
             "#DEBUG# - Top of Archive Main Loop with nid 00000000");
+}
+
+TEST_F(SupervisorTest, MarkerThatIsHeldForAMomentDoesNotStay) {
+  const FileFaults faults("delete marker.txt 2-3 sharingViolation");
+  EXPECT_EQ(Run({CrashesAt("00000100"), kCompletes}).size(), 2u);
+  EXPECT_EQ(pauses(), std::vector<long long>(2, 1000));
+  EXPECT_EQ(Complaints(), (Lines{kMajor + "00000100", Mismatch(1)}));
+}
+
+TEST_F(SupervisorTest, WhatAWorkerLeftOfANoteIsDeletedAtTheEnd) {
+  WriteBytes(PathOf(L"temp.tmp"), "half a note");
+  Run({CrashesAt("00000100"), {kAccessViolation, std::nullopt}});
+  EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
 }
 
 }  // namespace

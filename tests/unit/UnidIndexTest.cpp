@@ -67,12 +67,12 @@ TEST_F(UnidIndexTest, FolderInTheWayIsSilent) {
 }
 
 // Faults of the second line of three, and what is then left of it.
-struct LineFault {
+struct UnidLineFault {
   const char* plan;
   const char* left;
 };
 
-class UnidIndexFault : public UnidIndexTest, public testing::WithParamInterface<LineFault> {};
+class UnidIndexFault : public UnidIndexTest, public testing::WithParamInterface<UnidLineFault> {};
 
 TEST_P(UnidIndexFault, IsSilentAndTheNextLineIsAppended) {
   const FileFaults faults(GetParam().plan);
@@ -83,9 +83,9 @@ TEST_P(UnidIndexFault, IsSilentAndTheNextLineIsAppended) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, UnidIndexFault,
-                         testing::Values(LineFault{"open unidindex.txt 2 sharingViolation", ""},
-                                         LineFault{"write unidindex.txt 2 diskFull 4", "0000"},
-                                         LineFault{
+                         testing::Values(UnidLineFault{"open unidindex.txt 2 sharingViolation", ""},
+                                         UnidLineFault{"write unidindex.txt 2 diskFull 4", "0000"},
+                                         UnidLineFault{
                                              "close unidindex.txt 2 diskFull",
                                              "0000002A,0123456789ABCDEF0000000AFEDCBA98\r\n"}));
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/xml/Xml.h"
 #include "tests/xml/ShownValue.h"
-#include "tests/xml/Xml.h"
 
 namespace larkspan {
 

@@ -1,12 +1,11 @@
 // The properties of a database, read from db.dxl and from the database file.
 #pragma once
 
-#include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <ostream>
 #include <string>
 
-#include "tests/xml/Xml.h"
+#include "tests/support/xml/Xml.h"
 
 namespace larkspan {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/xml/Xml.h"
+#include "tests/support/xml/Xml.h"
 
 namespace larkspan {
 

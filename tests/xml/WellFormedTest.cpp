@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "tests/xml/Xml.h"
+#include "tests/support/xml/Xml.h"
 #include "tests/xml/XmlTest.h"
 
 namespace larkspan {

@@ -11,7 +11,6 @@
 
 namespace larkspan::torture {
 
-using testing::Lines;
 using testing::LinesOf;
 using testing::MessageOf;
 using testing::NoteIdText;

@@ -14,9 +14,9 @@
 #include <mutex>
 #include <stdexcept>
 
+#include "tests/support/ExportRun.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/LogMessages.h"
-#include "tests/system/ExportRun.h"
 #include "tests/torture/kill/ClosingCheck.h"
 #include "tests/torture/kill/FinalFiles.h"
 #include "tests/torture/kill/RunningExport.h"
@@ -33,6 +33,7 @@ using testing::ExportRun;
 // A new run waits four seconds for each file that is there already.
 constexpr milliseconds kLimit{120000};
 
+constexpr wchar_t kData[] = L"" LARKSPAN_KILL_DATA_FOLDER;
 constexpr wchar_t kDatabase[] = L"small.nsf";
 const std::string kReadMarker = std::string("#DEBUG# - ") + message::kMarkerRead;
 constexpr std::uint32_t kNone = 0xFFFFFFFF;
@@ -41,7 +42,9 @@ constexpr std::uint32_t kNone = 0xFFFFFFFF;
 std::unique_ptr<ExportRun> NewExport() {
   static std::mutex oneAtATime;
   const std::lock_guard lock(oneAtATime);
-  return std::make_unique<ExportRun>();
+  auto run = std::make_unique<ExportRun>();
+  run->SetDataFolder(kData);
+  return run;
 }
 
 class KillRun {

@@ -4,6 +4,8 @@
 
 #include <random>
 
+#include "tests/support/FileBytes.h"
+
 namespace larkspan::torture {
 
 namespace {
@@ -38,10 +40,6 @@ Victim PickVictim(Dice& dice) {
   return side < 5 ? Victim::kSupervisorAndWorker : Victim::kSupervisor;
 }
 
-bool IsThere(const std::wstring& path) {
-  return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
 int CountFilesIn(const std::wstring& folder) {
   WIN32_FIND_DATAW entry;
   const HANDLE listing = FindFirstFileW((folder + L"\\*").c_str(), &entry);
@@ -56,7 +54,7 @@ int CountFilesIn(const std::wstring& folder) {
 
 int CountFinalFiles(const std::wstring& output) {
   int files = 0;
-  for (const wchar_t* name : {L"\\db.dxl", L"\\acl.dxl"}) files += IsThere(output + name) ? 1 : 0;
+  for (const wchar_t* name : {L"\\db.dxl", L"\\acl.dxl"}) files += Exists(output + name) ? 1 : 0;
   for (const wchar_t* name : {L"\\data", L"\\design", L"\\design2", L"\\profile", L"\\views"}) {
     files += CountFilesIn(output + name);
   }
@@ -92,7 +90,7 @@ std::string Describe(const Moment& moment) {
 }
 
 bool Watch::Appeared(const wchar_t* name) {
-  const bool isThere = IsThere(output_ + name);
+  const bool isThere = Exists(output_ + name);
   if (isThere && !isThere_) ++appearances_;
   isThere_ = isThere;
   return appearances_ >= moment_.times;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,22 @@ namespace larkspan {
 namespace {
 
 using notes_api::STATUS;
+
+void* expandedPath = nullptr;
+
+notes_api::STATUS LARKSPAN_NOTES_CALL TellLongestPath(notes_api::DHANDLE, char* path,
+                                                      char* expanded) {
+  std::memset(path, 'x', 1023);
+  path[1023] = '\0';
+  expandedPath = expanded;
+  return 0;
+}
+
+void LARKSPAN_NOTES_CALL TellLongestField(const char*, notes_api::WORD, char* out,
+                                          notes_api::WORD limit) {
+  std::memset(out, 'x', limit);
+  out[limit] = '\0';
+}
 
 class DatabasePropertiesTest : public NotesFixture {
  protected:
@@ -74,7 +91,7 @@ TEST_F(DatabasePropertiesTest, LibraryIsAskedInOrder) {
   EXPECT_EQ(Order({"NSFDbReplicaInfoGet", "NSFDbPathGet", "OSTranslate", "NSFDbInfoGet",
                    "NSFDbInfoParse", "NSFDbIDGet", "NSFDbSpaceUsageScaled", "NSFDbModifiedTime"}),
             (Lines{"NSFDbReplicaInfoGet", "NSFDbPathGet", "OSTranslate", "NSFDbInfoGet",
-                   "NSFDbInfoParse", "NSFDbInfoParse", "OSTranslate", "OSTranslate", "NSFDbIDGet",
+                   "NSFDbInfoParse", "OSTranslate", "NSFDbInfoParse", "OSTranslate", "NSFDbIDGet",
                    "NSFDbSpaceUsageScaled", "NSFDbModifiedTime"}));
 }
 
@@ -220,7 +237,7 @@ TEST_F(DatabasePropertiesTest, EarlierFileIsReplaced) {
 }
 
 TEST_F(DatabasePropertiesTest, FileThatCannotBeWrittenIsLoggedAndAFailure) {
-  const FileFaults faults("write temp.tmp * diskFull");
+  const FileFaults faults("write db.dxl.new * diskFull");
   EXPECT_EQ(Export("").code(), 270);
   ASSERT_EQ(LogLines().size(), 1U);
   EXPECT_TRUE(LogLines()[0].starts_with("#WARNING# - Unable to write "));
@@ -240,6 +257,33 @@ TEST_F(DatabasePropertiesTest, TextThatTranslatesToNothingIsEmpty) {
   const ReplacedEntryPoint replaced("OSTranslate", TranslateNothing);
   EXPECT_TRUE(ExportDatabaseProperties(database).ok());
   EXPECT_NE(ReadBytes(PathOf(L"db.dxl")).find(" path=\"\" title=\"\">"), std::string::npos);
+}
+
+TEST_F(DatabasePropertiesTest, TextsOf1023BytesAreWhole) {
+  const std::string longest(1023, 'x');
+  const ReplacedEntryPoint path("NSFDbPathGet", TellLongestPath);
+  const ReplacedEntryPoint fields("NSFDbInfoParse", TellLongestField);
+  const std::string document = Exported("");
+  EXPECT_NE(document.find(" path=\"" + longest + "\""), std::string::npos);
+  EXPECT_NE(document.find(" title=\"" + longest + "\""), std::string::npos);
+  EXPECT_NE(document.find(" categories=\"" + longest + "\""), std::string::npos);
+}
+
+TEST_F(DatabasePropertiesTest, ExpandedPathIsNotAskedFor) {
+  expandedPath = &expandedPath;
+  const ReplacedEntryPoint path("NSFDbPathGet", TellLongestPath);
+  Exported("");
+  EXPECT_EQ(expandedPath, nullptr);
+}
+
+TEST_F(DatabasePropertiesTest, ControlCharactersBecomeSpaces) {
+  EXPECT_EQ(Attribute("title", R"("title": "a\u0001b\tc\nd\u001Fe")"), "a b c d e");
+}
+
+TEST_F(DatabasePropertiesTest, CodePointsThatAreNoCharactersBecomeSpaces) {
+  EXPECT_EQ(Attribute("title", R"("title": "a\uFFFEb\uFFFFc\uFFFDd")"),
+            "a b c\xEF\xBF\xBD"
+            "d");
 }
 
 }  // namespace

@@ -34,6 +34,9 @@ STATUS LARKSPAN_NOTES_CALL CountPurges(DHANDLE viewDatabase, DHANDLE dataDatabas
 
 // Writes the document of the view 11A of a database that a test describes.
 class ViewDocumentTest : public NotesFixture {
+ public:
+  static Lines OrderOfCalls() { return Order({"NIFCloseCollection", "NSFNoteClose"}); }
+
  protected:
   ViewDocumentTest() {
     purges = 0;
@@ -303,7 +306,7 @@ TEST_F(ViewDocumentTest, ExceptionOnTheWayDropsTheIndexToo) {
 
 TEST_F(ViewDocumentTest, FileThatCannotBeWrittenIsLogged) {
   WriteViewDatabase("", kTwoEntries);
-  const FileFaults faults("open temp.tmp * accessDenied");
+  const FileFaults faults("open view.xml.new * accessDenied; open view.xml * accessDenied");
   Write();
   EXPECT_FALSE(Exists(path_));
   ASSERT_EQ(LogLines().size(), 1U);
@@ -359,6 +362,26 @@ TEST_F(ViewDocumentTest, ValueThatRunsPastItsSummaryEndsTheEntryAlone) {
                                  {"note": "000008FE", "values": [{"text": "Yew"}]}])");
   EXPECT_NE(document.find("<text>B</text>"), std::string::npos) << document;
   EXPECT_NE(document.find("<text>Yew</text>"), std::string::npos) << document;
+}
+
+Lines callsBeforeThePurge;
+
+STATUS LARKSPAN_NOTES_CALL RecordOrderAndRefuse(DHANDLE, DHANDLE, NOTEID) {
+  callsBeforeThePurge = ViewDocumentTest::OrderOfCalls();
+  return 6409;
+}
+
+TEST_F(ViewDocumentTest, PurgeAfterAnExceptionFollowsTheCloseAndHasItsTwoLines) {
+  WriteViewDatabase("", kTwoEntries);
+  Start();
+  const Database database = OpenTestDatabase();
+  FoundLibraryFunctions().purgeCollection = RecordOrderAndRefuse;
+  const ReplacedEntryPoint replaced("NIFReadEntries", ThrowInstead);
+  EXPECT_THROW(WriteViewDocument(database, kView, GetNumberSettings(), path_), std::runtime_error);
+  EXPECT_EQ(callsBeforeThePurge, Lines{"NIFCloseCollection"});
+  ASSERT_EQ(LogLines().size(), 2U);
+  EXPECT_EQ(LogLines()[0], "#DEBUG# - Purging collection 11a failed");
+  EXPECT_TRUE(LogLines()[1].starts_with("#DEBUG# - Error '"));
 }
 
 }  // namespace

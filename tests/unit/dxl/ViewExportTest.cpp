@@ -11,6 +11,7 @@
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
+#include "tests/support/StopRequest.h"
 
 namespace larkspan {
 namespace {
@@ -100,10 +101,7 @@ TEST_F(ViewExportTest, ViewThatFailsDoesNotKeepTheNextFromItsFile) {
 notes_api::STATUS LARKSPAN_NOTES_CALL StopAndOpen(notes_api::DHANDLE database,
                                                   notes_api::NOTEID noteId, notes_api::WORD flags,
                                                   notes_api::DHANDLE* note) {
-  Settings settings = ProcessSettings();
-  settings.progressPipe = 1;
-  SetProcessSettings(settings);
-  MonitorPipe([](std::int64_t) {});
+  RequestStop();
   return Original("NSFNoteOpen", StopAndOpen)(database, noteId, flags, note);
 }
 

@@ -64,19 +64,20 @@ TEST_F(XmlDocumentTest, EarlierFileIsReplaced) {
 
 TEST_F(XmlDocumentTest, NothingButTheFileIsLeft) {
   EXPECT_TRUE(Save().ok());
-  EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
+  EXPECT_FALSE(Exists(PathOf(L"a.xml.new")));
 }
 
 TEST_F(XmlDocumentTest, DocumentThatIsLetGoLeavesNothing) {
   { XmlDocument document; }
   EXPECT_FALSE(Exists(path_));
-  EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
+  EXPECT_FALSE(Exists(PathOf(L"a.xml.new")));
 }
 
-TEST_F(XmlDocumentTest, LeftoverOfACrashedWorkerIsTakenAway) {
-  WriteBytes(PathOf(L"temp.tmp"), "half a note");
+TEST_F(XmlDocumentTest, StageOfARunThatWasEndedIsWrittenOver) {
+  WriteBytes(PathOf(L"a.xml.new"), std::string(5000, 'x'));
   EXPECT_TRUE(Save().ok());
   EXPECT_EQ(ReadBytes(path_), kContent);
+  EXPECT_FALSE(Exists(PathOf(L"a.xml.new")));
 }
 
 TEST_F(XmlDocumentTest, LargeDocumentIsCopiedWhole) {
@@ -106,69 +107,78 @@ TEST_F(XmlDocumentTest, WithoutATemporaryFileNothingIsPrinted) {
   EXPECT_FALSE(document.Save(path_).ok());
 }
 
-struct Failure {
-  const char* faults;
-  notes_api::STATUS code;
-  Lines before;
+// No name is waited for: these tests would record a pause.
+class XmlDocumentPlacementTest : public XmlDocumentTest,
+                                 public testing::WithParamInterface<const char*> {
+ protected:
+  ~XmlDocumentPlacementTest() override { EXPECT_TRUE(recorder_.pauses().empty()); }
+
+  const std::wstring stage_ = PathOf(L"a.xml.new");
+  const PauseRecorder recorder_;
 };
 
-std::vector<Failure> Failures() {
-  const auto fourRetries = [](const std::string& what, const std::string& last) {
-    Lines lines;
-    for (int made = 1; made <= 4; ++made) {
-      lines.push_back("#DEBUG# - Retrying " + what + ": " + std::to_string(made));
-    }
-    lines.push_back("#WARNING# - " + last);
-    return lines;
-  };
-  return {{"open (temporary) * accessDenied", 270, {}},
-          {"write (temporary) * diskFull", 270, {}},
-          {"flush (temporary) * diskFull", 270, {}},
-          {"read (temporary) * accessDenied", 270, {}},
-          {"open temp.tmp * accessDenied", 270, {}},
-          {"write temp.tmp * diskFull", 270, {}},
-          {"write temp.tmp * diskFull 7", 270, {}},
-          {"write temp.tmp * noError 7", 270, {}},
-          {"close temp.tmp * diskFull", 270, {}},
-          {"delete temp.tmp * sharingViolation", 260,
-           fourRetries("delete DXL temporary file",
-                       "Unable to delete DXL temporary file (tried retry)")},
-          {"move a.xml * sharingViolation", 264,
-           fourRetries("move DXL file into place",
-                       "Unable to move DXL file into place (tried retry)")}};
-}
-
-class XmlDocumentFailureTest : public XmlDocumentTest,
-                               public testing::WithParamInterface<Failure> {};
+class XmlDocumentFailureTest : public XmlDocumentPlacementTest {};
 
 TEST_P(XmlDocumentFailureTest, IsLoggedAndTheEarlierFileStays) {
-  const Failure& failure = GetParam();
   WriteBytes(path_, "earlier");
-  const PauseRecorder recorder;
-  const FileFaults faults(failure.faults);
-  EXPECT_EQ(Save().code(), failure.code);
+  const FileFaults faults(GetParam());
+  EXPECT_EQ(Save().code(), 270);
   EXPECT_EQ(ReadBytes(path_), "earlier");
-  EXPECT_FALSE(Exists(PathOf(L"temp.tmp")));
-  Lines lines = failure.before;
-  lines.push_back(unwritten_);
-  EXPECT_EQ(LogLines(), lines);
+  EXPECT_FALSE(Exists(stage_));
+  EXPECT_EQ(LogLines(), Lines{unwritten_});
 }
 
 TEST_P(XmlDocumentFailureTest, LeavesNoFileWhereThereWasNone) {
-  const PauseRecorder recorder;
-  const FileFaults faults(GetParam().faults);
+  const FileFaults faults(GetParam());
   EXPECT_FALSE(Save().ok());
   EXPECT_FALSE(Exists(path_));
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, XmlDocumentFailureTest, testing::ValuesIn(Failures()));
+INSTANTIATE_TEST_SUITE_P(
+    Files, XmlDocumentFailureTest,
+    testing::Values("open (temporary) * accessDenied", "write (temporary) * diskFull",
+                    "flush (temporary) * diskFull", "read (temporary) * accessDenied",
+                    "write a.xml.new * diskFull", "write a.xml.new * diskFull 7",
+                    "write a.xml.new * noError 7", "close a.xml.new * diskFull",
+                    "open a.xml.new * accessDenied; open a.xml * accessDenied",
+                    "move a.xml * sharingViolation; open a.xml * sharingViolation"));
 
-TEST_F(XmlDocumentTest, MoveThatFailsFourTimesSucceedsAtTheFifth) {
-  const PauseRecorder recorder;
-  const FileFaults faults("move a.xml 1-4 sharingViolation");
+// Where there can be no stage, or where it may not take the name.
+class XmlDocumentStraightTest : public XmlDocumentPlacementTest {};
+
+TEST_P(XmlDocumentStraightTest, DocumentIsWrittenUnderItsName) {
+  WriteBytes(path_, "an earlier one that is longer" + std::string(200, '.'));
+  const FileFaults faults(GetParam());
   EXPECT_TRUE(Save().ok());
   EXPECT_EQ(ReadBytes(path_), kContent);
-  EXPECT_EQ(recorder.pauses(), std::vector<long long>(4, 1000));
+  EXPECT_FALSE(Exists(stage_));
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_P(XmlDocumentStraightTest, HalfOfADocumentIsDeleted) {
+  WriteBytes(path_, "earlier");
+  const FileFaults faults(std::string(GetParam()) + "; write a.xml * diskFull 7");
+  EXPECT_EQ(Save().code(), 270);
+  EXPECT_FALSE(Exists(path_));
+  EXPECT_EQ(LogLines(), Lines{unwritten_});
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, XmlDocumentStraightTest,
+                         testing::Values("open a.xml.new * accessDenied",
+                                         "move a.xml * sharingViolation"));
+
+TEST_F(XmlDocumentTest, WithoutItsFolderIsNotWaitedFor) {
+  const PauseRecorder recorder;
+  XmlDocument document;
+  EXPECT_EQ(document.Save(PathOf(L"missing\\a.xml")).code(), 270);
+  EXPECT_TRUE(recorder.pauses().empty());
+}
+
+TEST_F(XmlDocumentTest, TemporaryFileOfExportsIsLeftAlone) {
+  WriteBytes(PathOf(L"temp.tmp"), "half a note");
+  const FileFaults faults("delete temp.tmp * sharingViolation; open temp.tmp * accessDenied");
+  EXPECT_TRUE(Save().ok());
+  EXPECT_EQ(ReadBytes(PathOf(L"temp.tmp")), "half a note");
 }
 
 }  // namespace

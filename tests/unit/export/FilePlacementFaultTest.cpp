@@ -28,7 +28,9 @@ struct OutputFault {
   Lines log;
 };
 
-const Lines kOnlyTenBytes = {"#DEBUG# - Only wrote 10 bytes of 50 to temp file: temp.tmp"};
+// Ten bytes on the disk, one of which is the carriage return of a line end.
+const Lines kOnlyTenBytes = {"#DEBUG# - Only wrote 9 bytes of 50 to temp file: temp.tmp"};
+const Lines kNotClosed = {"#DEBUG# - Unable to close temp file: temp.tmp"};
 
 // Faults of the second chunk.
 class OutputFaultTest : public FilePlacementFaultTest,
@@ -63,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {"#DEBUG# - Unable to open temp file for writing: temp.tmp"}},
         OutputFault{"DiskFullAtTheWrite", "write temp.tmp 2 diskFull 10", kOnlyTenBytes},
         OutputFault{"ShortWriteWithoutAnError", "write temp.tmp 2 noError 10", kOnlyTenBytes},
-        OutputFault{"DiskFullAtTheClose", "close temp.tmp 2 diskFull", {}}),
+        OutputFault{"DiskFullAtTheClose", "close temp.tmp 2 diskFull", kNotClosed}),
     kNameOf);
 
 struct Retried {

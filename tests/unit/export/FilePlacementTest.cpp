@@ -55,6 +55,17 @@ class ScriptedPlacementTest : public FilePlacementTest {
     EXPECT_NE(held, INVALID_HANDLE_VALUE);
     return held;
   }
+
+  // Two chunks, before the second of which another program takes hold of the file.
+  Status ExportHeld() {
+    chunks = {"one", "two"};
+    HANDLE held = INVALID_HANDLE_VALUE;
+    betweenChunks = [&] { held = HoldTemporaryFile(); };
+    const Status status = ExportScripted();
+    betweenChunks = nullptr;
+    CloseHandle(held);
+    return status;
+  }
 };
 
 TEST_F(FilePlacementTest, NoteIsPlacedUnderItsName) {
@@ -153,19 +164,11 @@ TEST_F(FilePlacementTest, ExportThatFailsLeavesNoFile) {
 }
 
 TEST_F(ScriptedPlacementTest, ChunkThatCannotBeWrittenMakesTheExportFail) {
-  chunks = {"one", "two"};
-  HANDLE held = INVALID_HANDLE_VALUE;
-  betweenChunks = [&] { held = HoldTemporaryFile(); };
-  EXPECT_EQ(ExportScripted().code(), 270);
-  CloseHandle(held);
+  EXPECT_EQ(ExportHeld().code(), 270);
 }
 
 TEST_F(ScriptedPlacementTest, ChunkThatCannotBeWrittenIsADebugLine) {
-  chunks = {"one", "two"};
-  HANDLE held = INVALID_HANDLE_VALUE;
-  betweenChunks = [&] { held = HoldTemporaryFile(); };
-  EXPECT_FALSE(ExportScripted().ok());
-  CloseHandle(held);
+  EXPECT_FALSE(ExportHeld().ok());
   EXPECT_EQ(LogLines(), Lines{"#DEBUG# - Unable to open temp file for writing: temp.tmp"});
 }
 
@@ -202,11 +205,7 @@ TEST_F(ScriptedPlacementTest, FailingOutputWinsOverTheStatusOfTheExport) {
 }
 
 TEST_F(ScriptedPlacementTest, NextExportForgetsTheFailingOutput) {
-  chunks = {"one", "two"};
-  HANDLE held = INVALID_HANDLE_VALUE;
-  betweenChunks = [&] { held = HoldTemporaryFile(); };
-  EXPECT_EQ(ExportScripted().code(), 270);
-  CloseHandle(held);
+  EXPECT_EQ(ExportHeld().code(), 270);
   EXPECT_TRUE(ExportNote().ok());
 }
 

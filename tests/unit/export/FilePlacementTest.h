@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "export/FilePlacement.h"
 #include "tests/support/OneNoteFixture.h"

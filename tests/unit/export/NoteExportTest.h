@@ -54,6 +54,13 @@ class NoteExportTest : public NotesFixture {
     return names;
   }
 
+  // Those that the export of a note of this class with these items leaves.
+  Lines FilesFor(const std::string& noteClass, const std::string& items) {
+    OpenNoteOf(noteClass, items);
+    EXPECT_TRUE(Export().ok());
+    return Files();
+  }
+
   // The number of the exporter that wrote the file.
   int ExporterOf(const std::wstring& name) const {
     const std::string dxl = ReadBytes(PathOf(name));

@@ -6,6 +6,7 @@
 
 #include "tests/support/ParameterName.h"
 #include "tests/support/PauseRecorder.h"
+#include "tests/support/StopRequest.h"
 
 namespace larkspan {
 namespace {
@@ -76,15 +77,13 @@ TEST_F(NoteLoopTest, WalkLeavesNoMarker) {
 }
 
 TEST_F(NoteLoopTest, StopRequestEndsTheWalkBeforeTheNoteIsOpened) {
-  ChangeSettings([](Settings& settings) { settings.progressPipe = 44; });
-  MonitorPipe([](std::int64_t) {});
+  RequestStop();
   EXPECT_FALSE(Walk({0x902}));
   EXPECT_EQ(Calls("NSFNoteOpen"), 0);
 }
 
 TEST_F(NoteLoopTest, StopRequestLeavesNoMarker) {
-  ChangeSettings([](Settings& settings) { settings.progressPipe = 44; });
-  MonitorPipe([](std::int64_t) {});
+  RequestStop();
   EXPECT_FALSE(Walk({0x902}));
   EXPECT_FALSE(HasMarker());
 }

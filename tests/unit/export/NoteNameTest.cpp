@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/unit/export/NoteExportTest.h"
 
 namespace larkspan {
@@ -11,14 +12,7 @@ std::string Named(const std::string& name) {
   return R"({"name": "$Name", "text": ")" + name + "\"}";
 }
 
-class NoteNameTest : public NoteExportTest {
- protected:
-  Lines FilesFor(const std::string& noteClass, const std::string& items) {
-    OpenNoteOf(noteClass, items);
-    EXPECT_TRUE(Export().ok());
-    return Files();
-  }
-};
+using NoteNameTest = NoteExportTest;
 
 TEST_F(NoteNameTest, DocumentGoesToData) {
   EXPECT_EQ(FilesFor("1", ""), Lines{"data/0000090A.dxl"});
@@ -136,6 +130,21 @@ TEST_F(ExporterChoiceTest, PictureIsLookedForOutsideArchivesToo) {
   OpenNoteOf("1", R"({"name": "Body", "richText": [{"picture": "b"}]})");
   EXPECT_TRUE(Export().ok());
   EXPECT_EQ(ExporterOf(L"0000090A.dxl"), 2);
+}
+
+notes_api::WORD sizeForTheName = 0;
+
+notes_api::WORD LARKSPAN_NOTES_CALL RecordSize(notes_api::DHANDLE, const char*, char*,
+                                               notes_api::WORD size) {
+  sizeForTheName = size;
+  return 0;
+}
+
+TEST_F(NoteNameTest, NameOfADocumentHasAPlaceOf256Bytes) {
+  const ReplacedEntryPoint replaced("NSFItemGetText", RecordSize);
+  OpenNoteOf("1", "");
+  EXPECT_TRUE(Export().ok());
+  EXPECT_EQ(sizeForTheName, 256);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "notes/Notes.h"
 #include "tests/support/PauseRecorder.h"
+#include "tests/support/ReplacedEntryPoint.h"
 #include "tests/unit/export/NoteExportTest.h"
 
 namespace larkspan {
@@ -16,12 +17,6 @@ constexpr char kStripped[] = R"({"name": "Script", "type": 20, "text": "s"},
 
 class RawCopyTest : public NoteExportTest {
  protected:
-  Lines FilesFor(const std::string& noteClass, const std::string& items) {
-    OpenNoteOf(noteClass, items);
-    EXPECT_TRUE(Export().ok());
-    return Files();
-  }
-
   const Lines both_ = {"design/0000090A.dxl", "design2/0000090A.dxl"};
   const std::wstring copy_ = L"design2\\0000090A.dxl";
 };
@@ -121,6 +116,22 @@ TEST_F(RawCopyTest, CopyThatCannotBePlacedIsTheNotesFailure) {
   const PauseRecorder recorder;
   EXPECT_EQ(Export().code(), 264);
   EXPECT_EQ(ReadBytes(PathOf(copy_)), "old");
+}
+
+Lines deletions;
+
+notes_api::STATUS LARKSPAN_NOTES_CALL RecordItemDeletion(notes_api::DHANDLE, const char* name,
+                                                         notes_api::WORD length) {
+  deletions.emplace_back(name, length);
+  return 0;
+}
+
+TEST_F(RawCopyTest, ItemsOfType20AreDeletedInTheOrderCollected) {
+  OpenNoteOf("\"form\"", std::string(kBody) + "," + kStripped);
+  deletions.clear();
+  const ReplacedEntryPoint replaced("NSFItemDelete", RecordItemDeletion);
+  EXPECT_TRUE(Export().ok());
+  EXPECT_EQ(deletions, (Lines{"Script", "Code"}));
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "tests/faults/FileFaults.h"
 #include "tests/support/PauseRecorder.h"
 #include "tests/support/ReplacedEntryPoint.h"
+#include "tests/support/StopRequest.h"
 #include "tests/unit/export/WorkerRunTest.h"
 
 namespace larkspan {
@@ -68,7 +71,7 @@ TEST_F(WorkerRunTest, PropertiesThatCannotBeToldEndTheRunBeforeAnyNote) {
 }
 
 TEST_F(WorkerRunTest, PropertiesThatCannotBeWrittenEndTheRunBeforeAnyNote) {
-  const FileFaults faults("write temp.tmp 1 diskFull");
+  const FileFaults faults("write db.dxl.new 1 diskFull");
   Run();
   ASSERT_EQ(LogLines().size(), 2u);
   EXPECT_TRUE(LogLines()[1].starts_with("#ERROR# - Error exporting database properties ("));
@@ -170,9 +173,7 @@ TEST_F(WorkerRunTest, ListWithTextThatIsNoNumberEndsTheLaterWorkerBeforeAnyNote)
 
 TEST_F(WorkerRunTest, StopRequestEndsTheRunWithoutTheSizeAfter) {
   SetArchive(true);
-  ChangeSettings([](Settings& settings) { settings.progressPipe = 44; });
-  MonitorPipe([](std::int64_t) {});
-  ChangeSettings([](Settings& settings) { settings.progressPipe = kNoPipe; });
+  RequestStop();
   Run();
   EXPECT_EQ(Calls("NSFNoteOpen"), 0);
   EXPECT_FALSE(Exists(PathOf(L"marker.txt")));
@@ -181,9 +182,7 @@ TEST_F(WorkerRunTest, StopRequestEndsTheRunWithoutTheSizeAfter) {
 
 TEST_F(WorkerRunTest, StopRequestBeforeTheListIsHeededAtTheFirstNoteOnly) {
   SetArchive(true);
-  ChangeSettings([](Settings& settings) { settings.progressPipe = 44; });
-  MonitorPipe([](std::int64_t) {});
-  ChangeSettings([](Settings& settings) { settings.progressPipe = kNoPipe; });
+  RequestStop();
   Run();
   EXPECT_TRUE(Exists(PathOf(L"idtable.txt")));
 }
@@ -199,6 +198,59 @@ TEST_F(WorkerRunTest, WhatWasOpenedIsClosedInTheReverseOrder) {
   EXPECT_EQ(Order({"IDDestroyTable", "NSFDbClose", "DXLDeleteExporter"}),
             (Lines{"IDDestroyTable", "NSFDbClose", "DXLDeleteExporter", "DXLDeleteExporter",
                    "DXLDeleteExporter", "DXLDeleteExporter", "DXLDeleteExporter"}));
+}
+
+TEST_F(WorkerRunTest, DatabaseWhosePathIsNotTranslatedIsNotSaidToBeOpened) {
+  SetArchive(true);
+  SetFaults(R"([{"entry": "OSTranslate", "call": 1, "status": 1}])");
+  Run();
+  EXPECT_EQ(progress_, "");
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - Error opening database (Text is too long for the Notes "
+                              "library or cannot be put into its characters)"});
+}
+
+TEST_F(WorkerRunTest, LocationThatTheLibraryDoesNotTellIsAWarning) {
+  SetFaults(R"([{"entry": "NSFDbPathGet", "call": 1, "status": 582}])");
+  Run();
+  EXPECT_EQ(LogLines().front(),
+            "#WARNING# - Unable to read database location "
+            "(You are not authorized to open the database)");
+  EXPECT_EQ(AuditLines().front(), "Archive database server: ");
+}
+
+TEST_F(WorkerRunTest, TemporaryFileThatCannotBeDeletedCostsTheAclAndEachNoteItsLine) {
+  SetArchive(true);
+  const PauseRecorder recorder;
+  const FileFaults faults("delete temp.tmp * sharingViolation");
+  Run();
+  EXPECT_TRUE(Exists(PathOf(L"db.dxl")));
+  const Lines log = LogLines();
+  EXPECT_EQ(std::count_if(log.begin(), log.end(),
+                          [](const std::string& line) {
+                            return line.starts_with("#WARNING# - Error exporting ACL (");
+                          }),
+            1);
+  EXPECT_EQ(std::count_if(log.begin(), log.end(),
+                          [](const std::string& line) {
+                            return line.starts_with("#WARNING# - Major: Error exporting note ");
+                          }),
+            3);
+}
+
+TEST_F(WorkerRunTest, MarkerThatIsHeldAfterTheLastNoteDoesNotStay) {
+  const PauseRecorder recorder;
+  const FileFaults faults("delete marker.txt 1-2 sharingViolation");
+  Run();
+  EXPECT_FALSE(Exists(PathOf(L"marker.txt")));
+  EXPECT_EQ(recorder.pauses(), std::vector<long long>(1, 1000));
+  EXPECT_EQ(LogLines(), Lines());
+}
+
+TEST_F(WorkerRunTest, StageOfARunThatWasEndedIsDeleted) {
+  WriteBytes(PathOf(L"db.dxl.new"), "half");
+  SetFaults(R"([{"entry": "NSFDbReplicaInfoGet", "status": 582}])");
+  Run();
+  EXPECT_FALSE(Exists(PathOf(L"db.dxl.new")));
 }
 
 }  // namespace

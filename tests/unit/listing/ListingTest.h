@@ -2,9 +2,7 @@
 #pragma once
 
 #include <string>
-#include <utility>
 
-#include "notes/Runtime.h"
 #include "tests/support/NotesFixture.h"
 
 namespace larkspan {

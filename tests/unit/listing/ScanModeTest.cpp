@@ -47,7 +47,7 @@ TEST_F(ScanModeTest, ServerIsCutAtTheFirstMark) {
 }
 
 // The database is opened by the server's name and the mark, whatever the name is.
-struct PathCase {
+struct ScanPathCase {
   const wchar_t* server;
   const char* path;
 };
@@ -59,7 +59,7 @@ notes_api::STATUS LARKSPAN_NOTES_CALL RefuseAndRemember(const char* path, notes_
   return 582;
 }
 
-class ScanPathTest : public ScanModeTest, public testing::WithParamInterface<PathCase> {};
+class ScanPathTest : public ScanModeTest, public testing::WithParamInterface<ScanPathCase> {};
 
 TEST_P(ScanPathTest, IsThatOfTheServersRoot) {
   SetServer(GetParam().server);
@@ -70,10 +70,10 @@ TEST_P(ScanPathTest, IsThatOfTheServersRoot) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, ScanPathTest,
-                         testing::Values(PathCase{L"<Local>", ""}, PathCase{L"", "!!"},
-                                         PathCase{L"<local>", "<local>!!"},
-                                         PathCase{L"Mill/Example", "Mill/Example!!"},
-                                         PathCase{L"M\u00fchle", "M\x01\xFChle!!"}));
+                         testing::Values(ScanPathCase{L"<Local>", ""}, ScanPathCase{L"", "!!"},
+                                         ScanPathCase{L"<local>", "<local>!!"},
+                                         ScanPathCase{L"Mill/Example", "Mill/Example!!"},
+                                         ScanPathCase{L"M\u00fchle", "M\x01\xFChle!!"}));
 
 TEST_F(ScanModeTest, SearchIsForDatabasesAndFolders) {
   Configure();

@@ -118,12 +118,13 @@ TEST_F(ServersModeTest, MissingMailServerIsAnErrorAndAnEmptyFile) {
   EXPECT_EQ(Calls("NotesTerm"), 1);
 }
 
-struct Failure {
+struct ListingFailure {
   const char* entry;
   int call;
 };
 
-class ServersFailureTest : public ServersModeTest, public testing::WithParamInterface<Failure> {};
+class ServersFailureTest : public ServersModeTest,
+                           public testing::WithParamInterface<ListingFailure> {};
 
 TEST_P(ServersFailureTest, IsAnErrorAndLeavesTheFileEmpty) {
   WriteBooks(kMill, Destination("a"), Server("b"));
@@ -135,10 +136,11 @@ TEST_P(ServersFailureTest, IsAnErrorAndLeavesTheFileEmpty) {
   EXPECT_EQ(LeftOpen(), kNothingOpen);
 }
 
-INSTANTIATE_TEST_SUITE_P(Calls, ServersFailureTest,
-                         testing::Values(Failure{"DNAbbreviate", 1}, Failure{"DNAbbreviate", 2},
-                                         Failure{"DNAbbreviate", 3}, Failure{"DNAbbreviate", 5},
-                                         Failure{"NAMELookup", 1}, Failure{"NAMELookup", 2}));
+INSTANTIATE_TEST_SUITE_P(
+    Calls, ServersFailureTest,
+    testing::Values(ListingFailure{"DNAbbreviate", 1}, ListingFailure{"DNAbbreviate", 2},
+                    ListingFailure{"DNAbbreviate", 3}, ListingFailure{"DNAbbreviate", 5},
+                    ListingFailure{"NAMELookup", 1}, ListingFailure{"NAMELookup", 2}));
 
 TEST_F(ServersModeTest, ItemThatCannotBeReadIsAsGoodAsEmpty) {
   WriteBooks(kMill, Destination("a") + "," + Destination("b"), Server("c"));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/NotesFixture.h"
+#include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
 namespace {
@@ -91,6 +92,22 @@ TEST_F(IdTablesTest, ScanThatTheLibraryEndsEarlyFails) {
   });
   EXPECT_EQ(end, ScanEnd::kFailed);
   EXPECT_EQ(visited, (Ids{0x902, 0x906}));
+}
+
+notes_api::BOOL* insertedPlace = nullptr;
+
+notes_api::STATUS LARKSPAN_NOTES_CALL RecordInsertedPlace(notes_api::DHANDLE, notes_api::NOTEID,
+                                                          notes_api::BOOL* inserted) {
+  insertedPlace = inserted;
+  return 0;
+}
+
+TEST_F(IdTablesTest, InsertionDoesNotAskWhetherTheIdIsNew) {
+  notes_api::BOOL some = 0;
+  insertedPlace = &some;
+  const ReplacedEntryPoint replaced("IDInsert", RecordInsertedPlace);
+  EXPECT_TRUE(InsertId(table_, 0x902).ok());
+  EXPECT_EQ(insertedPlace, nullptr);
 }
 
 }  // namespace

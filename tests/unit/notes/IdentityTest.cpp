@@ -9,7 +9,7 @@
 namespace larkspan {
 namespace {
 
-constexpr char kDatabase[] = R"({"notes": [
+constexpr char kIdentityDatabase[] = R"({"notes": [
   {"id": "00000902", "sealedFor": ["CN=Imke/O=Garten"],
    "items": [{"name": "Secret", "text": "4711", "sealed": true}]}
 ]})";
@@ -17,7 +17,7 @@ constexpr char kDatabase[] = R"({"notes": [
 class IdentityTest : public NotesFixture {
  protected:
   IdentityTest() {
-    WriteDatabase(kDatabase);
+    WriteDatabase(kIdentityDatabase);
     WriteData(L"imke.id", R"({"name": "CN=Imke/O=Garten", "password": "Rittersporn"})");
     WriteData(L"b\u00E9.id", "{\"name\": \"CN=Bo/O=Garten\", \"password\": \"p\u00E2que\"}");
     Start();
@@ -123,6 +123,26 @@ TEST_F(IdentityTest, IdFileThatDoesNotOpenDecryptsNothing) {
 TEST_F(IdentityTest, IdFileIsClosedAfterADecryptionThatFailed) {
   EXPECT_EQ(DecryptTestNote(L"b\u00E9.id", L"p\u00E2que").code(), 6411);
   EXPECT_EQ(Calls("SECKFMClose"), 1);
+}
+
+const std::wstring kTooLong(1024, L'x');
+
+TEST_F(IdentityTest, SwitchWithTextsThatDoNotFitIsRefused) {
+  EXPECT_EQ(SwitchId(kTooLong, L"Rittersporn").code(), 274);
+  EXPECT_EQ(SwitchId(L"imke.id", kTooLong).code(), 274);
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, SwitchWithAnIdFileThatIsTranslatedToNothingIsRefused) {
+  SetFaults(R"([{"entry": "OSTranslate", "call": 1, "status": 1}])");
+  EXPECT_EQ(SwitchId(L"imke.id", L"Rittersporn").code(), 274);
+  EXPECT_EQ(Calls("SECKFMSwitchToIDFile"), 0);
+}
+
+TEST_F(IdentityTest, DecryptionWithTextsThatDoNotFitIsRefused) {
+  EXPECT_EQ(DecryptTestNote(kTooLong, L"Rittersporn").code(), 274);
+  EXPECT_EQ(DecryptTestNote(L"imke.id", kTooLong).code(), 274);
+  EXPECT_EQ(Calls("SECKFMOpen"), 0);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace {
 
 using Ids = std::vector<std::uint32_t>;
 
-constexpr char kDatabase[] = R"({
+constexpr char kSearchedDatabase[] = R"({
   "notes": [
     {"id": "00000902"},
     {"id": "00000906", "class": "form"},
@@ -32,7 +32,7 @@ constexpr char kDatabase[] = R"({
 class NoteSearchTest : public NotesFixture {
  protected:
   NoteSearchTest() {
-    WriteDatabase(kDatabase);
+    WriteDatabase(kSearchedDatabase);
     Start();
     EXPECT_EQ(FindLibraryFunctions(L"nnotes.dll"), LibraryLookup::kFound);
     database_ = OpenTestDatabase();

@@ -28,9 +28,12 @@ class PropertiesTest : public NotesFixture {
   static DatabaseLocation LocationOf(const std::string& path) {
     Database database;
     EXPECT_TRUE(OpenDatabase(path, database).ok());
-    return GetDatabaseLocation(database);
+    DatabaseLocation location;
+    locationStatus_ = GetDatabaseLocation(database, location);
+    return location;
   }
 
+  static inline Status locationStatus_;
   Database database_;
   std::uint64_t bytes_ = 1;
 };
@@ -42,10 +45,10 @@ void LARKSPAN_NOTES_CALL FillField(const char*, WORD, char* out, WORD limit) {
 
 TEST_F(PropertiesTest, TitlesHaveAtMost1023Bytes) {
   const ReplacedEntryPoint replaced("NSFDbInfoParse", FillField);
-  DatabaseTitles titles;
-  ASSERT_TRUE(GetDatabaseTitles(OpenTestDatabase(), titles).ok());
-  EXPECT_EQ(titles.title, std::string(1023, 'x'));
-  EXPECT_EQ(titles.categories, std::string(1023, 'x'));
+  DatabaseInformation information;
+  ASSERT_TRUE(information.Get(OpenTestDatabase()).ok());
+  EXPECT_EQ(information.Title(), std::string(1023, 'x'));
+  EXPECT_EQ(information.Categories(), std::string(1023, 'x'));
 }
 
 TEST_F(PropertiesTest, LocationOfALocalDatabaseHasNoServer) {
@@ -86,6 +89,7 @@ TEST_F(PropertiesTest, PathHasUpTo1023BytesEvenWithoutEnd) {
 TEST_F(PropertiesTest, LocationIsEmptyWithoutPath) {
   SetFaults(R"([{"entry": "NSFDbPathGet", "status": 1000}])");
   const DatabaseLocation location = LocationOf("Garden!!bulbs.nsf");
+  EXPECT_EQ(locationStatus_.code(), 1000);
   EXPECT_EQ(location.server, "");
   EXPECT_EQ(location.file, "");
 }
@@ -93,6 +97,7 @@ TEST_F(PropertiesTest, LocationIsEmptyWithoutPath) {
 TEST_F(PropertiesTest, LocationIsEmptyWhenThePathCannotBeSplit) {
   SetFaults(R"([{"entry": "OSPathNetParse", "status": 1000}])");
   const DatabaseLocation location = LocationOf("Garden!!bulbs.nsf");
+  EXPECT_EQ(locationStatus_.code(), 1000);
   EXPECT_EQ(location.server, "");
   EXPECT_EQ(location.file, "");
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "notes/StatusCodes.h"
 #include "tests/support/NotesFixture.h"
 #include "tests/support/ReplacedEntryPoint.h"
 
@@ -77,6 +78,17 @@ TEST_F(StatusTextTest, TextWithoutLengthIsEmpty) { EXPECT_EQ(TextFor(""), L""); 
 
 TEST_F(StatusTextTest, IsThereBeforeTheRuntimeIsStarted) {
   EXPECT_EQ(StatusText(Status(0x1A5)), L"Unable to find the file notes.ini");
+}
+
+TEST_F(StatusTextTest, StatusThatBringsItsOwnWordsIsNotLookedUp) {
+  EXPECT_EQ(StatusText(kMemoryNotLocked), L"Memory of the Notes library cannot be locked");
+  EXPECT_EQ(StatusText(kPathNotTranslated),
+            L"Text is too long for the Notes library or cannot be put into its characters");
+}
+
+TEST_F(StatusTextTest, SameNumberOfTheLibraryHasTheLibrarysWords) {
+  EXPECT_NE(StatusText(Status(272)), StatusText(kMemoryNotLocked));
+  EXPECT_EQ(Status(272), kMemoryNotLocked);
 }
 
 }  // namespace

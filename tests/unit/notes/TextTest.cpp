@@ -3,29 +3,42 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 #include "tests/support/NotesFixture.h"
 
 namespace larkspan {
 namespace {
 
-class TextTest : public NotesFixture {};
+class TextTest : public NotesFixture {
+ protected:
+  static std::string Translated(std::wstring_view text) {
+    std::string notes;
+    EXPECT_TRUE(WideToNotes(text, notes));
+    return notes;
+  }
+
+  static bool IsTranslated(std::wstring_view text) {
+    std::string notes;
+    return WideToNotes(text, notes);
+  }
+};
 
 TEST_F(TextTest, AsciiIsTheSameInTheNotesCharacterSet) {
-  EXPECT_EQ(WideToNotes(L"mail\\a.nsf"), "mail\\a.nsf");
+  EXPECT_EQ(Translated(L"mail\\a.nsf"), "mail\\a.nsf");
 }
 
 TEST_F(TextTest, LettersOutsideAsciiAreTranslated) {
-  EXPECT_EQ(WideToNotes(L"\u00E9\u65E5"), "\x01\xE9\x14\x65\xE5");
+  EXPECT_EQ(Translated(L"\u00E9\u65E5"), "\x01\xE9\x14\x65\xE5");
 }
 
 TEST_F(TextTest, EmptyTextStaysEmpty) {
-  EXPECT_EQ(WideToNotes(L""), "");
+  EXPECT_EQ(Translated(L""), "");
   EXPECT_EQ(NotesToWide("", 512), L"");
 }
 
 TEST_F(TextTest, TextBehindTheViewIsNotTranslated) {
-  EXPECT_EQ(WideToNotes(std::wstring_view(L"abcdef", 3)), "abc");
+  EXPECT_EQ(Translated(std::wstring_view(L"abcdef", 3)), "abc");
 }
 
 TEST_F(TextTest, NotesTextIsTranslatedBack) {
@@ -33,16 +46,25 @@ TEST_F(TextTest, NotesTextIsTranslatedBack) {
 }
 
 TEST_F(TextTest, LongestNotesTextLeavesRoomForItsNul) {
-  EXPECT_EQ(WideToNotes(std::wstring(1023, L'a')), std::string(1023, 'a'));
-  EXPECT_EQ(WideToNotes(std::wstring(1024, L'a')), std::string(1023, 'a'));
+  EXPECT_EQ(Translated(std::wstring(1023, L'a')), std::string(1023, 'a'));
+  EXPECT_EQ(Translated(std::wstring(1020, L'a') + L"\u65E5"),
+            std::string(1020, 'a') + "\x14\x65\xE5");
 }
 
-TEST_F(TextTest, CharacterThatDoesNotFitIsLeftOutWhole) {
-  EXPECT_EQ(WideToNotes(std::wstring(1021, L'a') + L"\u65E5"), std::string(1021, 'a'));
+TEST_F(TextTest, TextThatDoesNotFitIsRefused) {
+  EXPECT_FALSE(IsTranslated(std::wstring(1024, L'a')));
+  EXPECT_FALSE(IsTranslated(std::wstring(1021, L'a') + L"\u65E5"));
+  EXPECT_FALSE(IsTranslated(std::wstring(1022, L'a') + L"\u65E5"));
+  EXPECT_FALSE(IsTranslated(std::wstring(1207, L'a')));
+  EXPECT_FALSE(IsTranslated(std::wstring(100000, L'a')));
+}
+
+TEST_F(TextTest, TextThatTheLibraryTranslatesToNothingIsRefused) {
+  SetFaults(R"([{"entry": "OSTranslate", "status": 1}])");
+  EXPECT_FALSE(IsTranslated(L"a"));
 }
 
 TEST_F(TextTest, InputLongerThanTheLibraryCountsIsCut) {
-  EXPECT_EQ(WideToNotes(std::wstring(100000, L'a')), std::string(1023, 'a'));
   EXPECT_EQ(NotesToWide(std::string(100000, 'a'), 512), std::wstring(256, L'a'));
 }
 
@@ -52,7 +74,7 @@ TEST_F(TextTest, WideTextIsLimitedInBytes) {
 }
 
 TEST_F(TextTest, SurrogatePairThatDoesNotFitIsLeftOutWhole) {
-  const std::string face = WideToNotes(L"\U0001F600");
+  const std::string face = Translated(L"\U0001F600");
   EXPECT_EQ(NotesToWide("a" + face, 6), L"a\U0001F600");
   EXPECT_EQ(NotesToWide("a" + face, 4), L"a");
 }
