@@ -6,6 +6,7 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
+#include "app/Dialogs.h"
 #include "app/PasswordVariable.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"
@@ -88,4 +89,7 @@ int RunProgram() {
 
 }  // namespace larkspan
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) { return larkspan::RunProgram(); }
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+  larkspan::SuppressDialogs();
+  return larkspan::RunProgram();
+}

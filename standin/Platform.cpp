@@ -100,6 +100,10 @@ void EndThread() { ExitThread(0); }
 
 void InstallQuietCrashFilter() { SetUnhandledExceptionFilter(EndQuietly); }
 
+unsigned int ErrorMode() { return GetErrorMode(); }
+
+int RuntimeErrorMode() { return _set_error_mode(_REPORT_ERRMODE); }
+
 #else
 
 std::u16string ArgumentToUtf16(std::string_view argument) { return Utf8ToUtf16(argument); }
@@ -133,6 +137,10 @@ void RaiseSystemException(std::uint32_t) { std::abort(); }
 void EndThread() { std::abort(); }
 
 void InstallQuietCrashFilter() {}
+
+unsigned int ErrorMode() { return 0; }
+
+int RuntimeErrorMode() { return 0; }
 
 #endif
 

@@ -46,6 +46,11 @@ void StartThreadThatCrashes();
 // than on Windows nothing changes.
 void InstallQuietCrashFilter();
 
+// How the process answers faults and critical errors, and where the C runtime that it shares with
+// the library says its messages: the modes that both tell, 0 elsewhere than on Windows.
+unsigned int ErrorMode();
+int RuntimeErrorMode();
+
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);
 

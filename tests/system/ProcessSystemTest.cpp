@@ -73,6 +73,24 @@ TEST_F(ProcessSystemTest, WorkersGetTheEnvironmentOfTheirSupervisor) {
   EXPECT_EQ(FilesIn("data").size(), 2u);
 }
 
+// Somebody would have to close them.
+TEST_F(ProcessSystemTest, NoRoleThatStartsTheLibraryLetsFaultsShowWindows) {
+  run_.AddConfiguration("StandinProcess=1");
+  run_.AddConfiguration("MailServer=Garden");
+  const UINT mode = SetErrorMode(0);
+  run_.Export(L"two.nsf", {L"-archive"});
+  for (const wchar_t* listing : {L"-scan", L"-servers"}) {
+    run_.RunArguments(
+        {run_.ConfigurationArgument(), L"-o", run_.output(), L"-s", L"<Local>", listing});
+  }
+  SetErrorMode(mode);
+  ASSERT_EQ(run_.LedgerLines().size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(Ledger(i).at("process").at("errorMode"), 3);
+    EXPECT_EQ(Ledger(i).at("process").at("runtimeErrorMode"), _OUT_TO_STDERR);
+  }
+}
+
 TEST_F(ProcessSystemTest, AWorkerThatCannotBeCreatedEndsTheRunWithAWholeAuditReport) {
   run_.AddDatabase(
       L"x.nsf",
