@@ -51,6 +51,10 @@ void InstallQuietCrashFilter();
 unsigned int ErrorMode();
 int RuntimeErrorMode();
 
+// How many of this process's handles a process that it starts can inherit; 0 elsewhere than on
+// Windows.
+int CountInheritableHandles();
+
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);
 

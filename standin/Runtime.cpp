@@ -68,7 +68,9 @@ std::size_t OpenKeyFiles(const Runtime& runtime) {
 }
 
 nlohmann::json ProcessJson() {
-  return {{"errorMode", ErrorMode()}, {"runtimeErrorMode", RuntimeErrorMode()}};
+  return {{"errorMode", ErrorMode()},
+          {"runtimeErrorMode", RuntimeErrorMode()},
+          {"inheritableHandles", CountInheritableHandles()}};
 }
 
 }  // namespace
