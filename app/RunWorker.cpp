@@ -48,14 +48,6 @@ void AuditUser() {
   Audit(L"Set user to: %s\n", NotesToWide(userName, kMaxWideBytes).c_str());
 }
 
-void StartAndExport(std::uint32_t resumeNoteId) {
-  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
-  if (!StartRuntimeOrLog(resumeNoteId)) return;
-  if (!SwitchIdOrLog()) return;
-  if (resumeNoteId == 0) AuditUser();
-  RunExport(resumeNoteId);
-}
-
 // What the export has done stands, whatever the library does at its end.
 void EndRuntimeOrLog() {
   try {
@@ -63,6 +55,15 @@ void EndRuntimeOrLog() {
   } catch (...) {
     LogWarning(L"The end of the Notes runtime was ended by an exception");
   }
+}
+
+void StartAndExport(std::uint32_t resumeNoteId) {
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  if (!StartRuntimeOrLog(resumeNoteId)) return;
+  if (!SwitchIdOrLog()) return;
+  if (resumeNoteId == 0) AuditUser();
+  RunExport(resumeNoteId);
+  EndRuntimeOrLog();
 }
 
 }  // namespace
@@ -74,8 +75,8 @@ void RunWorker(std::uint32_t resumeNoteId) {
     LogDebug(L"Exiting via catch-all handler");
     // A marker makes the supervisor name the note and go on; without one this is the run's end.
     if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
+    EndRuntimeOrLog();
   }
-  EndRuntimeOrLog();
   WipePassword();
 }
 
