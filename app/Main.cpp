@@ -13,6 +13,7 @@
 #include "app/TerminationHandler.h"
 #include "app/VersionBox.h"
 #include "base/Settings.h"
+#include "listing/ListingRun.h"
 #include "listing/ScanMode.h"
 #include "listing/ServersMode.h"
 #include "notes/Runtime.h"
@@ -26,7 +27,13 @@ namespace {
 constexpr int kRoleRan = 0;
 constexpr int kRefused = 1;
 
-void CloseWorker() {
+// The exit codes of a process whose main thread has ended. A worker's tells of a failure; a
+// listing's is that of the thread, as the system would give it.
+constexpr unsigned int kWorkerThreadEnded = 3;
+constexpr unsigned int kListingThreadEnded = 0;
+
+void CloseWorker(BodyEnd end) {
+  if (end == BodyEnd::kException) EndWorkerAfterException();
   LogDebug(L"Exiting via SEH finally");
   EndNotesRuntime();
 }
@@ -34,9 +41,17 @@ void CloseWorker() {
 void Work() {
   const Settings& settings = ProcessSettings();
   const EndSignalGiver end(settings.outputFolder, settings.resumeNoteId);
-  RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); }, CloseWorker);
+  RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); },
+                            {CloseWorker, kWorkerThreadEnded});
   end.Give();
 }
+
+void CloseListing(BodyEnd end) {
+  if (end == BodyEnd::kException) EndListingAfterException();
+  if (end == BodyEnd::kCrash) EndListingAfterCrash();
+}
+
+void List(void (*mode)()) { RunWithTerminationHandler(mode, {CloseListing, kListingThreadEnded}); }
 
 int PlayRole(Role role) {
   switch (role) {
@@ -49,10 +64,10 @@ int PlayRole(Role role) {
       Work();
       return kRoleRan;
     case Role::kScan:
-      RunScanMode();
+      List(RunScanMode);
       return kRoleRan;
     case Role::kServers:
-      RunServersMode();
+      List(RunServersMode);
       return kRoleRan;
     case Role::kRefused:
       return kRefused;

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <string>
 
 #include "base/Settings.h"
@@ -19,6 +20,9 @@
 namespace larkspan {
 
 namespace {
+
+// Atomic, since another thread tells of an exception on it. From then on the export stands.
+std::atomic<bool> endingRuntime{false};
 
 bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
   const Settings& settings = ProcessSettings();
@@ -48,12 +52,17 @@ void AuditUser() {
   Audit(L"Set user to: %s\n", NotesToWide(userName, kMaxWideBytes).c_str());
 }
 
+void TellExceptionOfTheEnd() {
+  LogWarning(L"The end of the Notes runtime was ended by an exception");
+}
+
 // What the export has done stands, whatever the library does at its end.
 void EndRuntimeOrLog() {
+  endingRuntime = true;
   try {
     EndNotesRuntime();
   } catch (...) {
-    LogWarning(L"The end of the Notes runtime was ended by an exception");
+    TellExceptionOfTheEnd();
   }
 }
 
@@ -66,18 +75,32 @@ void StartAndExport(std::uint32_t resumeNoteId) {
   EndRuntimeOrLog();
 }
 
+void TellExceptionOfTheExport() {
+  LogDebug(L"Exiting via catch-all handler");
+  // A marker makes the supervisor name the note and go on; without one this is the run's end.
+  if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
+}
+
 }  // namespace
 
 void RunWorker(std::uint32_t resumeNoteId) {
+  endingRuntime = false;
   try {
     StartAndExport(resumeNoteId);
   } catch (...) {
-    LogDebug(L"Exiting via catch-all handler");
-    // A marker makes the supervisor name the note and go on; without one this is the run's end.
-    if (!HasMarkerFile()) LogError(L"The export was ended by an exception");
+    TellExceptionOfTheExport();
     EndRuntimeOrLog();
   }
   WipePassword();
+}
+
+void EndWorkerAfterException() {
+  if (endingRuntime) {
+    TellExceptionOfTheEnd();
+  } else {
+    TellExceptionOfTheExport();
+    EndRuntimeOrLog();
+  }
 }
 
 }  // namespace larkspan

@@ -11,4 +11,9 @@ namespace larkspan {
 // supervisor tries the same again. Lets no exception out.
 void RunWorker(std::uint32_t resumeNoteId);
 
+// Tells of the exception that ended a worker, and ends the runtime. RunWorker does so with those
+// that it can catch; with the others, whoever hears of them. Any thread, while no other one goes
+// on.
+void EndWorkerAfterException();
+
 }  // namespace larkspan

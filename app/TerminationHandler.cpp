@@ -1,9 +1,12 @@
 // A crashed process can be damaged in any way, so the crash path starts no thread. Two threads wait
 // from the beginning: one counts the time of the closing and then ends the process, the other runs
-// the closing when the crashed thread cannot. The crashed thread runs it where it can, since the
+// the closing when the body's thread cannot. The body's thread runs it where it can, since the
 // library may ask for the thread that it knows. It cannot when its stack is used up, and not when
 // it has ended: no handler sees a thread that the library ends, or that has not even the stack left
-// to report its fault, and the process would live on with nothing to do.
+// to report its fault, and the process would live on with nothing to do. Nor can it when another
+// thread has crashed. It is then stopped before the closing: going on while the library is being
+// ended, it would take healthy notes for failed ones, and mark another note than that at which the
+// crash came.
 #include "app/TerminationHandler.h"
 
 #include <windows.h>
@@ -20,13 +23,18 @@ constexpr DWORD kClosingLimitMilliseconds = 10000;
 constexpr ULONG kReservedStackBytes = 64 * 1024;
 constexpr UINT kAbortExitCode = 3;
 
-void (*registeredClosing)() = nullptr;
+// What a throw of the compiler raises by which Windows programs, the library too, are mostly built.
+// The handlers of this program's own compiler let it pass.
+constexpr DWORD kForeignException = 0xE06D7363;
+
+TerminationHandler registered{};
 std::atomic<bool> closingBegun{false};
 std::atomic<bool> crashed{false};
 std::atomic<UINT> crashCode{0};
 HANDLE closingLimited = nullptr;
 HANDLE closingHandedOver = nullptr;
 HANDLE bodyThread = nullptr;
+DWORD bodyThreadId = 0;
 
 [[noreturn]] void EndProcessAtOnce(UINT code) {
   TerminateProcess(GetCurrentProcess(), code);
@@ -34,19 +42,20 @@ HANDLE bodyThread = nullptr;
 }
 
 // The closing runs once, also when it crashes itself, or when the process crashes after it.
-void RunClosingOnce() {
-  if (!closingBegun.exchange(true)) registeredClosing();
+void RunClosingOnce(BodyEnd end) {
+  if (!closingBegun.exchange(true)) registered.closing(end);
 }
 
-// A second crash ends the process.
-void BeginCrash(UINT code) {
-  if (crashed.exchange(true)) EndProcessAtOnce(code);
+// The first crash counts, and has its time for the closing.
+bool BeginCrash(UINT code) {
+  if (crashed.exchange(true)) return false;
   crashCode = code;
   SetEvent(closingLimited);
+  return true;
 }
 
 [[noreturn]] void CloseAndEnd() {
-  RunClosingOnce();
+  RunClosingOnce(crashCode == kForeignException ? BodyEnd::kException : BodyEnd::kCrash);
   EndProcessAtOnce(crashCode);
 }
 
@@ -60,18 +69,31 @@ DWORD WINAPI LimitClosing(void*) {
   EndAfterClosingLimit();
 }
 
-DWORD WINAPI CloseForBodyThread(void*) {
+// The body may hold a lock that the closing needs, of the library, the heap or the run log. The
+// closing then waits until its time is over, and what it had to say is lost. A thread is suspended
+// some time after the system is asked for it; reading its registers waits for that.
+void StopBodyThread() {
+  SuspendThread(bodyThread);
+  CONTEXT registers{};
+  registers.ContextFlags = CONTEXT_CONTROL;
+  GetThreadContext(bodyThread, &registers);
+}
+
+// A thread without stack can still begin its crash and then end before it hands the closing over.
+DWORD WINAPI CloseForOtherThread(void*) {
   const HANDLE events[] = {closingHandedOver, bodyThread};
   const DWORD event = WaitForMultipleObjects(2, events, FALSE, INFINITE);
   if (event == WAIT_FAILED) return 0;
-  if (event == WAIT_OBJECT_0 + 1) BeginCrash(kAbortExitCode);
+  if (event == WAIT_OBJECT_0) StopBodyThread();
+  if (event == WAIT_OBJECT_0 + 1) BeginCrash(registered.endedThreadCode);
   CloseAndEnd();
 }
 
+// Takes little stack, since there may be little left.
 LONG WINAPI CloseAfterCrash(EXCEPTION_POINTERS* fault) {
   const DWORD code = fault->ExceptionRecord->ExceptionCode;
-  BeginCrash(code);
-  if (code != EXCEPTION_STACK_OVERFLOW) CloseAndEnd();
+  if (!BeginCrash(code)) EndProcessAtOnce(code);
+  if (GetCurrentThreadId() == bodyThreadId && code != EXCEPTION_STACK_OVERFLOW) CloseAndEnd();
   SetEvent(closingHandedOver);
   EndAfterClosingLimit();
 }
@@ -86,15 +108,17 @@ void StartThread(LPTHREAD_START_ROUTINE routine) {
 }
 
 // The events, and the handle of the calling thread, stay open for as long as the process lives.
-// Without the handle nothing could be told of the thread's end: the thread that waits for it is
-// then left out.
+// Without the handle nothing could be told of the thread's end, nor could it be stopped: the thread
+// that waits for its end is then left out.
 void StartWaitingThreads() {
+  constexpr DWORD kRights = SYNCHRONIZE | THREAD_SUSPEND_RESUME | THREAD_GET_CONTEXT;
+  bodyThreadId = GetCurrentThreadId();
   closingLimited = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   closingHandedOver = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   StartThread(LimitClosing);
   if (DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &bodyThread,
-                      SYNCHRONIZE, FALSE, 0)) {
-    StartThread(CloseForBodyThread);
+                      kRights, FALSE, 0)) {
+    StartThread(CloseForOtherThread);
   }
 }
 
@@ -109,17 +133,18 @@ void InstallCrashHandlers() {
 
 }  // namespace
 
-void RunWithTerminationHandler(const std::function<void()>& body, void (*closing)()) {
-  registeredClosing = closing;
+void RunWithTerminationHandler(const std::function<void()>& body,
+                               const TerminationHandler& handler) {
+  registered = handler;
   closingBegun = false;
   InstallCrashHandlers();
   try {
     body();
   } catch (...) {
-    RunClosingOnce();
+    RunClosingOnce(BodyEnd::kException);
     throw;
   }
-  RunClosingOnce();
+  RunClosingOnce(BodyEnd::kReturn);
 }
 
 }  // namespace larkspan

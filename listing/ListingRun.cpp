@@ -41,8 +41,7 @@ void StartAndListOrLog(ListingFile& file, const List& list) {
   try {
     StartAndList(file, list);
   } catch (...) {
-    LogError(L"The listing was ended by an exception");
-    EndNotesRuntime();
+    EndListingAfterException();
   }
 }
 
@@ -58,6 +57,16 @@ void RunListing(const wchar_t* fileName, const List& list) {
   StartAndListOrLog(file, list);
   WipePassword();
   if (!file.Close()) LogError(L"Unable to write output file");
+}
+
+void EndListingAfterException() {
+  LogError(L"The listing was ended by an exception");
+  EndNotesRuntime();
+}
+
+void EndListingAfterCrash() {
+  LogError(L"The listing was ended by a crash");
+  EndNotesRuntime();
 }
 
 }  // namespace larkspan

@@ -12,4 +12,9 @@ namespace larkspan {
 // the file keeps what was written. No fault dialog is shown from here on. Lets no exception out.
 void RunListing(const wchar_t* fileName, const std::function<void(ListingFile&)>& list);
 
+// Tell what ended a listing, and end the runtime. RunListing does so with the exceptions that it
+// can catch. The file keeps what was written.
+void EndListingAfterException();
+void EndListingAfterCrash();
+
 }  // namespace larkspan

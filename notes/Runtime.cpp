@@ -20,6 +20,21 @@ using Argument = std::array<char, kArgumentCapacity>;
 // Atomic, since after a crash another thread may end the runtime.
 std::atomic<bool> runtimeStarted{false};
 
+// The library may install a filter of its own for faults that nobody handles. That of this program
+// is then back in its place when the runtime is started: what is done after a crash hangs on it.
+class KeptCrashFilter {
+ public:
+  KeptCrashFilter() : filter_(SetUnhandledExceptionFilter(nullptr)) { Install(); }
+  ~KeptCrashFilter() { Install(); }
+  KeptCrashFilter(const KeptCrashFilter&) = delete;
+  KeptCrashFilter& operator=(const KeptCrashFilter&) = delete;
+
+ private:
+  void Install() const { SetUnhandledExceptionFilter(filter_); }
+
+  LPTOP_LEVEL_EXCEPTION_FILTER filter_;
+};
+
 // The text in the ANSI code page, cut to the argument's size and ended with a NUL.
 Argument ToAnsiArgument(const std::wstring& text) {
   const int units = static_cast<int>(text.size());
@@ -49,6 +64,7 @@ Status StartNotesRuntime(const std::wstring& programPath,
   if (count > 1) vector[1] = configuration.data();
   vector[count] = nullptr;
 
+  const KeptCrashFilter filter;
   const Status status(notes_api::NotesInitExtended(static_cast<int>(count), vector.data()));
   if (status.ok()) runtimeStarted = true;
   return status;

@@ -10,6 +10,7 @@ namespace larkspan {
 
 // Starts the runtime with the program's path and the last of the command-line arguments that begin
 // with "=", each cut to 259 bytes of the system's ANSI code page; a success sets the started flag.
+// The filter for faults that nobody handles is afterwards that which it was before.
 Status StartNotesRuntime(const std::wstring& programPath,
                          const std::vector<std::wstring>& runtimeArguments);
 

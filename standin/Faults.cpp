@@ -25,6 +25,7 @@ struct NamedAction {
 
 constexpr NamedAction kActions[] = {
     {"accessViolation", FaultAction::kAccessViolation},
+    {"crashThread", FaultAction::kCrashThread},
     {"stackOverflow", FaultAction::kStackOverflow},
     {"exit", FaultAction::kExit},
     {"abort", FaultAction::kAbort},
@@ -140,6 +141,9 @@ notes_api::STATUS Act(const Fault& fault) {
       return 0;
     case FaultAction::kAccessViolation:
       CauseAccessViolation();
+    case FaultAction::kCrashThread:
+      StartThreadThatCrashes();
+      return 0;
     case FaultAction::kStackOverflow:
       CauseStackOverflow();
     case FaultAction::kExit:

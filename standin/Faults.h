@@ -19,6 +19,7 @@ enum class FaultAction {
   kReturnStatus,
   kOnlyWait,
   kAccessViolation,
+  kCrashThread,
   kStackOverflow,
   kExit,
   kAbort,

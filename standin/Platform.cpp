@@ -28,6 +28,15 @@ int Recurse(int depth) {
   return (deeper ? Recurse(depth + 1) : 0) + frame[0];
 }
 
+#ifdef _WIN32
+
+LONG WINAPI EndQuietly(EXCEPTION_POINTERS*) {
+  constexpr int kQuietExitCode = 77;
+  EndProcessNow(kQuietExitCode);
+}
+
+#endif
+
 }  // namespace
 
 #ifdef _WIN32
@@ -89,6 +98,8 @@ void RaiseSystemException(std::uint32_t code) {
 
 void EndThread() { ExitThread(0); }
 
+void InstallQuietCrashFilter() { SetUnhandledExceptionFilter(EndQuietly); }
+
 #else
 
 std::u16string ArgumentToUtf16(std::string_view argument) { return Utf8ToUtf16(argument); }
@@ -121,6 +132,8 @@ void RaiseSystemException(std::uint32_t) { std::abort(); }
 
 void EndThread() { std::abort(); }
 
+void InstallQuietCrashFilter() {}
+
 #endif
 
 void CauseAccessViolation() {
@@ -133,6 +146,8 @@ void CauseStackOverflow() {
   Recurse(0);
   AbortProcess();
 }
+
+void StartThreadThatCrashes() { std::thread(CauseAccessViolation).detach(); }
 
 void HangForever() {
   for (;;) PauseMilliseconds(3'600'000);

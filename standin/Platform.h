@@ -33,11 +33,18 @@ void WriteToStandardError(std::string_view text);
 [[noreturn]] void CauseAccessViolation();
 [[noreturn]] void CauseStackOverflow();
 
+// Starts a thread that causes an access violation. The caller goes on.
+void StartThreadThatCrashes();
+
 // Raises a system exception with this code; systems without such exceptions abort.
 [[noreturn]] void RaiseSystemException(std::uint32_t code);
 
 // Ends the calling thread and leaves the others alone; aborts on systems other than Windows.
 [[noreturn]] void EndThread();
+
+// From now on a fault that nobody handles ends the process quietly, with exit code 77. Elsewhere
+// than on Windows nothing changes.
+void InstallQuietCrashFilter();
 
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);

@@ -80,6 +80,7 @@ void Runtime::Configure(const NotesIni& found) {
   decimalSeparator = Utf8ToNotes(ini.Value("standindecimalseparator"));
   if (decimalSeparator.empty()) decimalSeparator = kDefaultDecimalSeparator;
   if (ini.Value("standintrace") == "1") ledger.StartTrace();
+  if (ini.Value("standininstallsfilter") == "1") InstallQuietCrashFilter();
   const std::filesystem::path plan = ini.PathValue("standinfaults");
   if (!plan.empty()) faults.Add(ReadFaultFile(plan), PathToUtf8(plan));
 }

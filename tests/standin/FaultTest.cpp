@@ -156,6 +156,14 @@ TEST_F(FaultDeathTest, CrashTheProcess) {
   }
 }
 
+TEST_F(FaultDeathTest, CrashAThreadWhileTheCallGoesOn) {
+  StandinSetFaults(R"([{"entry": "NSFNoteOpen", "action": "crashThread"},
+                       {"entry": "NSFNoteOpen", "wait": 60000}])");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_DEATH(Open(0x902), "");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
 TEST_F(FaultDeathTest, ThatMakeNoSenseAreRefused) {
   for (const char* plan :
        {R"([{"entry": "NSFNoteOpn", "status": 1}])", R"([{"entry": "NSFNoteOpen"}])",

@@ -226,6 +226,70 @@ TEST_F(CrashResumeSystemTest, AClosingThatCrashesAfterACrashIsNotRunAgain) {
             (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm"}));
 }
 
+// The thread crashes while the note is exported, and the end of the runtime takes as long as the
+// next notes would.
+constexpr char kThreadCrashesInTheFirstNote[] =
+    R"({"entry": "DXLExportNote", "note": "00000902", "action": "crashThread"},
+       {"entry": "DXLExportNote", "note": "00000902", "wait": 1000},
+       {"entry": "NotesTerm", "call": 1, "wait": 2500})";
+
+TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryStopsTheWorkerAtItsNote) {
+  const ProgramResult result =
+      Export(3, kThreadCrashesInTheFirstNote, {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 0xC0000005u);
+  EXPECT_EQ(run_.OutputFile(L"marker.txt"), "00000902\r\n");
+  EXPECT_EQ(FilesIn("data"), Lines());
+  EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm",
+                               "#DEBUG# - NotesTermed"}));
+}
+
+TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryCostsOneNote) {
+  Export(3, kThreadCrashesInTheFirstNote, {L"-archive"});
+  EXPECT_EQ(LogLines(), IncompleteRuns({"00000902"}));
+  EXPECT_EQ(FilesIn("data"), (Lines{"data/00000906.dxl", "data/0000090A.dxl"}));
+  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 3, .data = 2, .failed = 1}));
+}
+
+// As a throw of another compiler's code is.
+constexpr char kForeignException[] = R"("action": "exception", "code": "0xE06D7363")";
+
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerInANoteEndsTheWorkerLikeOneOfThisOne) {
+  const ProgramResult result = Export(
+      2,
+      std::string(R"({"entry": "DXLExportNote", "note": "00000902", )") + kForeignException + "}",
+      {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 0xE06D7363u);
+  EXPECT_EQ(LogLines(),
+            (Lines{"#DEBUG# - Exiting via catch-all handler", "#DEBUG# - Trying to NotesTerm",
+                   "#DEBUG# - NotesTermed", "#DEBUG# - Exiting via SEH finally"}));
+  EXPECT_EQ(run_.OutputFile(L"marker.txt"), "00000902\r\n");
+  EXPECT_EQ(run_.LedgerLines().size(), 1u);
+}
+
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerOutsideANoteIsAnError) {
+  Export(1, std::string(R"({"entry": "IDCreateTable", )") + kForeignException + "}",
+         {L"-archive", L"-l", L"0"});
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - The export was ended by an exception"});
+  EXPECT_EQ(run_.LedgerLines().size(), 1u);
+}
+
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerAtTheEndOfTheRuntimeIsAWarning) {
+  Export(1, std::string(R"({"entry": "NotesTerm", )") + kForeignException + "}",
+         {L"-archive", L"-l", L"0"});
+  EXPECT_EQ(LogLines(),
+            Lines{"#WARNING# - The end of the Notes runtime was ended by an exception"});
+  EXPECT_EQ(FilesIn("data").size(), 1u);
+}
+
+TEST_F(CrashResumeSystemTest, AFilterOfTheLibraryTakesNoClosingAway) {
+  run_.AddConfiguration("StandinInstallsFilter=1");
+  const ProgramResult result =
+      Export(1, kAccessViolationInTheFirstNote, {L"-archive", L"-debug", L"-l", L"0"});
+  EXPECT_EQ(result.exitCode, 0xC0000005u);
+  EXPECT_EQ(LogLines(), (Lines{"#DEBUG# - Exiting via SEH finally", "#DEBUG# - Trying to NotesTerm",
+                               "#DEBUG# - NotesTermed"}));
+}
+
 TEST_F(CrashResumeSystemTest, AnExceptionOutOfTheLibraryEndsTheWorkerThroughTheCatchAll) {
   Export(2, R"({"entry": "DXLExportNote", "note": "00000902", "action": "throw"})",
          {L"-archive", L"-debug", L"-l", L"0"});
@@ -284,7 +348,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Ending{"ExitWithZero", R"("action": "exit", "code": 0)", false},
                       Ending{"Abort", R"("action": "abort")", false},
                       Ending{"Throw", R"("action": "throw")", true},
-                      Ending{"Exception", R"("action": "exception", "code": "0xC0000094")", true}),
+                      Ending{"Exception", R"("action": "exception", "code": "0xC0000094")", true},
+                      Ending{"ForeignException", kForeignException, true}),
     [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace

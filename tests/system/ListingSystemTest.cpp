@@ -1,4 +1,6 @@
 // The two listings in whole runs.
+#include <set>
+
 #include "tests/system/SystemTest.h"
 
 namespace larkspan::testing {
@@ -57,6 +59,59 @@ TEST_F(ListingSystemTest, AnExceptionOutOfAReleaseEndsTheProcessAtOnce) {
   const ProgramResult result = List({L"-s", L"Garden", L"-scan"});
   EXPECT_EQ(result.exitCode, 3u);
   EXPECT_EQ(CompareWithExpected(run_.Tree(), "scan-garden"), "");
+}
+
+// Every way in which the library can crash a listing while it searches, behind the first line.
+struct ListingCrash {
+  const char* name;
+  const char* fault;
+  std::set<DWORD> exitCodes;
+  const char* line;
+};
+
+class ListingCrashSystemTest : public ListingSystemTest,
+                               public ::testing::WithParamInterface<ListingCrash> {};
+
+TEST_P(ListingCrashSystemTest, IsToldAndEndsTheRuntimeAndKeepsWhatWasWritten) {
+  run_.SetFaults(std::string(R"([{"entry": "NSFSearch", "matches": 1, )") + GetParam().fault +
+                 "}]");
+  const DWORD exitCode = List({L"-s", L"Garden", L"-scan", L"-debug"}).exitCode;
+  EXPECT_TRUE(GetParam().exitCodes.contains(exitCode)) << exitCode;
+  EXPECT_EQ(LogLines(), (Lines{std::string("#ERROR# - ") + GetParam().line,
+                               "#DEBUG# - Trying to NotesTerm", "#DEBUG# - NotesTermed"}));
+  EXPECT_EQ(OutputLines(L"scan.txt").size(), 2u);
+  EXPECT_EQ(run_.LedgerLines().size(), 1u);
+}
+
+constexpr char kEndedByACrash[] = "The listing was ended by a crash";
+
+// A thread without stack may end before it tells a code.
+INSTANTIATE_TEST_SUITE_P(
+    EveryWay, ListingCrashSystemTest,
+    ::testing::Values(
+        ListingCrash{
+            "AccessViolation", R"("action": "accessViolation")", {0xC0000005}, kEndedByACrash},
+        ListingCrash{
+            "StackOverflow", R"("action": "stackOverflow")", {0xC00000FD, 0}, kEndedByACrash},
+        ListingCrash{"EndOfTheThread", R"("action": "endThread")", {0}, kEndedByACrash},
+        ListingCrash{"ForeignException",
+                     R"("action": "exception", "code": "0xE06D7363")",
+                     {0xE06D7363},
+                     "The listing was ended by an exception"}),
+    [](const auto& test) { return std::string(test.param.name); });
+
+TEST_F(ListingSystemTest, ACrashOfTheServersIsToldToo) {
+  run_.SetFaults(R"([{"entry": "NAMELookup", "action": "accessViolation"}])");
+  EXPECT_EQ(List({L"-servers"}).exitCode, 0xC0000005u);
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - The listing was ended by a crash"});
+  EXPECT_EQ(run_.LedgerLines().size(), 1u);
+}
+
+TEST_F(ListingSystemTest, AFilterOfTheLibraryTakesNoClosingAway) {
+  run_.AddConfiguration("StandinInstallsFilter=1");
+  run_.SetFaults(R"([{"entry": "NSFSearch", "action": "accessViolation"}])");
+  EXPECT_EQ(List({L"-s", L"Garden", L"-scan"}).exitCode, 0xC0000005u);
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - The listing was ended by a crash"});
 }
 
 TEST_F(ListingSystemTest, TheServersAreByteForByteAsExpected) {

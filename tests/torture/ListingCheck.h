@@ -11,6 +11,7 @@ namespace larkspan::torture {
 
 // The beginning of the line that tells of an exception out of the library.
 inline constexpr char kListingException[] = "The listing was ended by an exception";
+inline constexpr char kListingCrash[] = "The listing was ended by a crash";
 
 // A scan whose search ends has the line of the server, and that of a match that was handed over.
 inline std::size_t LinesBeforeTheEnd(bool afterAMatch) { return afterAMatch ? 2 : 1; }

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <string>
 
 namespace larkspan {
@@ -12,15 +14,20 @@ namespace {
 
 std::string order;
 DWORD bodyThread = 0;
+constexpr unsigned int kEndedThreadCode = 44;
 
 // One test, since a process has one body and one closing.
 TEST(TerminationHandlerTest, ClosingRunsOnceAfterABodyThatReturns) {
   order.clear();
-  RunWithTerminationHandler([] { order += "body "; }, [] { order += "closing "; });
-  EXPECT_EQ(order, "body closing ");
+  RunWithTerminationHandler(
+      [] { order += "body "; },
+      {[](BodyEnd end) { order += end == BodyEnd::kReturn ? "closing" : "another closing"; },
+       kEndedThreadCode});
+  EXPECT_EQ(order, "body closing");
 }
 
-void TellThread() {
+void TellEndAndThread(BodyEnd end) {
+  std::fputs(end == BodyEnd::kCrash ? "crash, " : "exception, ", stderr);
   std::fputs(GetCurrentThreadId() == bodyThread ? "closing on the body's thread;"
                                                 : "closing on another thread;",
              stderr);
@@ -43,24 +50,79 @@ TEST_P(TerminationHandlerDeathTest, RunsTheClosingOnceOnTheThreadThatCan) {
                     bodyThread = GetCurrentThreadId();
                     GetParam().body();
                   },
-                  TellThread),
+                  {TellEndAndThread, kEndedThreadCode}),
               testing::ExitedWithCode(static_cast<int>(GetParam().exitCode)),
               std::string("^") + GetParam().closing + "$");
 }
 
 void RaiseAccessViolation() { RaiseException(EXCEPTION_ACCESS_VIOLATION, 0, 0, nullptr); }
 
+// As a throw of another compiler's code does.
+void RaiseForeignException() { RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 0, nullptr); }
+
 void RaiseStackOverflow() { RaiseException(EXCEPTION_STACK_OVERFLOW, 0, 0, nullptr); }
 
 INSTANTIATE_TEST_SUITE_P(
     EveryWay, TerminationHandlerDeathTest,
     testing::Values(Death{"Crash", RaiseAccessViolation, EXCEPTION_ACCESS_VIOLATION,
-                          "closing on the body's thread;"},
+                          "crash, closing on the body's thread;"},
+                    Death{"ForeignException", RaiseForeignException, 0xE06D7363,
+                          "exception, closing on the body's thread;"},
                     Death{"StackOverflow", RaiseStackOverflow, EXCEPTION_STACK_OVERFLOW,
-                          "closing on another thread;"},
-                    Death{"EndOfTheThread", [] { ExitThread(0); }, 3, "closing on another thread;"},
+                          "crash, closing on another thread;"},
+                    Death{"EndOfTheThread", [] { ExitThread(0); }, kEndedThreadCode,
+                          "crash, closing on another thread;"},
                     Death{"Abort", [] { std::abort(); }, 3, ""}),
     [](const auto& test) { return std::string(test.param.name); });
+
+void CrashAnotherThread() {
+  const auto crash = [](void*) -> DWORD {
+    RaiseAccessViolation();
+    return 0;
+  };
+  CloseHandle(CreateThread(nullptr, 0, crash, nullptr, 0, nullptr));
+}
+
+std::atomic<int> steps{0};
+
+void GoOn() {
+  CrashAnotherThread();
+  for (;;) {
+    ++steps;
+    Sleep(1);
+  }
+}
+
+void TellWhetherTheBodyGoesOn(BodyEnd) {
+  const int stepsBefore = steps;
+  Sleep(200);
+  std::fputs(steps == stepsBefore ? "the body is stopped;" : "the body goes on;", stderr);
+  std::fflush(stderr);
+}
+
+TEST(TerminationHandlerThreadsDeathTest, ACrashOfAnotherThreadStopsTheBodyBeforeTheClosing) {
+  EXPECT_EXIT(RunWithTerminationHandler(GoOn, {TellWhetherTheBodyGoesOn, kEndedThreadCode}),
+              testing::ExitedWithCode(static_cast<int>(EXCEPTION_ACCESS_VIOLATION)),
+              "^the body is stopped;$");
+}
+
+std::mutex lockOfTheBody;
+
+void GoOnWithTheLock() {
+  const std::lock_guard lock(lockOfTheBody);
+  GoOn();
+}
+
+void CloseWithTheLock(BodyEnd) {
+  const std::lock_guard lock(lockOfTheBody);
+  std::fputs("never said", stderr);
+}
+
+// This test waits as long as the program does.
+TEST(TerminationHandlerThreadsDeathTest, AClosingThatNeedsALockOfTheStoppedBodyEndsNevertheless) {
+  EXPECT_EXIT(RunWithTerminationHandler(GoOnWithTheLock, {CloseWithTheLock, kEndedThreadCode}),
+              testing::ExitedWithCode(static_cast<int>(EXCEPTION_ACCESS_VIOLATION)), "^$");
+}
 
 }  // namespace
 }  // namespace larkspan
