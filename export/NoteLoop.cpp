@@ -81,8 +81,8 @@ bool ExportListedNotes(const ExporterSet& exporters, const Database& database, c
     if (Progress(L"DOCUMENT: %08X", noteId)) return false;
     return ExportListedNote(exporters, database, noteId);
   });
-  // After the last note, and where the walk ends early, no marker is written any more. One that this
-  // worker did not write is not its own.
+  // After the last note, and where the walk ends early, no marker is written any more. One that
+  // this worker did not write is not its own.
   if (isMarkerWritten) DeleteLastMarkerFile();
   // Without a line the notes behind would be lost silently.
   if (end == ScanEnd::kFailed) LogError(L"Unable to read document list");

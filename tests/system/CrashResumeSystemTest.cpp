@@ -247,7 +247,7 @@ TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryCostsOneNote) {
   Export(3, kThreadCrashesInTheFirstNote, {L"-archive"});
   EXPECT_EQ(LogLines(), IncompleteRuns({"00000902"}));
   EXPECT_EQ(FilesIn("data"), (Lines{"data/00000906.dxl", "data/0000090A.dxl"}));
-  EXPECT_EQ(Tail(AuditLines(), 12), AuditEnd({.input = 3, .data = 2, .failed = 1}));
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 3, .data = 2, .failed = 1}));
 }
 
 // As a throw of another compiler's code is.

@@ -17,8 +17,8 @@ struct FaultyRun {
   ClosingCounts counts;
 };
 
-// An archive of two documents. The properties are the first file that is placed, the access control
-// list is the second.
+// An archive of two documents. The access control list is the first file that is written as
+// temp.tmp.
 class FaultyRunSystemTest : public SystemTest, public ::testing::WithParamInterface<FaultyRun> {};
 
 TEST_P(FaultyRunSystemTest, TellsWhatItLostAndGoesOn) {
