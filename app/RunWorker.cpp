@@ -52,14 +52,6 @@ void AuditUser() {
   Audit(L"Set user to: %s\n", NotesToWide(userName, kMaxWideBytes).c_str());
 }
 
-void StartAndExport(std::uint32_t resumeNoteId) {
-  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
-  if (!StartRuntimeOrLog(resumeNoteId)) return;
-  if (!SwitchIdOrLog()) return;
-  if (resumeNoteId == 0) AuditUser();
-  RunExport(resumeNoteId);
-}
-
 void TellExceptionOfTheEnd() {
   LogWarning(L"The end of the Notes runtime was ended by an exception");
 }
@@ -72,6 +64,15 @@ void EndRuntimeOrLog() {
   } catch (...) {
     TellExceptionOfTheEnd();
   }
+}
+
+void StartAndExport(std::uint32_t resumeNoteId) {
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  if (!StartRuntimeOrLog(resumeNoteId)) return;
+  if (!SwitchIdOrLog()) return;
+  if (resumeNoteId == 0) AuditUser();
+  RunExport(resumeNoteId);
+  EndRuntimeOrLog();
 }
 
 void TellExceptionOfTheExport() {
@@ -88,8 +89,8 @@ void RunWorker(std::uint32_t resumeNoteId) {
     StartAndExport(resumeNoteId);
   } catch (...) {
     TellExceptionOfTheExport();
+    EndRuntimeOrLog();
   }
-  EndRuntimeOrLog();
   WipePassword();
 }
 

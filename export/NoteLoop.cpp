@@ -73,7 +73,7 @@ bool ExportListedNote(const ExporterSet& exporters, const Database& database,
 
 bool ExportListedNotes(const ExporterSet& exporters, const Database& database, const IdTable& notes,
                        std::uint32_t resumeNoteId) {
-  bool isMarkerWritten = true;
+  bool isMarkerWritten = false;
   const ScanEnd end = ScanIds(notes, [&](std::uint32_t noteId) {
     if (noteId <= resumeNoteId) return true;
     isMarkerWritten = WriteMarkerFile(noteId);
@@ -81,7 +81,8 @@ bool ExportListedNotes(const ExporterSet& exporters, const Database& database, c
     if (Progress(L"DOCUMENT: %08X", noteId)) return false;
     return ExportListedNote(exporters, database, noteId);
   });
-  // After the last note, and where the walk ends early, no marker is written any more.
+  // After the last note, and where the walk ends early, no marker is written any more. One that
+  // this worker did not write is not its own.
   if (isMarkerWritten) DeleteLastMarkerFile();
   // Without a line the notes behind would be lost silently.
   if (end == ScanEnd::kFailed) LogError(L"Unable to read document list");

@@ -18,6 +18,7 @@
 #include "export/IdTableFile.h"
 #include "export/NoteLoop.h"
 #include "export/OutputFolder.h"
+#include "export/StagedFile.h"
 #include "export/UnidIndex.h"
 #include "notes/Database.h"
 #include "notes/IdTables.h"
@@ -38,6 +39,9 @@ class WorkerRun {
     if (settings_.archive) StartPipeMonitor();
     if (!Prepare()) return;
     if (!ExportListedNotes(exporters_, database_, notes_, resumeNoteId_)) return;
+    // After a crash on the last note no further export deletes what was left of that one, and a
+    // worker started by hand has no supervisor that would.
+    DeleteStagedFile();
     AuditSizeAfter(databasePath_);
   }
 

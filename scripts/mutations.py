@@ -7,7 +7,7 @@ import re
 # The declarations of the library's interface hold for the stand-in library as well, so that a
 # change there is one of both.
 LEFT_OUT = ["notes/NotesApi.h"]
-FOLDERS = ["base", "app", "notes", "report", "dxl", "export", "listing"]
+FOLDERS = ["base", "notes", "report", "dxl", "export", "listing", "supervision", "app"]
 
 OPERATORS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
              "&&": "||", "||": "&&", "+": "-", "-": "+"}

@@ -17,8 +17,8 @@ struct FaultyRun {
   ClosingCounts counts;
 };
 
-// An archive of two documents. The properties are the first file that is placed, the access control
-// list is the second.
+// An archive of two documents. The access control list is the first file that is written as
+// temp.tmp.
 class FaultyRunSystemTest : public SystemTest, public ::testing::WithParamInterface<FaultyRun> {};
 
 TEST_P(FaultyRunSystemTest, TellsWhatItLostAndGoesOn) {
@@ -46,12 +46,12 @@ const Lines kNotListed = {"#ERROR# - Unable to save document list"};
 INSTANTIATE_TEST_SUITE_P(
     Faults, FaultyRunSystemTest,
     ::testing::Values(
-        FaultyRun{"DiskFullInADocument", "write temp.tmp 3 diskFull 10", kNotWritten,
+        FaultyRun{"DiskFullInADocument", "write temp.tmp 2 diskFull 10", kNotWritten,
                   kSecondDocument, kFirstLost},
-        FaultyRun{"DiskFullAtTheCloseOfADocument", "close temp.tmp 3 diskFull", kNotWritten,
+        FaultyRun{"DiskFullAtTheCloseOfADocument", "close temp.tmp 2 diskFull", kNotWritten,
                   kSecondDocument, kFirstLost},
         FaultyRun{"DiskFullInTheAcl",
-                  "write temp.tmp 2 diskFull",
+                  "write temp.tmp 1 diskFull",
                   {"#WARNING# - Error exporting ACL (Error writing to file)"},
                   kBothDocuments,
                   kNothingLost},

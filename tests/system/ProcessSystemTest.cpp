@@ -1,7 +1,10 @@
 // The program as a process: what it is started with, and what its workers inherit.
 #include <windows.h>
 
+#include <optional>
+
 #include "tests/support/FileBytes.h"
+#include "tests/support/SystemProcess.h"
 #include "tests/system/SystemTest.h"
 
 namespace larkspan::testing {
@@ -160,6 +163,44 @@ TEST_F(ProcessSystemTest, ALaterWorkerInheritsTheStopPipeToo) {
   program.WaitForEnd();
   EXPECT_LT(FilesIn("data").size(), 59u);
   EXPECT_FALSE(run_.HasOutputFile(L"marker.txt"));
+}
+
+// A few processes at most, which end with it: a command line that was cut once started supervisors
+// without end.
+UniqueSystemHandle SmallJob() {
+  UniqueSystemHandle job(CreateJobObjectW(nullptr, nullptr));
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+  limits.BasicLimitInformation.LimitFlags =
+      JOB_OBJECT_LIMIT_ACTIVE_PROCESS | JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  limits.BasicLimitInformation.ActiveProcessLimit = 4;
+  SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+  return job;
+}
+
+// A command line of that length: what is too many in it is an "=" argument that does not count.
+class LongCommandLineSystemTest : public ProcessSystemTest {
+ protected:
+  std::optional<DWORD> RunWithLength(std::size_t length) {
+    std::wstring line = run_.CommandLine(L"two.nsf", {L"-archive", L"-debug"});
+    const std::size_t padding = length - line.size() - 2;
+    line.insert(line.find(L" ="), L" =" + std::wstring(padding, L'x'));
+    const UniqueSystemHandle job = SmallJob();
+    const UniqueSystemHandle nowhere = OpenNowhere();
+    const SystemProcess process = StartProcess(run_.Executable(), line, nowhere.get(), job.get());
+    return AwaitExitCode(process.handle.get(), 60000);
+  }
+};
+
+TEST_F(LongCommandLineSystemTest, ThatItsWorkersCannotBeGivenStartsNothing) {
+  EXPECT_EQ(RunWithLength(32760), std::optional<DWORD>(0));
+  EXPECT_TRUE(Contains(LogLines(), "#ERROR# - CreateProcess failed (206)"));
+  EXPECT_EQ(CountLines(LogLines(), "#DEBUG# - Top of Archive Main Loop with nid 00000000"), 1);
+  EXPECT_EQ(FilesIn("data"), Lines());
+}
+
+TEST_F(LongCommandLineSystemTest, ThatIsJustShortEnoughIsGivenToTheWorkersWhole) {
+  EXPECT_EQ(RunWithLength(32000), std::optional<DWORD>(0));
+  EXPECT_EQ(FilesIn("data").size(), 2u);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // Sealed notes: only with the ID of someone who may read them.
+#include "tests/support/ScopedEnvironmentVariable.h"
 #include "tests/system/SystemTest.h"
 
 namespace larkspan::testing {
@@ -94,6 +95,28 @@ TEST_F(SealedSystemTest, ADecryptionThatFailsClosesTheIdFile) {
   ExportAs(L"ids\\imke.id", L"Rittersporn");
   EXPECT_EQ(LogLines().front(), NotDecrypted("00000906", "ID file is damaged"));
   EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+TEST_F(SealedSystemTest, ThePasswordMayComeFromTheEnvironment) {
+  const ScopedEnvironmentVariable password(L"LARKSPAN_PASSWORD", L"Rittersporn");
+  run_.Export(L"sealed.nsf", {L"-archive", L"-debug", L"-id", L"ids\\imke.id"});
+  EXPECT_EQ(FilesIn("data"),
+            (Lines{"data/00000902.dxl", "data/00000906.dxl", "data/0000090E.dxl"}));
+  for (const auto& [name, content] : run_.Tree()) {
+    EXPECT_EQ(content.find("Rittersporn"), std::string::npos) << name;
+  }
+}
+
+TEST_F(SealedSystemTest, ThePasswordOfTheCommandLineWins) {
+  const ScopedEnvironmentVariable password(L"LARKSPAN_PASSWORD", L"wrong");
+  ExportAs(L"ids\\imke.id", L"Rittersporn");
+  EXPECT_EQ(FilesIn("data").size(), 3u);
+}
+
+TEST_F(SealedSystemTest, APasswordInTheEnvironmentIsNothingWithoutAnId) {
+  const ScopedEnvironmentVariable password(L"LARKSPAN_PASSWORD", L"Rittersporn");
+  run_.Export(L"sealed.nsf", {L"-archive"});
+  EXPECT_EQ(LogLines().size(), 3u);
 }
 
 }  // namespace

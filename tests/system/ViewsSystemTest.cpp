@@ -165,29 +165,29 @@ INSTANTIATE_TEST_SUITE_P(
                        kSecondView},
         FaultyViewFile{"DiskFullInTheTemporaryFile", "write (temporary) 2 diskFull",
                        kFirstUnwritten, kSecondView},
-        FaultyViewFile{"DiskFullInTheCopy", "write temp.tmp 3 diskFull 5", kFirstUnwritten,
+        FaultyViewFile{"DiskFullInTheCopy", "write 00000102.xml.new 1 diskFull 5", kFirstUnwritten,
                        kSecondView},
-        FaultyViewFile{"DiskFullAtTheCloseOfTheCopy", "close temp.tmp 3 diskFull", kFirstUnwritten,
-                       kSecondView},
+        FaultyViewFile{"DiskFullAtTheCloseOfTheCopy", "close 00000102.xml.new 1 diskFull",
+                       kFirstUnwritten, kSecondView},
         FaultyViewFile{
             "AMoveThatFailsOnce", "move 00000106.xml 1 sharingViolation", {}, kBothViews},
-        FaultyViewFile{"AMoveThatFailsForEver",
-                       "move 00000106.xml * sharingViolation",
-                       {"#WARNING# - Unable to move DXL file into place (tried retry)",
-                        "#WARNING# - Unable to write OUT\\views\\00000106.xml"},
+        FaultyViewFile{
+            "AMoveThatFailsForEver", "move 00000106.xml * sharingViolation", {}, kBothViews},
+        FaultyViewFile{"NoStage", "open 00000106.xml.new * accessDenied", {}, kBothViews},
+        FaultyViewFile{"NoStageAndNoFile",
+                       "open 00000106.xml.new * accessDenied; open 00000106.xml * accessDenied",
+                       {"#WARNING# - Unable to write OUT\\views\\00000106.xml"},
                        kFirstView},
         FaultyViewFile{"NoFolder",
                        "folder views 1 accessDenied",
-                       {"#WARNING# - Unable to move DXL file into place (tried retry)",
-                        "#WARNING# - Unable to write OUT\\views\\00000102.xml",
-                        "#WARNING# - Unable to move DXL file into place (tried retry)",
+                       {"#WARNING# - Unable to write OUT\\views\\00000102.xml",
                         "#WARNING# - Unable to write OUT\\views\\00000106.xml"},
                        {}}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(ViewsSystemTest, PropertiesThatCannotBeWrittenEndTheRunBeforeAnyNote) {
   run_.AddDatabase(L"two.nsf", DocumentsJson(2));
-  run_.UseFaultyFiles("write temp.tmp 1 diskFull");
+  run_.UseFaultyFiles("write db.dxl.new 1 diskFull");
   EXPECT_EQ(run_.Export(L"two.nsf", {L"-archive"}).exitCode, 0u);
   const Lines log = LogLines();
   ASSERT_EQ(log.size(), 2u);

@@ -37,7 +37,7 @@ std::vector<Expectation> OfRuntimeAndAccess() {
       {"OSMemFree", kNever, {}, kNothing, {"memory"}},
       {"OSLockObject", kSometimes, {kNoDatabase}, kViewsDiffer},
       {"OSUnlockObject", kNever, {}, kNothing, {"lock", "memory", "note", "database"}},
-      {"OSPathNetParse", kNever, {}, kAuditDiffers},
+      {"OSPathNetParse", kAlways, {"Unable to read database location ("}, kAuditDiffers},
       {"SECKFMSwitchToIDFile", kAlways, {kNoIdSwitch}},
       {"SECKFMGetUserName", kSometimes, {kNoDatabase}, kAuditDiffers},
       {"SECKFMOpen", kAlways, {kNoteNotDecrypted}},
@@ -53,7 +53,8 @@ std::vector<Expectation> OfDatabaseAndNotes() {
   return {
       {"NSFDbPathGet",
        kSometimes,
-       {"Error retrieving database path (", message::kNoProperties},
+       {"Unable to read database location (", "Error retrieving database path (",
+        message::kNoProperties},
        kAuditDiffers},
       {"NSFDbReplicaInfoGet", kAlways, {"Error retrieving replicaid (", message::kNoProperties}},
       {"NSFDbIDGet", kAlways, {"Error retrieving database id (", message::kNoProperties}},

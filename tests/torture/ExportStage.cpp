@@ -10,6 +10,7 @@
 #include "supervision/Supervisor.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/PauseRecorder.h"
+#include "tests/support/ScopedSettings.h"
 
 namespace larkspan::torture {
 
@@ -31,6 +32,8 @@ class InProcessLauncher : public WorkerLauncher {
       return {WorkerEnding::Kind::kExited, kCrashExitCode};
     }
     const std::wstring noteId = commandLine.substr(commandLine.find_last_of(L' ') + 1);
+    // A worker leaves no password behind; the next one has a command line of its own.
+    const ScopedSettings ofThisWorker(ProcessSettings());
     RunWorker(static_cast<std::uint32_t>(std::wcstoul(noteId.c_str(), nullptr, 16)));
     return {WorkerEnding::Kind::kExited, 0, true};
   }
@@ -78,6 +81,7 @@ void ExportStage::UseSettings() {
 // An exception out of the library ends the worker in the middle of a note, after some of its text.
 void ExportStage::DieAtTheResumeNote() {
   Begin(PlanOfTheEarlierWorker(subject_, "throw"));
+  const ScopedSettings ofThisWorker(ProcessSettings());
   RunWorker(0);
   earlierWorker_ = testing::ReadOutputTree(output());
   if (!earlierWorker_.contains("marker.txt") || !earlierWorker_.contains("temp.tmp")) {

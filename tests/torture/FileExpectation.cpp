@@ -13,6 +13,9 @@ constexpr std::string_view kIdTable = "idtable.txt";
 constexpr std::string_view kUnidIndex = "unidindex.txt";
 constexpr std::string_view kTemporary = "temp.tmp";
 
+// Of db.dxl and of views, until they are complete.
+constexpr std::string_view kStageSuffix = ".new";
+
 // Of a worker whose marker nobody could read.
 constexpr std::string_view kEndedOutsideANote = "Child process returned 3221225477 outside a note";
 
@@ -26,7 +29,7 @@ std::vector<std::string_view> TracesOf(const std::string& operation) {
   if (operation == "move" || operation == "folder") {
     return {"Retrying move DXL file into place: ", message::kFileNotMoved};
   }
-  return {"Only wrote "};
+  return {"Only wrote ", "Unable to close temp file: "};
 }
 
 std::vector<std::string_view> ComplaintsOf(const FileCase& fault) {
@@ -54,7 +57,8 @@ bool IsIndexLineLost(const FileCase& fault) {
 Expectation FileExpectationOf(const FileCase& fault) {
   const bool isOutput =
       fault.operation == "write" || (fault.operation == "close" && !fault.closesRead);
-  const bool isNeeded = fault.file == kTemporary || fault.file == kMarker;
+  const bool isNeeded =
+      fault.file == kTemporary || fault.file == kMarker || fault.file.ends_with(kStageSuffix);
   return {.entry = "",
           .tells = isOutput && isNeeded ? Tells::kAlways : Tells::kSometimes,
           .complaints = ComplaintsOf(fault),

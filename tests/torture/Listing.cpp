@@ -6,6 +6,7 @@
 #include "base/Settings.h"
 #include "listing/ScanMode.h"
 #include "listing/ServersMode.h"
+#include "tests/support/ScopedSettings.h"
 #include "tests/torture/Subject.h"
 
 namespace larkspan::torture {
@@ -48,6 +49,8 @@ ListingStage::ListingStage(const Listing& listing)
 
 Outcome ListingStage::List(const std::string& faultPlan) {
   Begin(faultPlan);
+  // A listing leaves no password behind; the next one has a command line of its own.
+  const ScopedSettings ofThisListing(ProcessSettings());
   if (listing_.server.empty()) {
     RunServersMode();
   } else {
