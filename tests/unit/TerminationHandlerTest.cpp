@@ -74,13 +74,12 @@ INSTANTIATE_TEST_SUITE_P(
                           "crash, closing on another thread;"}),
     [](const auto& test) { return std::string(test.param.name); });
 
-void CrashAnotherThread() {
-  const auto crash = [](void*) -> DWORD {
-    RaiseAccessViolation();
-    return 0;
-  };
-  CloseHandle(CreateThread(nullptr, 0, crash, nullptr, 0, nullptr));
+DWORD WINAPI Crash(void*) {
+  RaiseAccessViolation();
+  return 0;
 }
+
+void CrashAnotherThread() { CloseHandle(CreateThread(nullptr, 0, Crash, nullptr, 0, nullptr)); }
 
 std::atomic<int> steps{0};
 
