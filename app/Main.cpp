@@ -6,6 +6,8 @@
 
 #include "app/Arguments.h"
 #include "app/CommandLine.h"
+#include "app/Dialogs.h"
+#include "app/Inheritance.h"
 #include "app/PasswordVariable.h"
 #include "app/Role.h"
 #include "app/RunWorker.h"
@@ -40,6 +42,7 @@ void CloseWorker(BodyEnd end) {
 
 void Work() {
   const Settings& settings = ProcessSettings();
+  EndInheritance(settings.progressPipe);
   const EndSignalGiver end(settings.outputFolder, settings.resumeNoteId);
   RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); },
                             {CloseWorker, kWorkerThreadEnded});
@@ -51,7 +54,10 @@ void CloseListing(BodyEnd end) {
   if (end == BodyEnd::kCrash) EndListingAfterCrash();
 }
 
-void List(void (*mode)()) { RunWithTerminationHandler(mode, {CloseListing, kListingThreadEnded}); }
+void List(void (*mode)()) {
+  EndInheritance(ProcessSettings().progressPipe);
+  RunWithTerminationHandler(mode, {CloseListing, kListingThreadEnded});
+}
 
 int PlayRole(Role role) {
   switch (role) {
@@ -88,4 +94,7 @@ int RunProgram() {
 
 }  // namespace larkspan
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) { return larkspan::RunProgram(); }
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+  larkspan::SuppressDialogs();
+  return larkspan::RunProgram();
+}

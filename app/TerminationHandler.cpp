@@ -12,7 +12,6 @@
 #include <windows.h>
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 
 namespace larkspan {
@@ -21,7 +20,6 @@ namespace {
 
 constexpr DWORD kClosingLimitMilliseconds = 10000;
 constexpr ULONG kReservedStackBytes = 64 * 1024;
-constexpr UINT kAbortExitCode = 3;
 
 // What a throw of the compiler raises by which Windows programs, the library too, are mostly built.
 // The handlers of this program's own compiler let it pass.
@@ -98,10 +96,6 @@ LONG WINAPI CloseAfterCrash(EXCEPTION_POINTERS* fault) {
   EndAfterClosingLimit();
 }
 
-// Without this, and the error mode, the C runtime would show its own dialog before it ends a
-// windowless program.
-extern "C" void EndAfterAbort(int) { EndProcessAtOnce(kAbortExitCode); }
-
 void StartThread(LPTHREAD_START_ROUTINE routine) {
   const HANDLE thread = CreateThread(nullptr, 0, routine, nullptr, 0, nullptr);
   if (thread != nullptr) CloseHandle(thread);
@@ -127,8 +121,6 @@ void InstallCrashHandlers() {
   SetThreadStackGuarantee(&stackBytes);
   StartWaitingThreads();
   SetUnhandledExceptionFilter(CloseAfterCrash);
-  _set_error_mode(_OUT_TO_STDERR);
-  std::signal(SIGABRT, EndAfterAbort);
 }
 
 }  // namespace

@@ -21,7 +21,8 @@ struct Closer {
 using UniqueFile = std::unique_ptr<std::FILE, Closer>;
 
 // Opens a stream in a mode of the C runtime: without a "b" it is in text mode, which turns each
-// line feed into carriage return and line feed on disk. Empty on failure, with the reason in errno.
+// line feed into carriage return and line feed on disk. No process that is started meanwhile
+// inherits it. Empty on failure, with the reason in errno.
 UniqueFile Open(const std::wstring& path, const wchar_t* mode);
 
 // Makes an empty file without a name, open for reading and writing in binary mode. It lies in the

@@ -4,6 +4,8 @@
 
 #include <fcntl.h>
 #include <io.h>
+#include <share.h>
+#include <sys/stat.h>
 #include <windows.h>
 
 #include <array>
@@ -15,8 +17,24 @@
 
 namespace larkspan::system_files {
 
+// What a mode of the C runtime asks for, and that no process started meanwhile inherits the file.
+// The runtime has a letter for that too, but not in all of its versions.
+inline int OpenFlags(std::wstring_view mode) {
+  const auto has = [mode](wchar_t letter) { return mode.find(letter) != mode.npos; };
+  const bool reads = mode.starts_with(L'r');
+  int flags = _O_NOINHERIT | (has(L'b') ? _O_BINARY : _O_TEXT);
+  flags |= has(L'+') ? _O_RDWR : reads ? _O_RDONLY : _O_WRONLY;
+  if (!reads) flags |= _O_CREAT | (mode.starts_with(L'a') ? _O_APPEND : _O_TRUNC);
+  return flags;
+}
+
+// A file that a process of the library has inherited could not be moved or deleted while it lives.
 inline std::FILE* Open(const std::wstring& path, const wchar_t* mode) {
-  return _wfopen(path.c_str(), mode);
+  const int descriptor = _wsopen(path.c_str(), OpenFlags(mode), _SH_DENYNO, _S_IREAD | _S_IWRITE);
+  if (descriptor == -1) return nullptr;
+  std::FILE* const file = _wfdopen(descriptor, mode);
+  if (file == nullptr) _close(descriptor);
+  return file;
 }
 
 // The C runtime's own temporary files lie in the root of the drive, where an ordinary user may not

@@ -100,6 +100,23 @@ void EndThread() { ExitThread(0); }
 
 void InstallQuietCrashFilter() { SetUnhandledExceptionFilter(EndQuietly); }
 
+unsigned int ErrorMode() { return GetErrorMode(); }
+
+int RuntimeErrorMode() { return _set_error_mode(_REPORT_ERRMODE); }
+
+// The system gives handles out from the lowest number on.
+int CountInheritableHandles() {
+  constexpr std::uintptr_t kStep = 4;
+  constexpr std::uintptr_t kNoHandleFrom = 0x2000;
+  int count = 0;
+  for (std::uintptr_t handle = kStep; handle < kNoHandleFrom; handle += kStep) {
+    DWORD flags = 0;
+    if (!GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags)) continue;
+    if ((flags & HANDLE_FLAG_INHERIT) != 0) ++count;
+  }
+  return count;
+}
+
 #else
 
 std::u16string ArgumentToUtf16(std::string_view argument) { return Utf8ToUtf16(argument); }
@@ -133,6 +150,12 @@ void RaiseSystemException(std::uint32_t) { std::abort(); }
 void EndThread() { std::abort(); }
 
 void InstallQuietCrashFilter() {}
+
+unsigned int ErrorMode() { return 0; }
+
+int RuntimeErrorMode() { return 0; }
+
+int CountInheritableHandles() { return 0; }
 
 #endif
 

@@ -46,6 +46,15 @@ void StartThreadThatCrashes();
 // than on Windows nothing changes.
 void InstallQuietCrashFilter();
 
+// How the process answers faults and critical errors, and where the C runtime that it shares with
+// the library says its messages: the modes that both tell, 0 elsewhere than on Windows.
+unsigned int ErrorMode();
+int RuntimeErrorMode();
+
+// How many of this process's handles a process that it starts can inherit; 0 elsewhere than on
+// Windows.
+int CountInheritableHandles();
+
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);
 

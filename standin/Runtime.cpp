@@ -67,6 +67,12 @@ std::size_t OpenKeyFiles(const Runtime& runtime) {
                                                 [](const KeyFile& file) { return file.isOpen; }));
 }
 
+nlohmann::json ProcessJson() {
+  return {{"errorMode", ErrorMode()},
+          {"runtimeErrorMode", RuntimeErrorMode()},
+          {"inheritableHandles", CountInheritableHandles()}};
+}
+
 }  // namespace
 
 Runtime& TheRuntime() { return *Instance(); }
@@ -148,6 +154,7 @@ nlohmann::json Runtime::LedgerJson() const {
                  {"exporter", exporters.objects().size()},
                  {"collection", collections.objects().size()},
                  {"keyFile", OpenKeyFiles(*this)}};
+  if (ini.Value("standinprocess") == "1") all["process"] = ProcessJson();
   return all;
 }
 

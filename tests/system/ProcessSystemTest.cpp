@@ -76,6 +76,57 @@ TEST_F(ProcessSystemTest, WorkersGetTheEnvironmentOfTheirSupervisor) {
   EXPECT_EQ(FilesIn("data").size(), 2u);
 }
 
+// Somebody would have to close them.
+TEST_F(ProcessSystemTest, NoRoleThatStartsTheLibraryLetsFaultsShowWindows) {
+  run_.AddConfiguration("StandinProcess=1");
+  run_.AddConfiguration("MailServer=Garden");
+  const UINT mode = SetErrorMode(0);
+  run_.Export(L"two.nsf", {L"-archive"});
+  for (const wchar_t* listing : {L"-scan", L"-servers"}) {
+    run_.RunArguments(
+        {run_.ConfigurationArgument(), L"-o", run_.output(), L"-s", L"<Local>", listing});
+  }
+  SetErrorMode(mode);
+  ASSERT_EQ(run_.LedgerLines().size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(Ledger(i).at("process").at("errorMode"), 3);
+    EXPECT_EQ(Ledger(i).at("process").at("runtimeErrorMode"), _OUT_TO_STDERR);
+  }
+}
+
+// Keeps this program's own standard handles, which the program under test has no use for, from it.
+class OwnStandardHandles {
+ public:
+  OwnStandardHandles() { LetInherit(0); }
+  ~OwnStandardHandles() { LetInherit(HANDLE_FLAG_INHERIT); }
+  OwnStandardHandles(const OwnStandardHandles&) = delete;
+  OwnStandardHandles& operator=(const OwnStandardHandles&) = delete;
+
+ private:
+  static void LetInherit(DWORD flag) {
+    for (const DWORD standard : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+      SetHandleInformation(GetStdHandle(standard), HANDLE_FLAG_INHERIT, flag);
+    }
+  }
+};
+
+// Its standard handles and its stop pipe were inherited, and a listing has its file open.
+TEST_F(ProcessSystemTest, WhatTheLibraryStartsInheritsNoHandleOfAWorkerOrAListing) {
+  run_.AddConfiguration("StandinProcess=1");
+  run_.AddConfiguration("MailServer=Garden");
+  const OwnStandardHandles kept;
+  StopPipe pipe;
+  run_.Export(L"two.nsf", {L"-archive", L"-pipe", pipe.HandleText()});
+  for (const wchar_t* listing : {L"-scan", L"-servers"}) {
+    run_.RunArguments({run_.ConfigurationArgument(), L"-o", run_.output(), L"-s", L"<Local>",
+                       L"-pipe", pipe.HandleText(), listing});
+  }
+  ASSERT_EQ(run_.LedgerLines().size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(Ledger(i).at("process").at("inheritableHandles"), 0);
+  }
+}
+
 TEST_F(ProcessSystemTest, AWorkerThatCannotBeCreatedEndsTheRunWithAWholeAuditReport) {
   run_.AddDatabase(
       L"x.nsf",

@@ -51,6 +51,35 @@ TEST_F(FileSystemTest, FolderGivesNoStreamAndTheReason) {
   EXPECT_EQ(errno, EACCES);
 }
 
+TEST_F(FileSystemTest, NoProcessInheritsAFileOfAnyMode) {
+  for (const wchar_t* mode : {L"w", L"wb", L"a", L"ab", L"r", L"rb", L"r+", L"w+b", L"a+"}) {
+    const file_system::UniqueFile file = file_system::Open(path_, mode);
+    ASSERT_TRUE(file) << mode;
+    DWORD flags = HANDLE_FLAG_INHERIT;
+    EXPECT_TRUE(GetHandleInformation(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file.get()))),
+                                     &flags));
+    EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, 0U) << mode;
+  }
+}
+
+// What stands in a file that held "12", after a stream of this mode was to write "3".
+std::string WrittenTo(const std::wstring& path, const wchar_t* mode) {
+  WriteBytes(path, "12");
+  file_system::UniqueFile file = file_system::Open(path, mode);
+  std::fputs("3", file.get());
+  file_system::Close(std::move(file));
+  return ReadBytes(path);
+}
+
+TEST_F(FileSystemTest, EveryModeWritesWhereItIsMeantTo) {
+  EXPECT_EQ(WrittenTo(path_, L"w"), "3");
+  EXPECT_EQ(WrittenTo(path_, L"w+b"), "3");
+  EXPECT_EQ(WrittenTo(path_, L"ab"), "123");
+  EXPECT_EQ(WrittenTo(path_, L"a+"), "123");
+  EXPECT_EQ(WrittenTo(path_, L"r+"), "32");
+  EXPECT_EQ(WrittenTo(path_, L"rb"), "12");
+}
+
 TEST_F(FileSystemTest, OwnerClosesTheStream) {
   {
     const file_system::UniqueFile file = file_system::Open(path_, L"w");
