@@ -73,6 +73,15 @@ std::wstring StopPipe::HandleText() const {
   return std::to_wstring(reinterpret_cast<std::intptr_t>(readEnd_.get()));
 }
 
+void StopPipe::GiveWriteEndTo(HANDLE process) {
+  HANDLE given = nullptr;
+  if (!DuplicateHandle(GetCurrentProcess(), writeEnd_.get(), process, &given, 0, FALSE,
+                       DUPLICATE_SAME_ACCESS)) {
+    throw std::runtime_error("the process does not take the pipe");
+  }
+  writeEnd_.reset();
+}
+
 void StopPipe::Write(const std::string& bytes) {
   DWORD written = 0;
   WriteFile(writeEnd_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);

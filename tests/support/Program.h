@@ -34,6 +34,9 @@ class StopPipe {
   void CloseReadEnd() { readEnd_.reset(); }
   void Write(const std::string& bytes);
 
+  // Lets another process hold that end, and this one no more.
+  void GiveWriteEndTo(HANDLE process);
+
  private:
   UniqueSystemHandle readEnd_;
   UniqueSystemHandle writeEnd_;

@@ -1,4 +1,8 @@
 // A calling program that stops a run through its pipe.
+#include <stdexcept>
+#include <string>
+
+#include "tests/support/CommandInterpreter.h"
 #include "tests/system/SystemTest.h"
 
 namespace larkspan::testing {
@@ -121,6 +125,32 @@ TEST_F(StopByPipeSystemTest, OutsideAnArchiveThePipeIsNotWatched) {
   EXPECT_TRUE(Contains(AuditLines(), "Database size after archive : 65536"));
   EXPECT_FALSE(Contains(LogLines(), "#DEBUG# - MonitorPipe: Read completed cleanly"));
   EXPECT_EQ(run_.LedgerFault(1), "");
+}
+
+// A process that has not begun to run can be ended like one that runs.
+UniqueSystemHandle StartSuspended(const std::wstring& executable) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  std::wstring line = executable;
+  if (!CreateProcessW(executable.c_str(), line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED,
+                      nullptr, nullptr, &startup, &process)) {
+    throw std::runtime_error("no process");
+  }
+  CloseHandle(process.hThread);
+  return UniqueSystemHandle(process.hProcess);
+}
+
+// Nobody but the calling program holds the end of the pipe that is written to.
+TEST_F(StopByPipeSystemTest, ACallingProgramThatIsEndedFromOutsideStopsTheRun) {
+  SlowDownTheSecondNote();
+  StopPipe pipe;
+  const UniqueSystemHandle caller = StartSuspended(CommandInterpreter());
+  pipe.GiveWriteEndTo(caller.get());
+  Program program(run_.Executable(), CommandLine(pipe.HandleText()));
+  ASSERT_TRUE(program.ReadUntil("PROGRESS: DOCUMENT: ", 2));
+  TerminateProcess(caller.get(), 1);
+  ExpectStoppedAfterTheSecondNote(program.WaitForEnd());
 }
 
 }  // namespace

@@ -64,5 +64,13 @@ TEST_P(VersionBoxSystemTest, ShowsTheVersionWithAnOkButtonAndNoOwner) {
 
 INSTANTIATE_TEST_SUITE_P(BothWords, VersionBoxSystemTest, ::testing::Values(L"-v", L"-VERSION"));
 
+// The one for files that fail is built without resources.
+TEST(VersionlessProgramSystemTest, ShowsNothingAndEndsLikeAnother) {
+  const std::wstring executable = ProgramFolder() + L"\\larkspan_faulty.exe";
+  const ProgramResult result =
+      Program(executable, BuildCommandLine({executable, L"-version"})).WaitForEnd();
+  EXPECT_EQ(result.exitCode, 0u);
+}
+
 }  // namespace
 }  // namespace larkspan::testing

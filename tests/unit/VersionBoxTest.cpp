@@ -45,5 +45,18 @@ TEST(VersionBoxTest, VersionOfAnotherLanguageIsNoVersion) {
   EXPECT_EQ(ProductVersion(other.get()), std::nullopt);
 }
 
+TEST(ManifestTest, ProgramRunsAsItsCallerAndTakesLongPaths) {
+  const UniqueModule program = LoadNeighbour(L"larkspan.exe");
+  ASSERT_TRUE(program);
+  const HRSRC found = FindResourceW(program.get(), MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(24));
+  ASSERT_NE(found, nullptr);
+  const std::string manifest(
+      static_cast<const char*>(LockResource(LoadResource(program.get(), found))),
+      SizeofResource(program.get(), found));
+  EXPECT_NE(manifest.find("level=\"asInvoker\""), std::string::npos);
+  EXPECT_NE(manifest.find(">true</longPathAware>"), std::string::npos);
+  EXPECT_EQ(manifest.find("activeCodePage"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace larkspan

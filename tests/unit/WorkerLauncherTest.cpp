@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/support/CommandInterpreter.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/ReplacedEntryPoint.h"
 #include "tests/support/ScopedEnvironmentVariable.h"
@@ -16,12 +17,6 @@
 
 namespace larkspan {
 namespace {
-
-std::wstring CommandInterpreter() {
-  wchar_t folder[MAX_PATH] = {};
-  GetSystemDirectoryW(folder, MAX_PATH);
-  return std::wstring(folder) + L"\\cmd.exe";
-}
 
 WorkerEnding RunProgram(const std::wstring& program, const std::wstring& commandLine) {
   return ProcessLauncher(program).RunToEnd(commandLine, EndSignal(L"C:\\out", 0));
