@@ -32,7 +32,8 @@ struct Settings {
 };
 
 // The settings of this process. Any thread may read them; only the start of the program, and tests,
-// set them, while no other thread runs.
+// set them, while no other thread runs; the password, which no other thread reads, is wiped at the
+// end.
 const Settings& ProcessSettings();
 void SetProcessSettings(Settings settings);
 

@@ -11,8 +11,8 @@
 namespace larkspan {
 
 // Replaces the file's content with the note ID. A failed attempt is repeated 29 times, a second
-// apart; false, with an ERROR line in the run log and no marker file left, when the last one failed
-// too.
+// apart; when the last one failed too, false, with an ERROR line in the run log, and what can be
+// deleted of a marker file is.
 bool WriteMarkerFile(std::uint32_t noteId, const RunLog& log = ProcessRunLog());
 
 // The note ID in the file, or kNoNoteId when there is no file or it does not begin with a
