@@ -59,9 +59,13 @@ void RunListing(const wchar_t* fileName, const List& list) {
   if (!file.Close()) LogError(L"Unable to write output file");
 }
 
+// The end of the runtime can throw once more, after which there is nothing left to tell.
 void EndListingAfterException() {
   LogError(L"The listing was ended by an exception");
-  EndNotesRuntime();
+  try {
+    EndNotesRuntime();
+  } catch (...) {
+  }
 }
 
 void EndListingAfterCrash() {

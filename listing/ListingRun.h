@@ -9,8 +9,7 @@ namespace larkspan {
 
 // Opens the listing's file, starts the Notes runtime, switches to the ID file of the settings, runs
 // the listing, ends the runtime and closes the file. What fails is logged and leaves out the rest;
-// the file keeps what was written. Lets no exception out, but for one of the runtime's end after
-// one of the listing.
+// the file keeps what was written. Lets no exception out.
 void RunListing(const wchar_t* fileName, const std::function<void(ListingFile&)>& list);
 
 // Tell what ended a listing, and end the runtime. RunListing does so with the exceptions that it

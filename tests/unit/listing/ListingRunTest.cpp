@@ -83,6 +83,14 @@ TEST_P(ListingRunTest, ExceptionOutOfTheEndOfTheRuntimeIsTheSameError) {
   EXPECT_EQ(LogLines().back(), "#ERROR# - The listing was ended by an exception");
 }
 
+TEST_P(ListingRunTest, ExceptionAtTheEndAfterAnotherIsNotToldAgain) {
+  ConfigureWithFaults(std::string(R"([{"entry": ")") + GetParam().mainEntry +
+                      R"(", "call": 1, "action": "throw"},
+                          {"entry": "NotesTerm", "call": 1, "action": "throw"}])");
+  EXPECT_NO_THROW(Run());
+  EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
+}
+
 INSTANTIATE_TEST_SUITE_P(Modes, ListingRunTest,
                          testing::Values(Mode{"Scan", RunScanMode, L"scan.txt", "NSFSearch"},
                                          Mode{"Servers", RunServersMode, L"servers.txt",
