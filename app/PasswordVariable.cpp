@@ -1,3 +1,5 @@
+// An empty variable is none. The length is asked for first, so that a password of any length is
+// read whole.
 #include "app/PasswordVariable.h"
 
 #include <windows.h>

@@ -1,3 +1,5 @@
+// The names of stages are gathered before the first is deleted, since a folder must not change
+// while it is listed.
 #include "export/OutputFolder.h"
 
 #include <string>

@@ -1,3 +1,5 @@
+// The translated password is wiped before each call returns, whatever came of it; the library is
+// called only when file and password are translated in full.
 #include "notes/Identity.h"
 
 #include <array>

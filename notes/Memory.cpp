@@ -1,3 +1,5 @@
+// What is locked is unlocked before it is freed: a lock lives in a smaller scope than its memory
+// object.
 #include "notes/Memory.h"
 
 #include "notes/Handles.h"

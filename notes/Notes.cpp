@@ -1,3 +1,5 @@
+// Walks over items end with the first call that fails, which is also how the library tells the end.
+// Item values are copied or read only while they are locked.
 #include "notes/Notes.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The library takes the error number alone; the two top bits say where an error came from and have
+// no words.
 #include "notes/Status.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The library trusts the lengths of the summary that it is given, so callers hand over only what is
+// whole.
 #include "notes/Summary.h"
 
 namespace larkspan {

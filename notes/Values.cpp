@@ -1,3 +1,5 @@
+// What the library writes is never trusted beyond the room it was given, and lengths in a list are
+// looked at before the library follows them.
 #include "notes/Values.h"
 
 #include <algorithm>
