@@ -1,0 +1,23 @@
+// The commands of the console program. Each describes its options to the command line and, when it
+// was the one that was called, runs.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "console/ExitCode.h"
+
+namespace CLI {
+class App;
+}
+
+namespace larkspan::console {
+
+using CommandRun = std::function<ExitCode()>;
+
+// Each adds its subcommand and gives what runs it once the command line is parsed.
+CommandRun AddExportCommand(CLI::App& app);
+CommandRun AddVerifyCommand(CLI::App& app);
+CommandRun AddReportCommand(CLI::App& app);
+
+}  // namespace larkspan::console

@@ -1,0 +1,22 @@
+// Accounts for each listed note of an output folder, from what the disk holds: idtable.txt,
+// unidindex.txt, log.txt, audit.txt, outcome.json and every file. Nothing is written. No worker
+// may be at work there.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "console/account/Account.h"
+
+namespace larkspan::console {
+
+// Called from the calling thread, now and then, with the files read so far and the number of all.
+using VerifyProgress = std::function<void(std::uint64_t done, std::uint64_t all)>;
+
+// No value when the folder cannot be listed, or is none of an export: `whyNot` is then a sentence.
+std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,
+                                    std::string& whyNot);
+
+}  // namespace larkspan::console

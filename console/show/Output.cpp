@@ -1,0 +1,49 @@
+#include "console/show/Output.h"
+
+#include "console/text/Utf.h"
+
+namespace larkspan::console {
+
+namespace {
+
+bool WriteBytes(HANDLE handle, std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD written = 0;
+    if (!WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
+        written == 0)
+      return false;
+    bytes.remove_prefix(written);
+  }
+  return true;
+}
+
+bool WriteToTerminal(HANDLE handle, std::wstring_view text) {
+  // A terminal takes no more than some ten thousand characters at once.
+  constexpr std::size_t kAtOnce = 8000;
+  while (!text.empty()) {
+    DWORD written = 0;
+    const auto units = static_cast<DWORD>(text.substr(0, kAtOnce).size());
+    if (!WriteConsoleW(handle, text.data(), units, &written, nullptr) || written == 0) return false;
+    text.remove_prefix(written);
+  }
+  return true;
+}
+
+}  // namespace
+
+Output::Output(DWORD standardHandle) : handle_(GetStdHandle(standardHandle)) {
+  DWORD mode = 0;
+  isTerminal_ = GetConsoleMode(handle_, &mode);
+}
+
+int Output::Width() const {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!isTerminal_ || !GetConsoleScreenBufferInfo(handle_, &info)) return 80;
+  return info.srWindow.Right - info.srWindow.Left + 1;
+}
+
+bool Output::Write(std::string_view utf8) const {
+  return isTerminal_ ? WriteToTerminal(handle_, Utf8ToWide(utf8)) : WriteBytes(handle_, utf8);
+}
+
+}  // namespace larkspan::console

@@ -1,0 +1,34 @@
+#include "console/text/Utf.h"
+
+#include <windows.h>
+
+#include <array>
+#include <cstdio>
+
+namespace larkspan::console {
+
+std::wstring Utf8ToWide(std::string_view text) {
+  if (text.empty()) return {};
+  const int bytes = static_cast<int>(text.size());
+  const int units = MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(units), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, wide.data(), units);
+  return wide;
+}
+
+std::string NoteIdText(std::uint32_t id) {
+  std::array<char, 9> digits;
+  std::snprintf(digits.data(), digits.size(), "%08X", static_cast<unsigned>(id));
+  return digits.data();
+}
+
+std::string UtcNow() {
+  SYSTEMTIME now;
+  GetSystemTime(&now);
+  std::array<char, 32> text;
+  std::snprintf(text.data(), text.size(), "%04u-%02u-%02uT%02u:%02u:%02uZ", now.wYear, now.wMonth,
+                now.wDay, now.wHour, now.wMinute, now.wSecond);
+  return text.data();
+}
+
+}  // namespace larkspan::console

@@ -1,0 +1,21 @@
+// Text between the two forms: UTF-8 inside, UTF-16 to and from the system.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/Utf8.h"
+
+namespace larkspan::console {
+
+// What is no UTF-8 becomes U+FFFD.
+std::wstring Utf8ToWide(std::string_view text);
+
+// "0000090A".
+std::string NoteIdText(std::uint32_t id);
+
+// The time now, in UTC: "2026-11-22T07:40:55Z".
+std::string UtcNow();
+
+}  // namespace larkspan::console
