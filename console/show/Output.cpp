@@ -42,7 +42,7 @@ int Output::Width() const {
   return info.srWindow.Right - info.srWindow.Left + 1;
 }
 
-bool Output::Write(std::string_view utf8) const {
+bool Output::Write(std::string_view utf8) {
   return isTerminal_ ? WriteToTerminal(handle_, Utf8ToWide(utf8)) : WriteBytes(handle_, utf8);
 }
 

@@ -6,20 +6,19 @@
 
 #include <string_view>
 
+#include "console/show/LineSink.h"
+
 namespace larkspan::console {
 
-class Output {
+class Output : public LineSink {
  public:
   // STD_OUTPUT_HANDLE or STD_ERROR_HANDLE.
   explicit Output(DWORD standardHandle);
 
-  bool IsTerminal() const { return isTerminal_; }
-
-  // The width of the terminal's window in columns, as it is now; 80 when it is not known.
-  int Width() const;
-
-  // Writes all of it, without a buffer. False when it could not be: nobody reads any more.
-  bool Write(std::string_view utf8) const;
+  bool IsTerminal() const override { return isTerminal_; }
+  int Width() const override;
+  bool TakesColours() const override { return false; }
+  bool Write(std::string_view utf8) override;
 
  private:
   HANDLE handle_;
