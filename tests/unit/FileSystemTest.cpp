@@ -229,5 +229,16 @@ TEST_F(FileSystemTest, TemporaryFileWithoutAStreamIsClosed) {
   EXPECT_EQ(_get_osfhandle(openedDescriptor), -1);
 }
 
+TEST_F(FileSystemTest, FileThatIsThereExists) {
+  WriteBytes(path_, "");
+  EXPECT_TRUE(FileExists(path_));
+  EXPECT_TRUE(FileExists(L"\\\\?\\" + path_));
+}
+
+TEST_F(FileSystemTest, NeitherAFolderNorAMissingFileExists) {
+  EXPECT_FALSE(FileExists(path_));
+  EXPECT_FALSE(FileExists(folder_.path()));
+}
+
 }  // namespace
 }  // namespace larkspan

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/FileSystem.h"
+#include "base/FolderFiles.h"
 #include "tests/fuzz/Target.h"
 
 namespace larkspan {
@@ -43,6 +44,8 @@ std::FILE* OpenForWriting(const std::wstring& path) {
 }
 
 }  // namespace
+
+bool FileExists(const std::wstring& path) { return files.contains(path); }
 
 namespace fuzz {
 
