@@ -78,9 +78,9 @@ bool Close(UniqueFile file) {
   return isClosed;
 }
 
-bool Append(const std::wstring& path, std::string_view bytes) {
+Appended Append(const std::wstring& path, std::string_view bytes) {
   files[path] += bytes;
-  return true;
+  return {.opened = true, .written = bytes.size(), .complete = true};
 }
 
 bool Delete(const std::wstring& path) { return files.erase(path) == 1; }
