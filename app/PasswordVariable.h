@@ -2,13 +2,13 @@
 // it when a process is started.
 #pragma once
 
-#include "base/Settings.h"
+#include "app/CommandLine.h"
 
 namespace larkspan {
 
 // Takes the password from the environment variable LARKSPAN_PASSWORD where the command line gives
-// an ID file and no password.
-void TakePasswordVariable(Settings& settings);
+// an ID file and no password. An empty one is given too.
+void TakePasswordVariable(ParsedCommandLine& line);
 
 // Takes the variable out of the environment, so that nothing that the library starts inherits it.
 // Not for the supervisor, whose workers need it.
