@@ -92,8 +92,7 @@ int PlayRole(Role role) {
 int RunProgram() {
   ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
   const Role role = ChooseRole(line);
-  TakePasswordVariable(line);
-  if (role != Role::kSupervisor) RemovePasswordVariable();
+  SettlePassword(role, line);
   SetProcessSettings(std::move(line.settings));
   return PlayRole(role);
 }

@@ -6,13 +6,13 @@
 
 #include <string>
 
+#include "base/Wipe.h"
+
 namespace larkspan {
 
 namespace {
 
 constexpr wchar_t kVariable[] = L"LARKSPAN_PASSWORD";
-
-}  // namespace
 
 void TakePasswordVariable(ParsedCommandLine& line) {
   if (line.settings.idFile.empty() || line.hasPassword) return;
@@ -24,6 +24,15 @@ void TakePasswordVariable(ParsedCommandLine& line) {
   password.resize(length < size ? length : 0);
 }
 
-void RemovePasswordVariable() { SetEnvironmentVariableW(kVariable, nullptr); }
+}  // namespace
+
+void SettlePassword(Role role, ParsedCommandLine& line) {
+  if (role == Role::kSupervisor) {
+    Wipe(line.settings.idPassword);
+    return;
+  }
+  TakePasswordVariable(line);
+  SetEnvironmentVariableW(kVariable, nullptr);
+}
 
 }  // namespace larkspan

@@ -13,12 +13,17 @@ namespace {
 
 class PasswordVariableTest : public testing::Test {
  protected:
-  static std::wstring PasswordFor(const std::vector<std::wstring>& arguments) {
+  static std::wstring PasswordFor(const std::vector<std::wstring>& arguments,
+                                  Role role = Role::kWorker) {
     std::vector<std::wstring> all = {L"larkspan.exe"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     ParsedCommandLine line = ParseCommandLine(all);
-    TakePasswordVariable(line);
+    SettlePassword(role, line);
     return line.settings.idPassword;
+  }
+
+  static bool IsInTheEnvironment() {
+    return GetEnvironmentVariableW(L"LARKSPAN_PASSWORD", nullptr, 0) != 0;
   }
 
   const ScopedEnvironmentVariable variable_{L"LARKSPAN_PASSWORD", L"p\u00E2 \u65E5"};
@@ -39,9 +44,22 @@ TEST_F(PasswordVariableTest, EmptyPasswordOfTheCommandLineWinsToo) {
 TEST_F(PasswordVariableTest, IsNotTakenWithoutAnIdFile) { EXPECT_EQ(PasswordFor({}), L""); }
 
 TEST_F(PasswordVariableTest, IsTakenOutOfTheEnvironment) {
-  RemovePasswordVariable();
-  EXPECT_EQ(GetEnvironmentVariableW(L"LARKSPAN_PASSWORD", nullptr, 0), 0u);
-  EXPECT_EQ(PasswordFor({L"-id", L"a.id"}), L"");
+  for (const Role role : {Role::kWorker, Role::kScan, Role::kServers}) {
+    const ScopedEnvironmentVariable variable(L"LARKSPAN_PASSWORD", L"x");
+    EXPECT_EQ(PasswordFor({L"-id", L"a.id"}, role), L"x");
+    EXPECT_FALSE(IsInTheEnvironment());
+  }
+}
+
+TEST_F(PasswordVariableTest, IsTakenOutOfTheEnvironmentAlsoWhereTheCommandLineWins) {
+  PasswordFor({L"-id", L"a.id", L"-password", L"given"});
+  EXPECT_FALSE(IsInTheEnvironment());
+}
+
+TEST_F(PasswordVariableTest, SupervisorLeavesItToItsWorkersAndKeepsNone) {
+  EXPECT_EQ(PasswordFor({L"-id", L"a.id"}, Role::kSupervisor), L"");
+  EXPECT_EQ(PasswordFor({L"-id", L"a.id", L"-password", L"given"}, Role::kSupervisor), L"");
+  EXPECT_TRUE(IsInTheEnvironment());
 }
 
 TEST_F(PasswordVariableTest, LongPasswordIsWhole) {

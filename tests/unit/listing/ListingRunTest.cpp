@@ -101,6 +101,13 @@ TEST_P(ListingRunTest, ExceptionAtTheEndAfterAnotherIsNotToldAgain) {
   EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
 }
 
+TEST_P(ListingRunTest, PasswordDoesNotStayInTheSettings) {
+  ChangeSettings([](Settings& settings) { settings.idPassword = L"secret"; });
+  Configure();
+  Run();
+  EXPECT_EQ(ProcessSettings().idPassword, L"");
+}
+
 INSTANTIATE_TEST_SUITE_P(Modes, ListingRunTest,
                          testing::Values(Mode{"Scan", RunScanMode, L"scan.txt", "NSFSearch"},
                                          Mode{"Servers", RunServersMode, L"servers.txt",
