@@ -25,6 +25,7 @@
 #include "console/follow/Resumption.h"
 #include "console/follow/RunFollower.h"
 #include "console/follow/SupervisedWorkers.h"
+#include "console/follow/ViewLosses.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -74,7 +75,11 @@ class Export {
     RunFollower follower(FollowOptionsOf(request_), keeper_, around_.display, around_.stops);
     if (!onlyPlacing_) {
       RunExporter(follower, request_.views);
-      if (DiedAmongViews(follower)) GoOnWithoutViews(follower);
+      if (DiedAmongViews(follower)) {
+        GoOnWithoutViews(follower);
+      } else {
+        WarnOfViews(follower.state());
+      }
     }
     Account(follower);
     const Judgement judgement = End(follower);
@@ -191,27 +196,28 @@ class Export {
 
   void GoOnWithoutViews(RunFollower& follower) {
     const char* cause = follower.HungAmongViews() ? "stall" : "crash";
-    TellLostViews(follower.state(), cause);
+    const RunState first = follower.state();
+    std::vector<Loss>& lost = outcome().lostViews;
+    lost = LostViews(folder(), first, cause);
     outcome().restarts.push_back({UtcNow(), std::nullopt, cause});
-    around_.display.Retry(
-        {"without views", std::string("the worker ended among the views by a ") + cause});
-    follower.GoOnWithoutViews();
     keeper_.Write();
+    around_.display.Restart({std::nullopt, cause});
+    around_.display.Retry({"without views", std::string("a ") + cause + " among the views"});
+    follower.GoOnWithoutViews();
     MoveAside(folder());
     RunExporter(follower, false);
     SettleMovedAside(folder());
+    NameUnreachedViews(folder(), first.begunViews(), lost);
+    for (const Loss& loss : lost) around_.display.Lost(loss);
+    WarnOfViews(first);
   }
 
-  void TellLostViews(const RunState& state, const std::string& cause) {
-    std::vector<Loss>& lost = outcome().lostViews;
-    if (state.lastView()) {
-      lost.push_back({LossKind::kView, state.lastView(), cause,
-                      "the worker ended while it exported this view"});
-    }
-    for (std::uint32_t view = state.viewsBegun(); view < state.views().value_or(0); ++view) {
-      lost.push_back({LossKind::kView, std::nullopt, "views", "the run did not reach this view"});
-    }
-    for (const Loss& loss : lost) around_.display.Lost(loss);
+  void WarnOfViews(const RunState& state) {
+    const std::optional<Warning> warning =
+        WarnOfViewsWithoutFile(folder(), state.begunViews(), outcome().lostViews);
+    if (!warning || outcome().stop) return;
+    outcome().warnings.push_back(*warning);
+    around_.display.Warn(*warning);
   }
 
   void Account(RunFollower& follower) {

@@ -264,7 +264,10 @@ void RunFollower::Show() {
   view_.viewsDone = progress.viewsDone;
   view_.documents = progress.documents;
   view_.documentsDone = progress.documentsDone;
-  view_.note = state_.phase() == Phase::kViews ? state_.lastView() : state_.lastNote();
+  view_.note = state_.lastNote();
+  if (state_.phase() == Phase::kViews && !state_.begunViews().empty()) {
+    view_.note = state_.begunViews().back();
+  }
   view_.elapsed = ElapsedMilliseconds();
   display_.Update(view_, Now());
 }

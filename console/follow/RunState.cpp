@@ -23,8 +23,7 @@ RunState::Step RunState::Take(const ProgressLine& line) {
       views_ = line.number;
       return Enter(Phase::kViews);
     case ProgressLine::Kind::kView:
-      ++viewsBegun_;
-      lastView_ = line.number;
+      begunViews_.push_back(line.number);
       return Enter(Phase::kViews);
     case ProgressLine::Kind::kScanning:
       return Enter(Phase::kScanning);

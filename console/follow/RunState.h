@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "console/follow/Phase.h"
 #include "console/follow/ProgressLine.h"
@@ -32,15 +33,18 @@ class RunState {
   Phase phase() const { return phase_; }
   std::optional<std::uint32_t> views() const { return views_; }
   std::optional<std::uint32_t> documents() const { return documents_; }
-  std::uint32_t viewsBegun() const { return viewsBegun_; }
-  std::uint32_t viewsDone() const { return Done(viewsBegun_, Phase::kViews); }
+  std::uint32_t viewsDone() const { return Done(viewsBegun(), Phase::kViews); }
   std::uint32_t documentsDone() const { return Done(documentsBegun_, Phase::kDocuments); }
 
-  // The view or note that was begun last.
-  std::optional<std::uint32_t> lastView() const { return lastView_; }
+  // The views that were begun, in that order.
+  const std::vector<std::uint32_t>& begunViews() const { return begunViews_; }
+
+  // The note that was begun last.
   std::optional<std::uint32_t> lastNote() const { return lastNote_; }
 
  private:
+  std::uint32_t viewsBegun() const { return static_cast<std::uint32_t>(begunViews_.size()); }
+
   // A line comes before its view or note.
   std::uint32_t Done(std::uint32_t begun, Phase phase) const {
     return begun > 0 && phase_ == phase && atWork_ ? begun - 1 : begun;
@@ -50,11 +54,10 @@ class RunState {
   Phase phase_ = Phase::kStarting;
   bool atWork_ = true;
   bool opened_ = false;
-  std::uint32_t viewsBegun_ = 0;
   std::uint32_t documentsBegun_ = 0;
   std::optional<std::uint32_t> views_;
   std::optional<std::uint32_t> documents_;
-  std::optional<std::uint32_t> lastView_;
+  std::vector<std::uint32_t> begunViews_;
   std::optional<std::uint32_t> lastNote_;
 };
 
