@@ -144,30 +144,40 @@ void RunFollower::TakeLogLine(std::string_view line) {
 }
 
 void RunFollower::TakeLoss(const NoteLine& line) {
-  if (line.fault == NoteFault::kDeath) {
-    const Restart restart{UtcNow(), line.id,
-                          std::exchange(endedForStall_, false) ? "stall" : "crash"};
-    keeper_.outcome().restarts.push_back(restart);
-    ++view_.restarts;
-    display_.Restart({restart.note, restart.cause});
-    stall_.Progress(Now());
-  }
-  CountLoss(line);
-}
-
-void RunFollower::CountLoss(const NoteLine& line) {
-  const std::wstring& folder = keeper_.folder();
-  const bool hasFile = FileExists(output::Join(
-      folder, output::NoteFile(options_.archive ? output::kDesignFolder : L"", line.id)));
   Loss loss{LossKind::kNote, line.id, StageOf(line.fault), CauseOf(line)};
+  if (line.fault == NoteFault::kDeath) loss.stage = TakeRestart(line.id);
   if (line.fault == NoteFault::kPictures) loss.kind = LossKind::kPictures;
+  const bool hasFile = HasFile(line.id);
+  // A worker can die late. What becomes of its raw copy then is told when all is checked.
+  if (line.fault == NoteFault::kDeath && hasFile) return;
   if (line.fault == NoteFault::kExport && hasFile) loss.kind = LossKind::kRawCopy;
   display_.Lost(loss);
-  if (loss.kind != LossKind::kNote) return;
+  if (loss.kind == LossKind::kNote) CountLostNote(loss);
+}
+
+std::string RunFollower::TakeRestart(std::uint32_t note) {
+  const std::string cause = std::exchange(endedForStall_, false) ? "stall" : "crash";
+  keeper_.outcome().restarts.push_back({UtcNow(), note, cause});
+  ++view_.restarts;
+  display_.Restart({note, cause});
+  stall_.Progress(Now());
+  return cause;
+}
+
+bool RunFollower::HasFile(std::uint32_t note) const {
+  const auto isThere = [&](std::wstring_view subfolder) {
+    return FileExists(output::Join(keeper_.folder(), output::NoteFile(subfolder, note)));
+  };
+  if (!options_.archive) return isThere({});
+  return isThere(output::kDataFolder) || isThere(output::kDesignFolder) ||
+         isThere(output::kProfileFolder);
+}
+
+void RunFollower::CountLostNote(const Loss& loss) {
   ++view_.lost;
   if (!options_.giveUp) return;
-  if (!giveUp_) giveUp_.emplace(ReadNoteList(folder).ids);
-  if (giveUp_->Lose(line.id, loss.stage + loss.cause) >= *options_.giveUp) Stop("give-up");
+  if (!giveUp_) giveUp_.emplace(ReadNoteList(keeper_.folder()).ids);
+  if (giveUp_->Lose(*loss.id, loss.stage + loss.cause) >= *options_.giveUp) Stop("give-up");
 }
 
 void RunFollower::TakeAudit() {

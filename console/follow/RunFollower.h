@@ -62,7 +62,9 @@ class RunFollower {
   void TakeLog();
   void TakeLogLine(std::string_view line);
   void TakeLoss(const NoteLine& line);
-  void CountLoss(const NoteLine& line);
+  std::string TakeRestart(std::uint32_t note);
+  bool HasFile(std::uint32_t note) const;
+  void CountLostNote(const Loss& loss);
   void TakeAudit();
   void LookAtPlainFolder();
   void LookAtSpace();

@@ -75,9 +75,9 @@ std::optional<Warning> WarnOfViewsWithoutFile(const std::wstring& folder,
   }
   if (count == 0) return std::nullopt;
   if (count > kMostNamed) names += " and more";
-  return Warning{"views", std::to_string(count) + " of " + std::to_string(begun.size()) +
-                              " views have no file, since they are hidden or cannot be read: " +
-                              names};
+  return Warning{"views",
+                 std::to_string(count) + " of " + std::to_string(begun.size()) +
+                     " views have no file, since they are hidden or cannot be read: " + names};
 }
 
 }  // namespace larkspan::console
