@@ -150,7 +150,10 @@ void RunFollower::TakeLoss(const NoteLine& line) {
   const bool hasFile = HasFile(line.id);
   // A worker can die late. What becomes of its raw copy then is told when all is checked.
   if (line.fault == NoteFault::kDeath && hasFile) return;
-  if (line.fault == NoteFault::kExport && hasFile) loss.kind = LossKind::kRawCopy;
+  if (line.fault == NoteFault::kExport && hasFile) {
+    loss.kind = LossKind::kRawCopy;
+    loss.stage = "raw copy";
+  }
   display_.Lost(loss);
   if (loss.kind == LossKind::kNote) CountLostNote(loss);
 }
