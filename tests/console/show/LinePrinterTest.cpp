@@ -43,20 +43,30 @@ TEST_F(TerminalPrinterTest, NoMoreThanTenAreDrawnInASecond) {
 }
 
 TEST_F(TerminalPrinterTest, TheWidthIsAskedForEachTime) {
-  sink_.width = 10;
+  sink_.width = 11;
   Show("properties", 0);
   sink_.width = 6;
   Show("properties", 100);
-  sink_.width = 80;
+  sink_.width = 12;
   Show("properties", 200);
-  EXPECT_EQ(sink_.text, "\rpropertie\rprope\rproperties");
+  EXPECT_EQ(sink_.text, "\rproperties\rprope\rproperties ");
 }
 
-TEST_F(TerminalPrinterTest, BlanksEndWhereTheWindowDoes) {
+TEST_F(TerminalPrinterTest, InAnotherWidthTheWholeRowIsCovered) {
   Show("properties", 0);
   sink_.width = 8;
   Show("views", 100);
-  EXPECT_EQ(sink_.text, "\rproperties\rviews  ");
+  sink_.width = 14;
+  printer_.PrintLine("One");
+  EXPECT_EQ(sink_.text, "\rproperties\rviews  \r             \rOne\nviews");
+}
+
+TEST_F(TerminalPrinterTest, AWindowWithoutAColumnHarmsNothing) {
+  Show("views", 0);
+  sink_.width = 0;
+  Show("views", 100);
+  printer_.Clear();
+  EXPECT_EQ(sink_.text, "\rviews\rv\r \r");
 }
 
 TEST_F(TerminalPrinterTest, ALineStandsAboveTheStatus) {
