@@ -60,7 +60,7 @@ TEST_F(RunDisplayTest, APersonReadsWhatHappens) {
   display->Ready({ExitCode::kLosses, Counts(10, 1), 2, 0, 0});
   display->Message("Anything\nelse");
   EXPECT_EQ(output_.text,
-            "Exporting orders.nsf on Mill/Example to D:\\out\n"
+            "Exporting Mill/Example!!orders.nsf to D:\\out\n"
             "The worker ended by a crash at note 0000090A; the export goes on.\n"
             "The worker ended by a stall; the export goes on.\n"
             "Lost: 0000090A (open): Note has been deleted\n"

@@ -45,7 +45,7 @@ TEST(StatusLineTest, AWideWindowHasEverything) {
       "1 restart  3 lost  at 0000090A  Mill/Example!!archive\\orders.nsf");
 }
 
-TEST(StatusLineTest, AnUsualWindowLeavesOutWhatMattersLeast) {
+TEST(StatusLineTest, AUsualWindowLeavesOutWhatMattersLeast) {
   EXPECT_EQ(LineOf(WithTroubles(), kSomePace, 80),
             "documents 123/4,567  2%  31/s  2 min left  1 restart  3 lost  Mill/Ex...ers.nsf");
   EXPECT_EQ(LineOf(AmongDocuments(), kSomePace, 80),

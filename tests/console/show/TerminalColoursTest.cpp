@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "console/show/Output.h"
 #include "tests/support/ScopedEnvironmentVariable.h"
 
 namespace larkspan::console {

@@ -24,6 +24,7 @@ TEST(TextWidthTest, EachCharacterTakesItsColumns) {
       {"\xED\x95\x9C", 2},                          // Hangul.
       {"\xF0\xA0\x80\x80", 2},                      // Han beyond the first plane.
       {"\xF0\x9D\x84\x9E", 1},                      // A clef, beyond it too.
+      {"\xE2\x9C\x85\xF0\x9F\x8C\xB1", 4},          // Pictures.
       {"\xD0\x96", 1},                              // Cyrillic.
       {"x\xE2\x80\x8Dy", 2},                        // A joiner between two.
       {"\xFF", 1},                                  // No UTF-8.
