@@ -37,15 +37,22 @@ bool LinePrinter::IsDue(std::uint64_t nowMilliseconds) {
   return true;
 }
 
-// Blanks cover what is left of an earlier, longer status. They end where the window does: in one
-// that became narrower more of them would begin a new line.
 void LinePrinter::Draw(const RunView& view, const Pace& pace) {
   const int width = sink_.Width();
   const StatusText line = StatusLine(view, pace, width, sink_.TakesColours());
-  const int rest = std::min(columns_, width - 1) - line.columns;
+  const int rest = ColumnsToCover(width) - line.columns;
   Write("\r" + line.text + Blanks(std::max(rest, 0)));
   status_ = line.text;
   columns_ = line.columns;
+  width_ = width;
+}
+
+// What is left of an earlier status. Blanks end where the window does, since behind its last column
+// a new line begins. Some terminals lay their rows out anew when they get another width, and then
+// more than the status can stand in its row.
+int LinePrinter::ColumnsToCover(int width) const {
+  if (status_.empty()) return 0;
+  return width == width_ ? columns_ : std::max(width - 1, 0);
 }
 
 void LinePrinter::PrintLine(std::string_view line) {
@@ -56,12 +63,11 @@ void LinePrinter::Clear() {
   if (status_.empty()) return;
   Write(Erasure());
   status_.clear();
-  columns_ = 0;
 }
 
 std::string LinePrinter::Erasure() const {
   if (status_.empty()) return {};
-  return "\r" + Blanks(std::max(std::min(columns_, sink_.Width() - 1), 0)) + "\r";
+  return "\r" + Blanks(ColumnsToCover(sink_.Width())) + "\r";
 }
 
 void LinePrinter::Write(const std::string& text) {

@@ -36,13 +36,15 @@ class LinePrinter {
  private:
   void Draw(const RunView& view, const Pace& pace);
   bool IsDue(std::uint64_t nowMilliseconds);
+  int ColumnsToCover(int width) const;
   std::string Erasure() const;
   void Write(const std::string& text);
 
   LineSink& sink_;
   std::optional<std::uint64_t> lastShown_;
   std::string status_;  // As it stands on the terminal; empty when none does.
-  int columns_ = 0;     // Of it.
+  int columns_ = 0;     // Of it, ...
+  int width_ = 0;       // ... and of the window when it was drawn.
   bool isBroken_ = false;
 };
 

@@ -22,8 +22,7 @@ void PersonDisplay::Restart(const RestartEvent& restart) { Message(RestartSenten
 
 void PersonDisplay::Lost(const Loss& loss) {
   if (++losses_ <= kLossLines) Message(LossSentence(loss));
-  if (losses_ == kLossLines + 1)
-    Message("Further losses are counted here; all are listed at the end.");
+  if (losses_ == kLossLines + 1) Message("Further losses are only counted here.");
 }
 
 void PersonDisplay::Warn(const Warning& warning) { Message("Warning: " + warning.text); }

@@ -13,8 +13,7 @@ namespace larkspan::console {
 
 class PersonDisplay : public RunDisplay {
  public:
-  PersonDisplay(LineSink& output, LineSink& errors)
-      : output_(output), errors_(errors), printer_(output) {}
+  PersonDisplay(LineSink& output, LineSink& errors) : errors_(errors), printer_(output) {}
 
   void Update(const RunView& view, std::uint64_t nowMilliseconds) override;
   void Start(const StartEvent& start) override;
@@ -31,7 +30,6 @@ class PersonDisplay : public RunDisplay {
   bool OutputBroken() const override { return printer_.IsBroken(); }
 
  private:
-  LineSink& output_;
   LineSink& errors_;
   LinePrinter printer_;
   Rate rate_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "console/show/Sizes.h"
+#include "console/show/StatusParts.h"
 #include "console/show/TextWidth.h"
 #include "console/text/Utf.h"
 
@@ -33,8 +34,7 @@ std::string Outset(ExitCode code) {
 }  // namespace
 
 std::string StartSentence(const StartEvent& start) {
-  const std::string from = start.server.empty() ? "" : " on " + start.server;
-  return "Exporting " + start.path + from + " to " + start.out;
+  return "Exporting " + DatabaseName(start.server, start.path) + " to " + start.out;
 }
 
 std::string RestartSentence(const RestartEvent& restart) {

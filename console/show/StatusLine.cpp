@@ -45,6 +45,15 @@ std::string Bar(int percent, int columns) {
          std::string(static_cast<std::size_t>(*step - full), '-') + "]";
 }
 
+// Before the figure that it pictures, where that one is shown.
+void AddBar(std::vector<StatusPart>& parts, int percent, int columns) {
+  const auto figure = std::find_if(parts.begin(), parts.end(), [](const StatusPart& part) {
+    return part.importance == Importance::kPercent;
+  });
+  const std::string bar = Bar(percent, columns);
+  if (figure != parts.end() && !bar.empty()) parts.insert(figure, {Importance::kPercent, bar});
+}
+
 StatusText Joined(const std::vector<StatusPart>& parts, bool colours) {
   StatusText line;
   for (const StatusPart& part : parts) {
@@ -72,9 +81,7 @@ StatusText StatusLine(const RunView& view, const Pace& pace, int width, bool col
     const int others = ColumnsOfAll(parts) - ColumnsOf(parts.back().text);
     parts.back().text = CutInTheMiddle(name, columns - others);
   }
-  const std::optional<int> percent = PercentOf(view);
-  const std::string bar = percent ? Bar(*percent, columns - ColumnsOfAll(parts) - kGapColumns) : "";
-  if (!bar.empty()) parts.insert(parts.begin() + 1, {Importance::kPhase, bar});
+  AddBar(parts, PercentOf(view).value_or(0), columns - ColumnsOfAll(parts) - kGapColumns);
   return Joined(parts, colours);
 }
 

@@ -82,14 +82,14 @@ std::vector<StatusPart> StatusParts(const RunView& view, const Pace& pace) {
   if (view.silence) add(Importance::kSilence, "no progress since " + view.silence->since, true);
   const std::optional<std::uint32_t> note = view.silence ? view.silence->note : view.note;
   if (note) add(Importance::kNote, "at " + NoteIdText(*note));
-  const std::string name = DatabaseName(view);
+  const std::string name = DatabaseName(view.server, view.path);
   if (!name.empty()) add(Importance::kName, name);
   return parts;
 }
 
-std::string DatabaseName(const RunView& view) {
-  const bool isHere = view.server.empty() || view.server == "<Local>";
-  return SafeForTerminal(isHere ? view.path : view.server + "!!" + view.path);
+std::string DatabaseName(const std::string& server, const std::string& path) {
+  const bool isHere = server.empty() || server == "<Local>";
+  return SafeForTerminal(isHere ? path : server + "!!" + path);
 }
 
 }  // namespace larkspan::console

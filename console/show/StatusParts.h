@@ -49,6 +49,6 @@ struct StatusPart {
 std::vector<StatusPart> StatusParts(const RunView& view, const Pace& pace);
 
 // "server!!path", or the path alone on this machine; safe for a terminal.
-std::string DatabaseName(const RunView& view);
+std::string DatabaseName(const std::string& server, const std::string& path);
 
 }  // namespace larkspan::console

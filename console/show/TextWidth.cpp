@@ -17,12 +17,13 @@ struct Range {
   char32_t last;
 };
 
-// The blocks whose characters Unicode calls wide or full-width, in ascending order.
+// The blocks with characters that Unicode calls wide or full-width, in ascending order. Those of
+// pictures have some that are not: a line that is too short harms nothing.
 constexpr std::array<Range, 17> kWide = {{{0x1100, 0x115F},
-                                          {0x231A, 0x231B},
-                                          {0x23E9, 0x23EC},
-                                          {0x25FD, 0x25FE},
-                                          {0x2614, 0x2615},
+                                          {0x231A, 0x232A},
+                                          {0x23E9, 0x23F3},
+                                          {0x25FD, 0x27BF},
+                                          {0x2B1B, 0x2B55},
                                           {0x2E80, 0x303E},
                                           {0x3041, 0x33FF},
                                           {0x3400, 0x4DBF},
@@ -34,7 +35,7 @@ constexpr std::array<Range, 17> kWide = {{{0x1100, 0x115F},
                                           {0xFE30, 0xFE6F},
                                           {0xFF00, 0xFF60},
                                           {0xFFE0, 0xFFE6},
-                                          {0x1F300, 0x3FFFD}}};
+                                          {0x1F000, 0x3FFFD}}};
 
 // Combining marks, joiners and marks of direction.
 constexpr std::array<Range, 15> kZero = {{{0x0300, 0x036F},

@@ -13,7 +13,7 @@ class RecordedSink : public LineSink {
  public:
   bool IsTerminal() const override { return isTerminal; }
   int Width() const override { return width; }
-  bool TakesColours() const override { return takesColours; }
+  bool TakesColours() override { return takesColours; }
   bool Write(std::string_view utf8) override {
     if (isBroken) return false;
     text += utf8;
