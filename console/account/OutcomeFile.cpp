@@ -1,5 +1,6 @@
 // The file is written beside its place and moved there, so that a reader finds an earlier one or
-// this one, never a half.
+// this one, never a half. A monitor that reads the earlier one hinders the move for that moment.
+#include <chrono>
 #include <exception>
 #include <stdexcept>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "base/FileSystem.h"
 #include "base/OutputPaths.h"
+#include "base/Retry.h"
 #include "console/account/AccountJson.h"
 #include "console/account/Outcome.h"
 #include "console/folder/SharedFile.h"
@@ -155,6 +157,22 @@ Outcome OutcomeFromJson(const Json& json) {
   return outcome;
 }
 
+bool WriteStage(const std::wstring& stage, const std::string& text) {
+  file_system::UniqueFile file = file_system::Open(stage, L"wb");
+  if (!file) return false;
+  const bool written = file_system::Write(file.get(), text) == text.size();
+  return file_system::Close(std::move(file)) && written;
+}
+
+bool PlaceStage(const std::wstring& stage, const std::wstring& path) {
+  constexpr int kAttempts = 5;
+  constexpr std::chrono::milliseconds kPause{100};
+  const auto move = [&] {
+    return file_system::Move(stage, path, file_system::Earlier::kIsReplaced);
+  };
+  return RetryWithPause(kAttempts, kPause, move, [](int) {});
+}
+
 // No value when the system refuses, or it is larger than any account.
 std::optional<std::string> ReadAll(SharedFile& file) {
   constexpr std::size_t kPiece = std::size_t{1} << 20;
@@ -178,12 +196,7 @@ bool WriteOutcome(const std::wstring& folder, const Outcome& outcome) {
   const std::wstring path = output::Join(folder, kOutcomeFile);
   const std::wstring stage = output::StageOf(path);
   const std::string text = JsonText(OutcomeToJson(outcome), kIndent) + "\n";
-  file_system::UniqueFile file = file_system::Open(stage, L"wb");
-  if (!file) return false;
-  const bool written = file_system::Write(file.get(), text) == text.size();
-  if (file_system::Close(std::move(file)) && written &&
-      file_system::Move(stage, path, file_system::Earlier::kIsReplaced))
-    return true;
+  if (WriteStage(stage, text) && PlaceStage(stage, path)) return true;
   file_system::Delete(stage);
   return false;
 }
