@@ -1,12 +1,108 @@
+// verify: accounts for each note of an output folder, and says what came out.
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 
 #include "console/Command.h"
+#include "console/CommandLine.h"
+#include "console/account/AccountJson.h"
+#include "console/account/AccountText.h"
+#include "console/account/Verify.h"
+#include "console/show/Output.h"
+#include "console/text/Utf.h"
 
 namespace larkspan::console {
 
+namespace {
+
+struct VerifyOptions {
+  std::string folder;
+  bool json = false;
+  bool quiet = false;
+};
+
+// A line that is written over while files are read. The reading calls ten times a second.
+class ProgressLine {
+ public:
+  explicit ProgressLine(Output& output) : output_(output) {}
+
+  void Show(std::uint64_t done, std::uint64_t all) {
+    if (all == 0) return;
+    constexpr std::size_t kBarCells = 20;
+    const auto filled = static_cast<std::size_t>(done * kBarCells / all);
+    std::string line = "Checking [" + std::string(filled, '#') +
+                       std::string(kBarCells - filled, '.') + "] " + GroupedNumber(done) + " of " +
+                       GroupedNumber(all) + " files";
+    // In the last column a terminal would begin a new line.
+    line.resize(static_cast<std::size_t>(std::max(1, output_.Width() - 1)), ' ');
+    output_.Write("\r" + line);
+    isShown_ = true;
+  }
+
+  void Clear() {
+    if (!isShown_) return;
+    const auto width = static_cast<std::size_t>(std::max(1, output_.Width() - 1));
+    output_.Write("\r" + std::string(width, ' ') + "\r");
+  }
+
+ private:
+  Output& output_;
+  bool isShown_ = false;
+};
+
+ExitCode RefuseFolder(const VerifyOptions& options, const std::string& whyNot) {
+  const ExitCode code = ExitCode::kCouldNotRun;
+  Output(STD_ERROR_HANDLE).Write("larkspan-console: " + options.folder + ": " + whyNot + "\n");
+  if (options.json) {
+    const Json json = {{"folder", options.folder},
+                       {"verdict", "none"},
+                       {"exitCode", static_cast<int>(code)},
+                       {"reason", whyNot}};
+    Output(STD_OUTPUT_HANDLE).Write(JsonText(json, -1) + "\n");
+  }
+  return code;
+}
+
+void Show(const VerifyOptions& options, const Account& account, Output& output) {
+  if (options.json) {
+    Json json = {{"folder", options.folder}};
+    json.update(AccountToJson(account));
+    output.Write(JsonText(json, -1) + "\n");
+  } else if (!options.quiet) {
+    output.Write(AccountText(account));
+  }
+}
+
+ExitCode RunVerify(const VerifyOptions& options) {
+  Output output(STD_OUTPUT_HANDLE);
+  ProgressLine line(output);
+  VerifyProgress progress;
+  if (output.IsTerminal() && !options.json && !options.quiet)
+    progress = [&](std::uint64_t done, std::uint64_t all) { line.Show(done, all); };
+  std::string whyNot;
+  const std::optional<Account> account = VerifyFolder(Utf8ToWide(options.folder), progress, whyNot);
+  line.Clear();
+  if (!account) return RefuseFolder(options, whyNot);
+  Show(options, *account, output);
+  return account->Verdict();
+}
+
+}  // namespace
+
 CommandRun AddVerifyCommand(CLI::App& app) {
-  app.add_subcommand("verify", "");
-  return [] { return ExitCode::kCouldNotRun; };
+  const auto options = std::make_shared<VerifyOptions>();
+  CLI::App* const command = app.add_subcommand(
+      "verify", "Accounts for every note of an export, from what the disk holds");
+  AddText(*command, "OUT", options->folder, "The output folder of an export")->required();
+  command->add_flag("--json", options->json, "One JSON object on standard output instead of text");
+  command->add_flag("--quiet", options->quiet, "No text; the exit code says it");
+  command->footer(
+      "Exit code: 0 whole, 2 no export there, 3 losses that are listed, 5 not accounted for\n"
+      "Example:\n  larkspan-console verify D:\\export\\ada\n");
+  return [options] { return RunVerify(*options); };
 }
 
 }  // namespace larkspan::console

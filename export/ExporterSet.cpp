@@ -5,6 +5,7 @@
 #include <array>
 #include <span>
 
+#include "base/PictureText.h"
 #include "base/Settings.h"
 #include "base/WideFormat.h"
 #include "notes/DxlExporter.h"
@@ -19,10 +20,6 @@ namespace {
 constexpr int kRemovePictures = 39;
 constexpr int kPictureText = 14;
 constexpr int kConvert = 35;
-
-constexpr char kRemovedPictureRun[] =
-    "<run><font size='9pt' color='#CCCCCC' />"
-    "&lt;Picture removed by Brevink Export&gt;</run>";
 
 // How a property is set: always off, always on, on in archives only, or on everywhere else.
 enum class Setting { kOff, kOn, kOnInArchives, kOnOutsideArchives };

@@ -3,17 +3,13 @@
 // may be at work there.
 #pragma once
 
-#include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 
 #include "console/account/Account.h"
+#include "console/account/VerifyProgress.h"
 
 namespace larkspan::console {
-
-// Called from the calling thread, now and then, with the files read so far and the number of all.
-using VerifyProgress = std::function<void(std::uint64_t done, std::uint64_t all)>;
 
 // No value when the folder cannot be listed, or is none of an export: `whyNot` is then a sentence.
 std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,

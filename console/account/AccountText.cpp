@@ -1,0 +1,153 @@
+#include "console/account/AccountText.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "console/text/Utf.h"
+
+namespace larkspan::console {
+
+namespace {
+
+constexpr std::size_t kMostOfAKind = 20;
+
+// The words for a kind of loss, in the order of LossKind.
+constexpr std::array kLossWords = {"note", "raw copy", "pictures", "index line", "ACL", "view"};
+
+std::string Padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
+}
+
+std::string RightAligned(const std::string& text, std::size_t width) {
+  return std::string(width - std::min(width, text.size()), ' ') + text;
+}
+
+std::string Count(std::uint64_t number, const std::string& one, const std::string& many) {
+  return GroupedNumber(number) + " " + (number == 1 ? one : many);
+}
+
+std::string WithoutControls(std::string text) {
+  const auto isControl = [](char byte) {
+    const auto value = static_cast<unsigned char>(byte);
+    return value < 0x20 || value == 0x7F;
+  };
+  std::replace_if(text.begin(), text.end(), isControl, '?');
+  // U+0080 to U+009F; a terminal may take one of them for the beginning of a sequence.
+  for (std::size_t at = text.find('\xC2'); at != text.npos; at = text.find('\xC2', at + 1))
+    if (at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0)
+      text.replace(at, 2, "?");
+  return text;
+}
+
+// Lines under a title; of each kind the first.
+class Section {
+ public:
+  void Add(const std::string& kind, const std::string& line) {
+    Group& group = GroupOf(kind);
+    if (group.lines.size() < kMostOfAKind) group.lines.push_back(line);
+    ++group.count;
+    ++count_;
+  }
+
+  std::string Text(const char* title) const {
+    if (count_ == 0) return {};
+    std::string text = "\n" + std::string(title) + " (" + GroupedNumber(count_) + "):\n";
+    for (const Group& group : groups_) {
+      for (const std::string& line : group.lines) text += "  " + WithoutControls(line) + "\n";
+      const std::uint64_t more = group.count - group.lines.size();
+      if (more != 0) text += "  and " + GroupedNumber(more) + " more (--json lists all)\n";
+    }
+    return text;
+  }
+
+ private:
+  struct Group {
+    std::string kind;
+    std::vector<std::string> lines;
+    std::uint64_t count = 0;
+  };
+
+  Group& GroupOf(const std::string& kind) {
+    for (Group& group : groups_)
+      if (group.kind == kind) return group;
+    return groups_.emplace_back(Group{kind, {}, 0});
+  }
+
+  std::vector<Group> groups_;
+  std::uint64_t count_ = 0;
+};
+
+std::string FoldersText(const Account& account) {
+  std::string text;
+  for (const FolderCount& folder : account.folders) {
+    const std::string name = folder.name.empty() ? "(top)" : folder.name;
+    text += "  " + Padded(name, 8) + RightAligned(GroupedNumber(folder.files), 10) + " files" +
+            RightAligned(GroupedNumber(folder.bytes), 18) + " bytes\n";
+  }
+  return text;
+}
+
+std::string LossesText(const Account& account) {
+  Section section;
+  for (const Loss& loss : account.losses) {
+    const char* const kind = kLossWords[static_cast<std::size_t>(loss.kind)];
+    section.Add(kind, Padded(loss.id ? NoteIdText(*loss.id) : "", 10) + Padded(kind, 12) +
+                          Padded(loss.stage, 10) + loss.cause);
+  }
+  return section.Text("Lost");
+}
+
+std::string FindingsText(const Account& account) {
+  Section section;
+  for (const Finding& finding : account.findings)
+    section.Add(finding.kind, Padded(finding.kind, 17) + finding.text);
+  return section.Text("Not as it must be");
+}
+
+std::string WarningsText(const Account& account) {
+  Section section;
+  for (const Warning& warning : account.warnings)
+    section.Add(warning.kind, Padded(warning.kind, 14) + warning.text);
+  return section.Text("Warnings");
+}
+
+std::string LossesVerdict(const Account& account) {
+  const std::uint64_t lost = account.notes.lost + account.notes.notReached;
+  const std::string listed = Count(account.notes.listed, "note", "notes");
+  if (lost != 0)
+    return GroupedNumber(lost) + " of " + listed + (lost == 1 ? " is" : " are") +
+           " lost; each loss is listed.";
+  return "All of " + listed + " exported, with " +
+         Count(account.losses.size(), "loss that is listed.", "losses; each is listed.");
+}
+
+}  // namespace
+
+std::string GroupedNumber(std::uint64_t number) {
+  std::string text = std::to_string(number);
+  for (std::size_t at = text.size(); at > 3; at -= 3) text.insert(at - 3, ",");
+  return text;
+}
+
+std::string VerdictText(const Account& account) {
+  switch (account.Verdict()) {
+    case ExitCode::kWhole:
+      return "Whole: all " + Count(account.notes.listed, "note is", "notes are") + " exported.";
+    case ExitCode::kLosses:
+      return LossesVerdict(account);
+    default:
+      return "Not accounted for: " + Count(account.findings.size(), "thing is", "things are") +
+             " not as " + (account.findings.size() == 1 ? "it" : "they") + " must be.";
+  }
+}
+
+std::string AccountText(const Account& account) {
+  return VerdictText(account) + "\n\n" + FoldersText(account) + LossesText(account) +
+         FindingsText(account) + WarningsText(account);
+}
+
+}  // namespace larkspan::console

@@ -1,0 +1,13 @@
+// How far the reading of a folder is.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace larkspan::console {
+
+// Called from the calling thread, ten times a second at most, with the files read so far and the
+// number of all; also once before the first file and once after the last.
+using VerifyProgress = std::function<void(std::uint64_t done, std::uint64_t all)>;
+
+}  // namespace larkspan::console

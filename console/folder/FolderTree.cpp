@@ -1,0 +1,56 @@
+#include "console/folder/FolderTree.h"
+
+#include <windows.h>
+
+#include <vector>
+
+namespace larkspan::console {
+
+namespace {
+
+using Visit = std::function<void(const TreeEntry&)>;
+
+TreeEntry::Kind KindOf(const WIN32_FIND_DATAW& found) {
+  if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return TreeEntry::Kind::kFile;
+  const bool leadsElsewhere = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  return leadsElsewhere ? TreeEntry::Kind::kLink : TreeEntry::Kind::kFolder;
+}
+
+bool IsItselfOrParent(std::wstring_view name) { return name == L"." || name == L".."; }
+
+// Visits the entries of one folder and adds its subfolders to the list.
+bool VisitFolder(const std::wstring& root, const std::wstring& relative, const Visit& visit,
+                 std::vector<std::wstring>& subfolders) {
+  WIN32_FIND_DATAW found;
+  const HANDLE listing =
+      FindFirstFileExW((root + relative + L"\\*").c_str(), FindExInfoBasic, &found,
+                       FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+  if (listing == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_FILE_NOT_FOUND;
+  do {
+    const std::wstring_view name = found.cFileName;
+    if (IsItselfOrParent(name)) continue;
+    const TreeEntry::Kind kind = KindOf(found);
+    visit({relative, name, kind, (std::uint64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow});
+    if (kind == TreeEntry::Kind::kFolder)
+      subfolders.push_back(relative + L"\\" + std::wstring(name));
+  } while (FindNextFileW(listing, &found));
+  const bool isWhole = GetLastError() == ERROR_NO_MORE_FILES;
+  FindClose(listing);
+  return isWhole;
+}
+
+}  // namespace
+
+bool VisitTree(const std::wstring& folder, const Visit& visit) {
+  std::vector<std::wstring> left;
+  if (!VisitFolder(folder, L"", visit, left)) return false;
+  while (!left.empty()) {
+    const std::wstring relative = left.back();
+    left.pop_back();
+    if (!VisitFolder(folder, relative, visit, left))
+      visit({relative, L"", TreeEntry::Kind::kUnlisted, 0});
+  }
+  return true;
+}
+
+}  // namespace larkspan::console
