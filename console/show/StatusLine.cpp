@@ -37,12 +37,13 @@ void LeaveOutUntilFit(std::vector<StatusPart>& parts, int columns) {
 // As wide as what is left for it allows, in steps, so that it does not move with every figure.
 std::string Bar(int percent, int columns) {
   constexpr std::array<int, 3> kSteps = {40, 20, 10};
-  const auto step = std::find_if(kSteps.begin(), kSteps.end(),
-                                 [columns](int cells) { return cells + 2 <= columns; });
-  if (step == kSteps.end()) return {};
-  const int full = *step * percent / 100;
-  return "[" + std::string(static_cast<std::size_t>(full), '#') +
-         std::string(static_cast<std::size_t>(*step - full), '-') + "]";
+  for (const int cells : kSteps) {
+    if (cells + 2 > columns) continue;
+    const auto full = static_cast<std::size_t>(cells * percent / 100);
+    return "[" + std::string(full, '#') + std::string(static_cast<std::size_t>(cells) - full, '-') +
+           "]";
+  }
+  return {};
 }
 
 // Before the figure that it pictures, where that one is shown.

@@ -84,7 +84,7 @@ std::vector<Character> CharactersOf(std::string_view text) {
     std::size_t units = 1;
     // The conversion makes no half pair.
     if (code >= 0xD800 && code <= 0xDBFF && i + 1 < wide.size()) {
-      code = 0x10000 + ((code - 0xD800) << 10) + (wide[i + 1] - 0xDC00u);
+      code = 0x10000 + ((code - 0xD800) << 10) + (wide[i + 1] - 0xDC00U);
       units = 2;
     }
     characters.push_back({wide.substr(i, units), code});
