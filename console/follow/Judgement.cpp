@@ -61,8 +61,10 @@ Judgement Judge(const RunFacts& run, const std::optional<Stop>& stop,
     return {ExitCode::kIncomplete, "more is lost than --max-losses allows"};
   }
   if (account->Verdict() == ExitCode::kLosses) {
-    return {ExitCode::kLosses,
-            std::to_string(account->losses.size()) + " losses, each of which is listed"};
+    const std::size_t losses = account->losses.size();
+    return {ExitCode::kLosses, losses == 1
+                                   ? "one loss, which is listed"
+                                   : std::to_string(losses) + " losses, each of which is listed"};
   }
   return {ExitCode::kWhole, ""};
 }
