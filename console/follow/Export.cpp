@@ -20,6 +20,7 @@
 #include "console/follow/ExporterProcess.h"
 #include "console/follow/Host.h"
 #include "console/follow/Judgement.h"
+#include "console/follow/LossTeller.h"
 #include "console/follow/OutcomeKeeper.h"
 #include "console/follow/OutputFolder.h"
 #include "console/follow/Resumption.h"
@@ -61,7 +62,8 @@ class Export {
       : request_(request),
         around_(surroundings),
         out_(WholePath(request.out)),
-        keeper_(out_, NewOutcome(request, surroundings.command)) {}
+        keeper_(out_, NewOutcome(request, surroundings.command)),
+        losses_(surroundings.display) {}
 
   ExitCode Run() {
     if (const std::optional<ExitCode> finished = FinishedBefore()) return *finished;
@@ -72,7 +74,8 @@ class Export {
     const std::string fault = earlier ? TakeUp() : PrepareFolder();
     if (!fault.empty()) return EndWithoutRun(fault);
     TellStart();
-    RunFollower follower(FollowOptionsOf(request_), keeper_, around_.display, around_.stops);
+    RunFollower follower(FollowOptionsOf(request_), keeper_, around_.display, losses_,
+                         around_.stops);
     if (!onlyPlacing_) {
       RunExporter(follower, request_.views);
       if (DiedAmongViews(follower)) {
@@ -208,7 +211,7 @@ class Export {
     RunExporter(follower, false);
     SettleMovedAside(folder());
     NameUnreachedViews(folder(), first.begunViews(), lost);
-    for (const Loss& loss : lost) around_.display.Lost(loss);
+    for (const Loss& loss : lost) losses_.Tell(loss);
     WarnOfViews(first);
   }
 
@@ -233,7 +236,11 @@ class Export {
           keeper_.Renew(Now());
         },
         facts_.cannotJudge);
-    if (outcome().account) MendAccount(*outcome().account);
+    if (!outcome().account) return;
+    MendAccount(*outcome().account);
+    for (const Loss& loss : outcome().account->losses) {
+      if (loss.kind != LossKind::kView) losses_.Tell(loss);
+    }
   }
 
   // What the folder cannot tell: which deaths were hangs, and that this program is at work there.
@@ -316,6 +323,7 @@ class Export {
   const ExportSurroundings& around_;
   std::wstring out_;
   OutcomeKeeper keeper_;
+  LossTeller losses_;
   RunFacts facts_;
   std::optional<Resumption> resumption_;  // Of a run that is taken up again.
   bool onlyPlacing_ = false;              // The run was cut off when all of it was done.

@@ -60,10 +60,11 @@ std::uint64_t CountNotes(const std::wstring& folder) {
 }  // namespace
 
 RunFollower::RunFollower(const FollowOptions& options, OutcomeKeeper& keeper, RunDisplay& display,
-                         StopRequests& stops)
+                         LossTeller& losses, StopRequests& stops)
     : options_(options),
       keeper_(keeper),
       display_(display),
+      losses_(losses),
       stops_(stops),
       begun_(Now()),
       stall_(begun_),
@@ -126,7 +127,7 @@ void RunFollower::TakeProgressLine(std::string_view line) {
   const std::optional<ProgressLine> progress = ParseProgressLine(line);
   if (!progress) return;
   stall_.Progress(Now());
-  state_.Take(*progress);
+  if (state_.Take(*progress) == RunState::Step::kNewPhase) Show();
 }
 
 void RunFollower::TakeLog() {
@@ -154,7 +155,7 @@ void RunFollower::TakeLoss(const NoteLine& line) {
     loss.kind = LossKind::kRawCopy;
     loss.stage = "raw copy";
   }
-  display_.Lost(loss);
+  losses_.Tell(loss);
   if (loss.kind == LossKind::kNote) CountLostNote(loss);
 }
 

@@ -11,6 +11,7 @@
 #include "console/follow/Exporter.h"
 #include "console/follow/LineReader.h"
 #include "console/follow/LineSource.h"
+#include "console/follow/LossTeller.h"
 #include "console/follow/OutcomeKeeper.h"
 #include "console/follow/RunState.h"
 #include "console/follow/StopRequests.h"
@@ -29,7 +30,7 @@ struct FollowOptions {
 class RunFollower {
  public:
   RunFollower(const FollowOptions& options, OutcomeKeeper& keeper, RunDisplay& display,
-              StopRequests& stops);
+              LossTeller& losses, StopRequests& stops);
 
   // Returns when nothing of the exporter is at work any more. May be called again for another run
   // in the same folder, whose lines are counted anew.
@@ -77,6 +78,7 @@ class RunFollower {
   FollowOptions options_;
   OutcomeKeeper& keeper_;
   RunDisplay& display_;
+  LossTeller& losses_;
   StopRequests& stops_;
 
   RunState begin_;
