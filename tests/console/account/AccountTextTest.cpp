@@ -73,12 +73,5 @@ TEST(AccountTextTest, ATerminalIsGivenNoControlCharacters) {
   EXPECT_NE(AccountText(account).find("open      a?[31m??b??c\xC3\xA4\n"), std::string::npos);
 }
 
-TEST(GroupedNumberTest, HasCommasBetweenThousands) {
-  EXPECT_EQ(GroupedNumber(0), "0");
-  EXPECT_EQ(GroupedNumber(999), "999");
-  EXPECT_EQ(GroupedNumber(1000), "1,000");
-  EXPECT_EQ(GroupedNumber(1234567), "1,234,567");
-}
-
 }  // namespace
 }  // namespace larkspan::console
