@@ -119,7 +119,8 @@ ExitCode RunCommandLine(std::vector<std::string> arguments) {
   try {
     app.parse(arguments);
   } catch (const CLI::RequiredError& error) {
-    const std::vector<std::string> left = app.remaining();
+    // What is missing may be there under a word that nobody knows.
+    const std::vector<std::string> left = app.remaining(true);
     return left.empty() ? AnswerParseError(app, error) : RefuseWord(app, left.front());
   } catch (const CLI::ParseError& error) {
     return AnswerParseError(app, error);

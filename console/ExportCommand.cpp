@@ -142,6 +142,8 @@ ExitCode RunCommand(ExportOptions& options, const std::vector<std::string>& argu
     if (!input) input = LineSource::StandardInput();
     return *input;
   };
+  // From here on Ctrl+C does not end this program, which might leave a terminal without its echo.
+  StopRequests stops;
   std::wstring password;
   if (options.request.idFile.empty()) {
     ForgetPasswordVariable();
@@ -149,9 +151,9 @@ ExitCode RunCommand(ExportOptions& options, const std::vector<std::string>& argu
     std::string whyNot;
     password = TakePassword(
         options.password, [&] { return inputSource().NextLine(); }, whyNot);
+    if (stops.Count() > 0) return Refuse(ExitCode::kStopped, "stopped by the user");
     if (password.empty()) return Refuse(ExitCode::kUsage, whyNot);
   }
-  StopRequests stops;
   if (options.request.stopOnStdinEnd)
     inputSource().CallAtEnd([] { StopRequests::AskCurrent("input"); });
   const DisplayMode mode = options.json    ? DisplayMode::kJson

@@ -82,7 +82,10 @@ ExitCode RunVerify(const VerifyOptions& options) {
   ProgressLine line(output);
   VerifyProgress progress;
   if (output.IsTerminal() && !options.json && !options.quiet)
-    progress = [&](std::uint64_t done, std::uint64_t all) { line.Show(done, all); };
+    progress = [&](std::uint64_t done, std::uint64_t all) {
+      line.Show(done, all);
+      return true;
+    };
   std::string whyNot;
   const std::optional<Account> account = VerifyFolder(Utf8ToWide(options.folder), progress, whyNot);
   line.Clear();

@@ -64,8 +64,8 @@ bool LooksLikeArchive(const std::wstring& folder);
 bool ListExportFiles(const std::wstring& folder, bool archive, const NoteList& list,
                      ExportFiles& files);
 
-// Reads each file, several at a time.
-void ReadExportFiles(const std::wstring& folder, const VerifyProgress& progress,
+// Reads each file, several at a time. False when it was broken off.
+bool ReadExportFiles(const std::wstring& folder, const VerifyProgress& progress,
                      std::vector<ExportFile>& files);
 
 }  // namespace larkspan::console

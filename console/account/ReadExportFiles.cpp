@@ -27,7 +27,8 @@ class ReadingCrew {
   ReadingCrew(const std::wstring& folder, std::vector<ExportFile>& files)
       : folder_(folder), files_(files) {}
 
-  void Work(const VerifyProgress& progress) {
+  // False when it was broken off.
+  bool Work(const VerifyProgress& progress) {
     constexpr std::size_t kMostThreads = 8;
     constexpr std::size_t kFilesWorthAThread = 32;
     const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
@@ -37,6 +38,7 @@ class ReadingCrew {
     Await(progress);
     for (std::thread& thread : threads) thread.join();
     if (failed_) throw std::bad_alloc();
+    return !brokenOff_;
   }
 
  private:
@@ -60,7 +62,13 @@ class ReadingCrew {
     constexpr std::chrono::milliseconds kBetweenCalls{100};
     std::unique_lock lock(mutex_);
     while (!allDone_.wait_for(lock, kBetweenCalls, [&] { return atWork_ == 0; }))
-      if (progress) progress(done_, files_.size());
+      if (progress && !progress(done_, files_.size())) BreakOff();
+  }
+
+  // Who takes the next file stops.
+  void BreakOff() {
+    brokenOff_ = true;
+    next_ = files_.size();
   }
 
   const std::wstring& folder_;
@@ -68,6 +76,7 @@ class ReadingCrew {
   std::atomic<std::size_t> next_ = 0;
   std::atomic<std::size_t> done_ = 0;
   std::atomic<bool> failed_ = false;
+  bool brokenOff_ = false;
   std::mutex mutex_;
   std::condition_variable allDone_;
   std::size_t atWork_ = 0;
@@ -75,11 +84,11 @@ class ReadingCrew {
 
 }  // namespace
 
-void ReadExportFiles(const std::wstring& folder, const VerifyProgress& progress,
+bool ReadExportFiles(const std::wstring& folder, const VerifyProgress& progress,
                      std::vector<ExportFile>& files) {
-  if (progress) progress(0, files.size());
-  ReadingCrew(folder, files).Work(progress);
-  if (progress) progress(files.size(), files.size());
+  if (progress && !progress(0, files.size())) return false;
+  if (!ReadingCrew(folder, files).Work(progress)) return false;
+  return !progress || progress(files.size(), files.size());
 }
 
 }  // namespace larkspan::console

@@ -39,9 +39,9 @@ std::vector<FileRecord> RecordsOf(const std::vector<ExportFile>& files) {
   return records;
 }
 
-// False when the folder cannot be listed.
+// False, and why not, when it could not be done.
 bool Gather(const std::wstring& folder, const VerifyProgress& progress, Evidence& evidence,
-            Account& account) {
+            Account& account, std::string& whyNot) {
   evidence.outcomeReading = ReadOutcome(folder, evidence.outcome);
   account.archive = evidence.outcomeReading == OutcomeReading::kRead ? evidence.outcome.archive
                                                                      : LooksLikeArchive(folder);
@@ -49,9 +49,10 @@ bool Gather(const std::wstring& folder, const VerifyProgress& progress, Evidence
   if (account.archive) evidence.index = ReadUnidIndex(folder);
   evidence.log = ReadRunLogFile(folder);
   evidence.audit = ReadAuditFile(folder);
+  whyNot = "The folder cannot be listed.";
   if (!ListExportFiles(folder, account.archive, evidence.list, evidence.files)) return false;
-  ReadExportFiles(folder, progress, evidence.files.files);
-  return true;
+  whyNot = "The check was broken off.";
+  return ReadExportFiles(folder, progress, evidence.files.files);
 }
 
 void Judge(Evidence& evidence, Account& account) {
@@ -106,10 +107,8 @@ std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProg
   }
   Evidence evidence;
   Account account;
-  if (!Gather(path, progress, evidence, account)) {
-    whyNot = "The folder cannot be listed.";
-    return std::nullopt;
-  }
+  if (!Gather(path, progress, evidence, account, whyNot)) return std::nullopt;
+  whyNot.clear();
   Judge(evidence, account);
   return account;
 }

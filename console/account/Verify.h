@@ -11,7 +11,8 @@
 
 namespace larkspan::console {
 
-// No value when the folder cannot be listed, or is none of an export: `whyNot` is then a sentence.
+// No value when it was broken off, or when the folder cannot be listed, or is none of an export:
+// `whyNot` is then a sentence.
 std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,
                                     std::string& whyNot);
 

@@ -42,7 +42,7 @@ std::string AdoptEarlierRun(ExportRequest& request) {
     return "the folder " + name + " has no outcome.json to go on from";
   }
   if (request.path.empty()) {
-    request.server = earlier.server;
+    if (request.server.empty()) request.server = earlier.server;
     request.path = earlier.path;
     request.archive = earlier.archive;
   }

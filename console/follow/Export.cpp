@@ -66,14 +66,14 @@ class Export {
         losses_(surroundings.display) {}
 
   ExitCode Run() {
-    if (const std::optional<ExitCode> finished = FinishedBefore()) return *finished;
     const std::optional<std::wstring> earlier = FolderToResume(request_);
     if (request_.atomic) keeper_.MoveTo(earlier ? *earlier : NextAttempt(out_));
+    TellStart();
+    if (const std::optional<ExitCode> finished = FinishedBefore()) return *finished;
     const FolderLock lock(folder());
     if (!lock.IsHeld()) return EndWithoutRun("another larkspan-console is at work in the folder");
     const std::string fault = earlier ? TakeUp() : PrepareFolder();
     if (!fault.empty()) return EndWithoutRun(fault);
-    TellStart();
     RunFollower follower(FollowOptionsOf(request_), keeper_, around_.display, losses_,
                          around_.stops);
     if (!onlyPlacing_) {
@@ -104,6 +104,7 @@ class Export {
     const bool finished = same && earlier.state == Outcome::State::kEnded && earlier.exitCode &&
                           (request_.atomic || IsFinished(earlier));
     if (finished) {
+      keeper_.MoveTo(out_);
       around_.display.Message("This export was finished before.");
       TellEnd({*earlier.exitCode, earlier.reason}, earlier.account, 0);
       return earlier.exitCode;
@@ -119,20 +120,26 @@ class Export {
     if (ReadOutcome(folder(), earlier) != OutcomeReading::kRead)
       return "outcome.json cannot be read";
     onlyPlacing_ = IsFinished(earlier);
-    SettleMovedAside(folder());
-    if (!onlyPlacing_) {
-      resumption_ = PlanResumption(folder(), earlier);
-      PrepareResumption(folder(), *resumption_);
+    if (onlyPlacing_) {
+      // What it says of itself is what the folder is held against.
+      outcome() = earlier;
+      return {};
     }
+    aclIsPutBack_ = SettleMovedAside(folder());
+    resumption_ = PlanResumption(folder(), earlier);
+    if (resumption_->isImpossible) {
+      return "idtable.txt is damaged, and notes were exported by it: empty the folder";
+    }
+    PrepareResumption(folder(), *resumption_);
     outcome().started = earlier.started;
     outcome().restarts = earlier.restarts;
     outcome().warnings = earlier.warnings;
     outcome().resumed = earlier.resumed;
-    if (onlyPlacing_ || resumption_->first) {
+    if (resumption_->first) {
       outcome().lostViews = earlier.lostViews;
       outcome().progress = earlier.progress;
     }
-    if (!onlyPlacing_) outcome().resumed.push_back({UtcNow(), resumption_->triedAgain});
+    outcome().resumed.push_back({UtcNow(), resumption_->triedAgain});
     return keeper_.Write() ? "" : "outcome.json cannot be written";
   }
 
@@ -185,11 +192,13 @@ class Export {
 
   void RunWorkers(RunFollower& follower, const std::wstring& program,
                   const std::vector<std::wstring>& arguments) {
-    follower.GoOnBehind(resumption_->done, resumption_->all);
+    const FirstWorker& first = *resumption_->first;
+    follower.GoOnBehind(resumption_->done, resumption_->all,
+                        first.noteIsLost ? std::optional(first.noteId) : std::nullopt);
     const RunLog log(folder(), request_.debug ? LogLevel::kDebug : LogLevel::kWarning);
-    SupervisedWorkers workers(program, arguments, request_.archive, around_.password, log,
-                              *resumption_->first);
+    SupervisedWorkers workers(program, arguments, request_.archive, around_.password, log, first);
     follower.Follow(workers);
+    SettleMovedAside(folder());
   }
 
   bool DiedAmongViews(const RunFollower& follower) {
@@ -208,11 +217,12 @@ class Export {
     around_.display.Restart({std::nullopt, cause});
     around_.display.Retry({"without views", std::string("a ") + cause + " among the views"});
     follower.GoOnWithoutViews();
-    MoveAside(folder());
+    MoveDatabaseFilesAside(folder());
     RunExporter(follower, false);
-    SettleMovedAside(folder());
+    aclIsPutBack_ = SettleMovedAside(folder());
     NameUnreachedViews(folder(), first.begunViews(), lost);
     for (const Loss& loss : lost) losses_.Tell(loss);
+    viewsAreTold_ = true;
     WarnOfViews(first);
   }
 
@@ -229,26 +239,44 @@ class Export {
     facts_.hasBegunNotes = follower.state().HasBegunNotes();
     facts_.lastError = follower.lastError();
     if (!facts_.notStarted.empty()) return;
-    keeper_.Write();
-    outcome().account = VerifyFolder(
+    if (!onlyPlacing_) keeper_.Write();
+    const int stopsBefore = around_.stops.Count();
+    std::optional<console::Account> account = VerifyFolder(
         folder(),
         [&](std::uint64_t done, std::uint64_t all) {
           follower.ShowChecking(done, all);
-          keeper_.Renew(Now());
+          if (!onlyPlacing_) keeper_.Renew(Now());
+          return around_.stops.Count() == stopsBefore;
         },
         facts_.cannotJudge);
-    if (!outcome().account) return;
+    outcome().account = std::move(account);
+    if (!outcome().account) return TakeBrokenOffCheck(stopsBefore);
     MendAccount(*outcome().account);
     for (const Loss& loss : outcome().account->losses) {
-      if (loss.kind != LossKind::kView) losses_.Tell(loss);
+      if (loss.kind != LossKind::kView || !viewsAreTold_) losses_.Tell(loss);
     }
   }
 
-  // What the folder cannot tell: which deaths were hangs, and that this program is at work there.
+  void TakeBrokenOffCheck(int stopsBefore) {
+    if (around_.stops.Count() == stopsBefore || outcome().stop) return;
+    outcome().stop = Stop{UtcNow(), around_.stops.FirstReason()};
+    around_.display.Stop(outcome().stop->by);
+  }
+
+  // What the folder cannot tell: which deaths were hangs, that this program is at work there, which
+  // views were lost, and that the acl.dxl is that of an earlier run.
   void MendAccount(console::Account& account) {
     std::erase_if(account.warnings, [](const Warning& warning) {
       return warning.kind == "running" || warning.kind == "stopped";
     });
+    if (aclIsPutBack_) {
+      std::erase_if(account.findings, [](const Finding& finding) {
+        return finding.kind == "contradiction" && finding.file == "acl.dxl";
+      });
+    }
+    std::erase_if(account.losses, [](const Loss& loss) { return loss.kind == LossKind::kView; });
+    account.losses.insert(account.losses.end(), outcome().lostViews.begin(),
+                          outcome().lostViews.end());
     for (Loss& loss : account.losses) {
       if (loss.stage == "crash" && WasStall(loss.id)) loss.stage = "stall";
     }
@@ -261,15 +289,19 @@ class Export {
     return false;
   }
 
-  Judgement End(const RunFollower& follower) {
-    const Judgement judgement =
-        Judge(facts_, outcome().stop, outcome().account, request_.maxLosses);
+  Judgement End(RunFollower& follower) {
+    Judgement judgement = Judge(facts_, outcome().stop, outcome().account, request_.maxLosses);
     outcome().state = Outcome::State::kEnded;
     outcome().ended = UtcNow();
     outcome().progress.phase = PhaseWord(Phase::kEnded);
     outcome().exitCode = judgement.code;
     outcome().reason = judgement.reason;
-    if (!keeper_.Write()) around_.display.Error("outcome.json could not be written");
+    // Without it nobody could tell later what only this run knows.
+    const bool isGood = judgement.code == ExitCode::kWhole || judgement.code == ExitCode::kLosses;
+    if (!keeper_.Write() && isGood) {
+      judgement = {ExitCode::kIncomplete, "outcome.json could not be written"};
+    }
+    follower.ShowEnded();
     if (!WantsPlacing(judgement)) {
       TellEnd(judgement, outcome().account, follower.ElapsedMilliseconds());
     }
@@ -283,7 +315,7 @@ class Export {
 
   ExitCode Place(Judgement judgement, const RunFollower& follower) {
     if (!WantsPlacing(judgement)) return judgement.code;
-    const auto stopped = [&] { return around_.stops.Count() > 0; };
+    const auto stopped = [&] { return IsStoppedBeforePlacing(); };
     if (request_.confirm && !IsConfirmed()) {
       judgement = {ExitCode::kStopped, "complete, and left under the name of its attempt as asked"};
     } else if (PlaceAttempt(folder(), out_, stopped)) {
@@ -301,17 +333,22 @@ class Export {
     return judgement.code;
   }
 
+  // A caller that has said its word may go.
+  bool IsStoppedBeforePlacing() const {
+    return request_.confirm ? around_.stops.IsByUser() : around_.stops.Count() > 0;
+  }
+
   // Waits for the word of whoever started this.
   bool IsConfirmed() {
     const console::Account& account = *outcome().account;
     around_.display.Ready({account.Verdict(), account.notes, account.losses.size(),
                            account.findings.size(), account.warnings.size()});
     if (!around_.input) around_.input = LineSource::StandardInput();
-    while (around_.stops.Count() == 0) {
+    while (!around_.stops.IsByUser()) {
       if (const std::optional<std::string> word = around_.input->TakeOne()) {
         if (*word == "place") return true;
         if (*word == "leave") return false;
-      } else if (around_.input->HasEnded()) {
+      } else if (around_.input->HasEnded() || around_.stops.Count() > 0) {
         return false;
       } else {
         WaitForSingleObject(around_.input->event(), 100);
@@ -327,7 +364,9 @@ class Export {
   LossTeller losses_;
   RunFacts facts_;
   std::optional<Resumption> resumption_;  // Of a run that is taken up again.
-  bool onlyPlacing_ = false;              // The run was cut off when all of it was done.
+  bool viewsAreTold_ = false;
+  bool aclIsPutBack_ = false;
+  bool onlyPlacing_ = false;  // The run was cut off when all of it was done.
 };
 
 }  // namespace

@@ -30,7 +30,8 @@ std::string FindingsReason(const Account& account, const RunFacts& run) {
   const std::size_t count = account.findings.size();
   std::string reason = "not accounted for: " + account.findings.front().text;
   if (count > 1) reason += ", and " + std::to_string(count - 1) + " more";
-  if (!run.lastError.empty()) reason += " (" + run.lastError + ")";
+  const bool isNamed = reason.find(run.lastError) != std::string::npos;
+  if (!isNamed) reason += " (" + run.lastError + ")";
   return reason;
 }
 

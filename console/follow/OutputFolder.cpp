@@ -5,9 +5,13 @@
 #include <array>
 #include <filesystem>
 #include <functional>
+#include <iterator>
+#include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "base/FileSystem.h"
+#include "base/FolderFiles.h"
 #include "base/OutputPaths.h"
 #include "console/text/Utf.h"
 
@@ -18,6 +22,14 @@ namespace {
 constexpr wchar_t kProbe[] = L"\\larkspan-probe.tmp";
 constexpr wchar_t kAside[] = L".first";
 constexpr std::array kMovedFiles = {output::kAcl, output::kProperties};
+
+// True when the file that was moved aside has its name again.
+bool Settle(const std::wstring& path) {
+  if (file_system::Move(path + kAside, path, file_system::Earlier::kStays)) return true;
+  // It may also be held by somebody. It stays then, and is told as a file that nobody knows.
+  if (FileExists(path)) file_system::Delete(path + kAside);
+  return false;
+}
 
 bool CanWriteTo(const std::wstring& folder) {
   const std::wstring probe = output::Join(folder, kProbe);
@@ -65,20 +77,33 @@ FolderLock::FolderLock(std::wstring folder) {
   isHeld_ = mutex_ && GetLastError() != ERROR_ALREADY_EXISTS;
 }
 
-void MoveAside(const std::wstring& folder) {
-  for (const wchar_t* name : kMovedFiles) {
-    const std::wstring path = output::Join(folder, name);
-    file_system::Move(path, path + kAside, file_system::Earlier::kIsReplaced);
-  }
+void MoveAside(const std::wstring& path) {
+  file_system::Move(path, path + kAside, file_system::Earlier::kIsReplaced);
 }
 
-void SettleMovedAside(const std::wstring& folder) {
-  for (const wchar_t* name : kMovedFiles) {
-    const std::wstring path = output::Join(folder, name);
-    if (!file_system::Move(path + kAside, path, file_system::Earlier::kStays)) {
-      file_system::Delete(path + kAside);
-    }
-  }
+void MoveDatabaseFilesAside(const std::wstring& folder) {
+  for (const wchar_t* name : kMovedFiles) MoveAside(output::Join(folder, name));
+}
+
+bool SettleMovedAside(const std::wstring& folder) {
+  const bool aclIsPutBack = Settle(output::Join(folder, output::kAcl));
+  Settle(output::Join(folder, output::kProperties));
+  const std::wstring design = output::Join(folder, output::kDesignFolder);
+  std::vector<std::wstring> notes;
+  VisitFiles(design, std::wstring(L"*.dxl") + kAside, [&](std::wstring_view name) {
+    notes.emplace_back(name.substr(0, name.size() - std::size(kAside) + 1));
+  });
+  for (const std::wstring& name : notes) Settle(design + L'\\' + name);
+  return aclIsPutBack;
+}
+
+std::uint64_t CountPlainNotes(const std::wstring& folder) {
+  std::uint64_t count = 0;
+  VisitFiles(folder, L"*.dxl", [&count](std::wstring_view name) {
+    constexpr std::size_t kNoteNameLength = 12;
+    if (name.size() == kNoteNameLength) ++count;
+  });
+  return count;
 }
 
 }  // namespace larkspan::console

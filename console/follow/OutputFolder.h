@@ -1,6 +1,7 @@
 // The folder that an export goes into, before the exporter is started and after it has ended.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "console/follow/SystemHandle.h"
@@ -30,11 +31,17 @@ class FolderLock {
   bool isHeld_ = false;
 };
 
+// Gives a file another name while a later run may make it anew.
+void MoveAside(const std::wstring& path);
+
 // acl.dxl and db.dxl of a run that is taken up again in the same folder: the exporter does not
 // replace an acl.dxl, and says something untrue of it.
-void MoveAside(const std::wstring& folder);
+void MoveDatabaseFilesAside(const std::wstring& folder);
 
-// Puts back what the later run did not make, and takes the rest away.
-void SettleMovedAside(const std::wstring& folder);
+// Puts back what the later run did not make, and takes the rest away. True when that was acl.dxl.
+bool SettleMovedAside(const std::wstring& folder);
+
+// The notes that have their files straight in the folder.
+std::uint64_t CountPlainNotes(const std::wstring& folder);
 
 }  // namespace larkspan::console

@@ -19,6 +19,7 @@
 #include "base/OutputPaths.h"
 #include "console/folder/NoteList.h"
 #include "console/folder/RunLogFile.h"
+#include "console/follow/OutputFolder.h"
 #include "report/MarkerFile.h"
 
 namespace larkspan::console {
@@ -76,6 +77,15 @@ bool IsWhole(const NoteList& list, const Outcome& outcome) {
   return !told || *told == list.ids.size();
 }
 
+bool HasNoteFiles(const std::wstring& folder, bool archive) {
+  if (!archive) return CountPlainNotes(folder) > 0;
+  constexpr std::array kNoteFolders = {output::kDataFolder, output::kDesignFolder,
+                                       output::kProfileFolder};
+  return std::any_of(kNoteFolders.begin(), kNoteFolders.end(), [&](const wchar_t* name) {
+    return CountFiles(output::Join(folder, name)) > 0;
+  });
+}
+
 bool WasTriedAgain(const Outcome& outcome, std::uint32_t note) {
   const auto isOfNote = [note](const Resumed& resumed) { return resumed.triedAgain == note; };
   return std::any_of(outcome.resumed.begin(), outcome.resumed.end(), isOfNote);
@@ -83,7 +93,7 @@ bool WasTriedAgain(const Outcome& outcome, std::uint32_t note) {
 
 Resumption Behind(const std::vector<std::uint32_t>& notes, FirstWorker first) {
   const auto next = std::upper_bound(notes.begin(), notes.end(), first.noteId);
-  return {first, static_cast<std::uint32_t>(next - notes.begin()),
+  return {false, first, static_cast<std::uint32_t>(next - notes.begin()),
           static_cast<std::uint32_t>(notes.size()), std::nullopt};
 }
 
@@ -95,11 +105,13 @@ Resumption PlanResumption(const std::wstring& folder, const Outcome& outcome) {
   const Folder files(folder, outcome.archive);
   const std::uint32_t marked = ReadMarkerFile(RunLog(folder, LogLevel::kError));
   const bool isMarked = marked != kNoNoteId && list.Contains(marked);
-  if (!IsWhole(list, outcome)) return {};
+  Resumption resumption;
+  resumption.isImpossible = !IsWhole(list, outcome) && HasNoteFiles(folder, outcome.archive);
+  if (!IsWhole(list, outcome)) return resumption;
   const std::uint32_t finished = LastFinished(list.ids, files, log);
   const bool hasBegun = isMarked || finished >= list.ids.front() || files.Has(output::kUnidIndex);
-  if (!hasBegun) return {};
-  Resumption resumption = Behind(list.ids, {finished});
+  if (!hasBegun) return resumption;
+  resumption = Behind(list.ids, {finished});
   if (isMarked && files.HasAllOf(marked)) {
     resumption = Behind(list.ids, {marked});
   } else if (isMarked && WasTriedAgain(outcome, marked)) {
@@ -117,8 +129,10 @@ void PrepareResumption(const std::wstring& folder, const Resumption& resumption)
   };
   remove(output::kMarker);
   remove(output::kTemporary);
-  if (resumption.triedAgain)
-    remove(output::NoteFile(output::kDesignFolder, *resumption.triedAgain));
+  if (resumption.triedAgain) {
+    MoveAside(
+        output::Join(folder, output::NoteFile(output::kDesignFolder, *resumption.triedAgain)));
+  }
   if (resumption.first) return;
   for (const wchar_t* name : {output::kIdTable, output::kUnidIndex, output::kProperties,
                               output::kAcl, output::kLog, output::kAudit}) {

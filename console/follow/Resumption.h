@@ -11,6 +11,10 @@
 namespace larkspan::console {
 
 struct Resumption {
+  // There are files of notes, and idtable.txt is not the list that they were exported from: nothing
+  // can be gone on with, and nothing may be taken away.
+  bool isImpossible = false;
+
   // None: no note had been begun, so the export begins anew.
   std::optional<FirstWorker> first;
 
@@ -26,9 +30,9 @@ struct Resumption {
 // was cut off.
 Resumption PlanResumption(const std::wstring& folder, const Outcome& outcome);
 
-// Takes away what would be in the way: the marker, half files, and the design file of a note that
-// is tried again, since the exporter replaces none. For an export that begins anew everything that
-// a run without notes leaves.
+// Takes away what would be in the way: the marker and half files; for an export that begins anew
+// everything that a run without notes leaves. The design file of a note that is tried again is
+// moved aside, since the exporter replaces none; SettleMovedAside puts it back.
 void PrepareResumption(const std::wstring& folder, const Resumption& resumption);
 
 }  // namespace larkspan::console

@@ -17,6 +17,7 @@
 #include "base/OutputPaths.h"
 #include "console/folder/NoteList.h"
 #include "console/follow/Host.h"
+#include "console/follow/OutputFolder.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -48,15 +49,6 @@ std::string CauseOf(const NoteLine& line) {
   return line.cause;
 }
 
-std::uint64_t CountNotes(const std::wstring& folder) {
-  std::uint64_t count = 0;
-  VisitFiles(folder, L"*.dxl", [&count](std::wstring_view name) {
-    constexpr std::size_t kNoteNameLength = 12;
-    if (name.size() == kNoteNameLength) ++count;
-  });
-  return count;
-}
-
 }  // namespace
 
 RunFollower::RunFollower(const FollowOptions& options, OutcomeKeeper& keeper, RunDisplay& display,
@@ -76,16 +68,24 @@ RunFollower::RunFollower(const FollowOptions& options, OutcomeKeeper& keeper, Ru
 
 std::uint64_t RunFollower::ElapsedMilliseconds() const { return Now() - begun_; }
 
-void RunFollower::GoOnBehind(std::uint32_t done, std::uint32_t all) {
+void RunFollower::GoOnBehind(std::uint32_t done, std::uint32_t all,
+                             std::optional<std::uint32_t> lost) {
   begin_.GoOnBehind(done, all);
+  lostBefore_ = lost;
   for (const std::string& line : log_.ReadNewLines()) {
     if (line.starts_with(kMajor)) ++view_.lost;
   }
 }
 
+void RunFollower::GoOnWithoutViews() {
+  view_.withoutViews = true;
+  ++view_.restarts;
+}
+
 void RunFollower::Follow(Exporter& exporter) {
   state_ = begin_;
   hungAmongViews_ = false;
+  endedForStall_ = false;
   stall_.Progress(Now());
   LineSource lines(exporter.TakeOutput());
   while (AwaitSomething(exporter, lines)) {
@@ -145,13 +145,15 @@ void RunFollower::TakeLogLine(std::string_view line) {
 }
 
 void RunFollower::TakeLoss(const NoteLine& line) {
+  // A worker that cannot start has the same line written again and again.
+  if (!told_.emplace(line.fault, line.id).second) return;
+  state_.TakeLostNote();
   Loss loss{LossKind::kNote, line.id, StageOf(line.fault), CauseOf(line)};
-  if (line.fault == NoteFault::kDeath) loss.stage = TakeRestart(line.id);
+  if (line.fault == NoteFault::kDeath && lostBefore_ != line.id) loss.stage = TakeRestart(line.id);
   if (line.fault == NoteFault::kPictures) loss.kind = LossKind::kPictures;
-  const bool hasFile = HasFile(line.id);
   // A worker can die late. What becomes of its raw copy then is told when all is checked.
-  if (line.fault == NoteFault::kDeath && hasFile) return;
-  if (line.fault == NoteFault::kExport && hasFile) {
+  if (line.fault == NoteFault::kDeath && HasAnyFile(line.id)) return;
+  if (line.fault == NoteFault::kExport && HasFile(output::kDesignFolder, line.id)) {
     loss.kind = LossKind::kRawCopy;
     loss.stage = "raw copy";
   }
@@ -168,13 +170,14 @@ std::string RunFollower::TakeRestart(std::uint32_t note) {
   return cause;
 }
 
-bool RunFollower::HasFile(std::uint32_t note) const {
-  const auto isThere = [&](std::wstring_view subfolder) {
-    return FileExists(output::Join(keeper_.folder(), output::NoteFile(subfolder, note)));
-  };
-  if (!options_.archive) return isThere({});
-  return isThere(output::kDataFolder) || isThere(output::kDesignFolder) ||
-         isThere(output::kProfileFolder);
+bool RunFollower::HasFile(std::wstring_view subfolder, std::uint32_t note) const {
+  return FileExists(output::Join(keeper_.folder(), output::NoteFile(subfolder, note)));
+}
+
+bool RunFollower::HasAnyFile(std::uint32_t note) const {
+  if (!options_.archive) return HasFile({}, note);
+  return HasFile(output::kDataFolder, note) || HasFile(output::kDesignFolder, note) ||
+         HasFile(output::kProfileFolder, note);
 }
 
 void RunFollower::CountLostNote(const Loss& loss) {
@@ -194,7 +197,7 @@ void RunFollower::LookAtPlainFolder() {
   if (options_.archive) return;
   const NoteList list = ReadNoteList(keeper_.folder());
   if (list.reading != FileReading::kRead) return;
-  if (state_.TakeFiles(list.ids.size(), CountNotes(keeper_.folder()))) stall_.Progress(Now());
+  if (state_.TakeFiles(list.ids.size(), CountPlainNotes(keeper_.folder()))) stall_.Progress(Now());
 }
 
 void RunFollower::LookAtSpace() {
@@ -249,6 +252,7 @@ void RunFollower::TakeStops(Exporter& exporter) {
   const bool atOnce = (stopAsked_ && noWaiting) || (sessionEndsAt_ && Now() >= *sessionEndsAt_);
   if (!atOnce || endedAtOnce_) return;
   endedAtOnce_ = true;
+  display_.Stop("force");
   exporter.EndAll();
 }
 
@@ -285,9 +289,15 @@ void RunFollower::Show() {
 }
 
 void RunFollower::ShowChecking(std::uint64_t done, std::uint64_t all) {
-  view_.phase = PhaseWord(Phase::kChecking);
   view_.files = all;
   view_.filesDone = done;
+  ShowPhase(Phase::kChecking);
+}
+
+void RunFollower::ShowEnded() { ShowPhase(Phase::kEnded); }
+
+void RunFollower::ShowPhase(Phase phase) {
+  view_.phase = PhaseWord(phase);
   view_.note.reset();
   view_.elapsed = ElapsedMilliseconds();
   display_.Update(view_, Now());

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "console/folder/NoteLine.h"
 #include "console/follow/Exporter.h"
@@ -44,14 +46,18 @@ class RunFollower {
   // The message of the last ERROR line; empty when there is none.
   const std::string& lastError() const { return lastError_; }
 
-  // The run goes on behind so many of all notes. What the log holds already is known.
-  void GoOnBehind(std::uint32_t done, std::uint32_t all);
+  // The run goes on behind so many of all notes. What the log holds already is known. The note, if
+  // there is one, is told as lost without a worker that died at it now.
+  void GoOnBehind(std::uint32_t done, std::uint32_t all, std::optional<std::uint32_t> lost);
 
-  // The run goes on without views.
-  void GoOnWithoutViews() { view_.withoutViews = true; }
+  // The run goes on without views, with another worker.
+  void GoOnWithoutViews();
 
   // Shows the run in this phase, with so many files of all read.
   void ShowChecking(std::uint64_t done, std::uint64_t all);
+
+  // Shows that all is over.
+  void ShowEnded();
 
   // Since the first run began.
   std::uint64_t ElapsedMilliseconds() const;
@@ -64,7 +70,9 @@ class RunFollower {
   void TakeLogLine(std::string_view line);
   void TakeLoss(const NoteLine& line);
   std::string TakeRestart(std::uint32_t note);
-  bool HasFile(std::uint32_t note) const;
+  bool HasFile(std::wstring_view subfolder, std::uint32_t note) const;
+  bool HasAnyFile(std::uint32_t note) const;
+  void ShowPhase(Phase phase);
   void CountLostNote(const Loss& loss);
   void TakeAudit();
   void LookAtPlainFolder();
@@ -92,6 +100,8 @@ class RunFollower {
   FileTail audit_;
   std::optional<std::uint64_t> databaseSize_;
   std::string lastError_;
+  std::set<std::pair<NoteFault, std::uint32_t>> told_;  // By lines of the log.
+  std::optional<std::uint32_t> lostBefore_;
   bool stopAsked_ = false;
   bool endedAtOnce_ = false;
   bool endedForStall_ = false;

@@ -27,8 +27,11 @@ class RunState {
   // The exporter has ended: what was begun last is done, unless a worker died at it.
   void TakeEnd() { atWork_ = false; }
 
+  // A line of the log names a note.
+  void TakeLostNote() { hasLostNote_ = true; }
+
   // A note has been begun, as far as can be known.
-  bool HasBegunNotes() const { return documentsBegun_ > 0; }
+  bool HasBegunNotes() const { return documentsBegun_ > 0 || hasLostNote_; }
 
   Phase phase() const { return phase_; }
   std::optional<std::uint32_t> views() const { return views_; }
@@ -54,6 +57,7 @@ class RunState {
   Phase phase_ = Phase::kStarting;
   bool atWork_ = true;
   bool opened_ = false;
+  bool hasLostNote_ = false;
   std::uint32_t documentsBegun_ = 0;
   std::optional<std::uint32_t> views_;
   std::optional<std::uint32_t> documents_;

@@ -2,6 +2,8 @@
 // ends this program as soon as the handler returns, so the handler waits until the run has ended.
 #include "console/follow/StopRequests.h"
 
+#include <string_view>
+
 namespace larkspan::console {
 
 namespace {
@@ -29,6 +31,7 @@ StopRequests::~StopRequests() {
 void StopRequests::Ask(const char* reason) {
   const char* none = nullptr;
   reason_.compare_exchange_strong(none, reason);
+  if (reason == std::string_view("user")) byUser_ = true;
   ++count_;
   SetEvent(event_.get());
 }

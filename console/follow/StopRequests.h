@@ -28,6 +28,9 @@ class StopRequests {
   // What asked first: "user", "input" or "output". Empty: nothing has.
   std::string FirstReason() const { return count_ == 0 ? "" : reason_.load(); }
 
+  // A person wants the end, whatever else has asked for it.
+  bool IsByUser() const { return byUser_; }
+
   // The session or the window goes: what has not ended after four seconds is to be ended.
   bool IsSessionEnding() const { return sessionEnds_; }
 
@@ -51,6 +54,7 @@ class StopRequests {
   SystemHandle ended_;
   std::atomic<const char*> reason_ = nullptr;
   std::atomic<int> count_ = 0;
+  std::atomic<bool> byUser_ = false;
   std::atomic<bool> sessionEnds_ = false;
 };
 

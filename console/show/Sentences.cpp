@@ -50,10 +50,10 @@ std::string LossSentence(const Loss& loss) {
 std::string StopSentence(const std::string& by) {
   using Sentence = std::pair<const char*, const char*>;
   constexpr std::array<Sentence, 7> kSentences = {
-      {{"user", "Stopping at the next note. Ctrl-C again ends the export at once."},
-       {"input", "Standard input has ended: stopping at the next note."},
-       {"output", "Nobody reads the output any more: stopping at the next note."},
-       {"disk", "The disk is nearly full: stopping at the next note."},
+      {{"user", "Stopping. Ctrl-C again ends the export at once."},
+       {"input", "Standard input has ended: stopping."},
+       {"output", "Nobody reads the output any more: stopping."},
+       {"disk", "The disk is nearly full: stopping."},
        {"stall", "No progress for too long: the export is ended."},
        {"give-up", "Too many notes in a row are lost for one cause: the export is ended."},
        {"force", "The export is ended at once."}}};

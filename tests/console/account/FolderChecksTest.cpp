@@ -166,10 +166,24 @@ TEST(VerifyFolderTest, ProgressBeginsAtNothingAndEndsAtAll) {
   whole.Write();
   std::vector<std::pair<std::uint64_t, std::uint64_t>> calls;
   std::string whyNot;
-  const auto note = [&](std::uint64_t done, std::uint64_t all) { calls.emplace_back(done, all); };
+  const auto note = [&](std::uint64_t done, std::uint64_t all) {
+    calls.emplace_back(done, all);
+    return true;
+  };
   ASSERT_TRUE(VerifyFolder(whole.folder(), note, whyNot));
   EXPECT_EQ(calls.front(), (std::pair<std::uint64_t, std::uint64_t>(0, 10)));
   EXPECT_EQ(calls.back(), (std::pair<std::uint64_t, std::uint64_t>(10, 10)));
+}
+
+TEST(VerifyFolderTest, WhoeverWaitsCanBreakItOff) {
+  const HandMadeExport whole;
+  whole.Write();
+  for (const std::uint64_t enough : {0u, 10u}) {
+    std::string whyNot;
+    const auto stop = [enough](std::uint64_t done, std::uint64_t) { return done != enough; };
+    EXPECT_FALSE(VerifyFolder(whole.folder(), stop, whyNot)) << enough;
+    EXPECT_EQ(whyNot, "The check was broken off.");
+  }
 }
 
 // What idtable.txt is, and what is then told of it.
