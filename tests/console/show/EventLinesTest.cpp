@@ -57,11 +57,11 @@ TEST(EventLinesTest, TheExamplesOfThePageAreWhatIsWritten) {
   written += lines.Progress(ViewOfTheExample(), {31.249, 143});
   written += lines.Restart({0x90A, "crash"});
   written += lines.Lost({LossKind::kNote, 0x90A, "open", "Note has been deleted"});
-  written += lines.Warn({"disk", "Less is free than the database takes: 1.2 GB of 3.4 GB."});
+  written += lines.Warn({"space", "there are 1288490188 bytes free, and the database has 3650722201"});
   written += lines.Stop("user");
-  written += lines.Retry({"without views", "The library died in view 0000013E."});
+  written += lines.Retry({"without views", "a crash among the views"});
   written += lines.Ready({ExitCode::kLosses, CountsOfTheExample(), 4, 0, 1});
-  written += lines.End({ExitCode::kLosses, "3 of 4,567 notes are lost.", "D:\\export\\orders",
+  written += lines.End({ExitCode::kLosses, "4 losses, each of which is listed", "D:\\export\\orders",
                         CountsOfTheExample(), 145});
   EXPECT_EQ(written, ExamplesOfThePage());
 }

@@ -56,7 +56,7 @@ TEST_F(RunDisplayTest, APersonReadsWhatHappens) {
   display->Lost(LossOf(0x90A));
   display->Lost({LossKind::kAcl, std::nullopt, "acl", "No access"});
   display->Warn({"disk", "The disk is small."});
-  display->Retry({"without views", "The library died in view 0000013E."});
+  display->Retry({"without views", "a crash among the views"});
   display->Ready({ExitCode::kLosses, Counts(10, 1), 2, 0, 0});
   display->Message("Anything\nelse");
   EXPECT_EQ(output_.text,
@@ -66,7 +66,7 @@ TEST_F(RunDisplayTest, APersonReadsWhatHappens) {
             "Lost: 0000090A (open): Note has been deleted\n"
             "Lost: acl: No access\n"
             "Warning: The disk is small.\n"
-            "Taking the export up again without views: The library died in view 0000013E.\n"
+            "Taking the export up again without views: a crash among the views\n"
             "Ready to be placed, with 9 notes and 2 losses; waiting for 'place' or 'leave'.\n"
             "Anything\nelse\n");
   EXPECT_EQ(errors_.text, "");
