@@ -57,12 +57,13 @@ TEST(EventLinesTest, TheExamplesOfThePageAreWhatIsWritten) {
   written += lines.Progress(ViewOfTheExample(), {31.249, 143});
   written += lines.Restart({0x90A, "crash"});
   written += lines.Lost({LossKind::kNote, 0x90A, "open", "Note has been deleted"});
-  written += lines.Warn({"space", "there are 1288490188 bytes free, and the database has 3650722201"});
+  written +=
+      lines.Warn({"space", "there are 1288490188 bytes free, and the database has 3650722201"});
   written += lines.Stop("user");
   written += lines.Retry({"without views", "a crash among the views"});
   written += lines.Ready({ExitCode::kLosses, CountsOfTheExample(), 4, 0, 1});
-  written += lines.End({ExitCode::kLosses, "4 losses, each of which is listed", "D:\\export\\orders",
-                        CountsOfTheExample(), 145});
+  written += lines.End({ExitCode::kLosses, "4 losses, each of which is listed",
+                        "D:\\export\\orders", CountsOfTheExample(), 145});
   EXPECT_EQ(written, ExamplesOfThePage());
 }
 
