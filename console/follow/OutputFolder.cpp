@@ -24,11 +24,16 @@ constexpr wchar_t kAside[] = L".first";
 constexpr std::array kMovedFiles = {output::kAcl, output::kProperties};
 
 // True when the file that was moved aside has its name again.
-bool Settle(const std::wstring& path) {
-  if (file_system::Move(path + kAside, path, file_system::Earlier::kStays)) return true;
+bool Settle(const std::wstring& aside, const std::wstring& path) {
+  if (file_system::Move(aside, path, file_system::Earlier::kStays)) return true;
   // It may also be held by somebody. It stays then, and is told as a file that nobody knows.
-  if (FileExists(path)) file_system::Delete(path + kAside);
+  if (FileExists(path)) file_system::Delete(aside);
   return false;
+}
+
+// In the folder itself: the exporter counts whatever lies in the folder of the design notes.
+std::wstring AsideOf(const std::wstring& folder, std::wstring_view name) {
+  return output::Join(folder, name) + kAside;
 }
 
 bool CanWriteTo(const std::wstring& folder) {
@@ -77,23 +82,30 @@ FolderLock::FolderLock(std::wstring folder) {
   isHeld_ = mutex_ && GetLastError() != ERROR_ALREADY_EXISTS;
 }
 
-void MoveAside(const std::wstring& path) {
-  file_system::Move(path, path + kAside, file_system::Earlier::kIsReplaced);
+void MoveDatabaseFilesAside(const std::wstring& folder) {
+  for (const wchar_t* name : kMovedFiles) {
+    file_system::Move(output::Join(folder, name), AsideOf(folder, name),
+                      file_system::Earlier::kIsReplaced);
+  }
 }
 
-void MoveDatabaseFilesAside(const std::wstring& folder) {
-  for (const wchar_t* name : kMovedFiles) MoveAside(output::Join(folder, name));
+void MoveDesignFileAside(const std::wstring& folder, std::uint32_t note) {
+  file_system::Move(output::Join(folder, output::NoteFile(output::kDesignFolder, note)),
+                    AsideOf(folder, output::NoteFile({}, note)), file_system::Earlier::kIsReplaced);
 }
 
 bool SettleMovedAside(const std::wstring& folder) {
-  const bool aclIsPutBack = Settle(output::Join(folder, output::kAcl));
-  Settle(output::Join(folder, output::kProperties));
-  const std::wstring design = output::Join(folder, output::kDesignFolder);
+  const bool aclIsPutBack =
+      Settle(AsideOf(folder, output::kAcl), output::Join(folder, output::kAcl));
+  Settle(AsideOf(folder, output::kProperties), output::Join(folder, output::kProperties));
   std::vector<std::wstring> notes;
-  VisitFiles(design, std::wstring(L"*.dxl") + kAside, [&](std::wstring_view name) {
-    notes.emplace_back(name.substr(0, name.size() - std::size(kAside) + 1));
+  VisitFiles(folder, std::wstring(L"*.dxl") + kAside, [&](std::wstring_view name) {
+    notes.push_back(L'\\' + std::wstring(name.substr(0, name.size() - std::size(kAside) + 1)));
   });
-  for (const std::wstring& name : notes) Settle(design + L'\\' + name);
+  for (const std::wstring& note : notes) {
+    if (note == output::kAcl || note == output::kProperties) continue;
+    Settle(AsideOf(folder, note), output::Join(folder, output::kDesignFolder) + note);
+  }
   return aclIsPutBack;
 }
 

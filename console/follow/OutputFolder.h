@@ -31,12 +31,12 @@ class FolderLock {
   bool isHeld_ = false;
 };
 
-// Gives a file another name while a later run may make it anew.
-void MoveAside(const std::wstring& path);
-
 // acl.dxl and db.dxl of a run that is taken up again in the same folder: the exporter does not
 // replace an acl.dxl, and says something untrue of it.
 void MoveDatabaseFilesAside(const std::wstring& folder);
+
+// The same for the design file of a note that is tried again.
+void MoveDesignFileAside(const std::wstring& folder, std::uint32_t note);
 
 // Puts back what the later run did not make, and takes the rest away. True when that was acl.dxl.
 bool SettleMovedAside(const std::wstring& folder);

@@ -10,6 +10,9 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -20,6 +23,7 @@
 #include "console/folder/NoteList.h"
 #include "console/folder/RunLogFile.h"
 #include "console/follow/OutputFolder.h"
+#include "console/text/Utf.h"
 #include "report/MarkerFile.h"
 
 namespace larkspan::console {
@@ -97,6 +101,20 @@ Resumption Behind(const std::vector<std::uint32_t>& notes, FirstWorker first) {
           static_cast<std::uint32_t>(notes.size()), std::nullopt};
 }
 
+// The note that is tried again is opened again, and its line written once more. It is the last one,
+// and may be a part of a line.
+void DropIndexLine(const std::wstring& folder, std::uint32_t note) {
+  const std::filesystem::path path = output::Join(folder, output::kUnidIndex);
+  std::ifstream index(path, std::ios::binary);
+  std::string text(std::istreambuf_iterator<char>(index), {});
+  index.close();
+  const std::size_t end = text.ends_with('\n') ? text.size() - 1 : text.size();
+  const std::size_t begin = end == 0 ? 0 : text.rfind('\n', end - 1) + 1;
+  if (!std::string_view(text).substr(begin).starts_with(NoteIdText(note) + ',')) return;
+  std::error_code error;
+  std::filesystem::resize_file(path, begin, error);
+}
+
 }  // namespace
 
 Resumption PlanResumption(const std::wstring& folder, const Outcome& outcome) {
@@ -130,8 +148,8 @@ void PrepareResumption(const std::wstring& folder, const Resumption& resumption)
   remove(output::kMarker);
   remove(output::kTemporary);
   if (resumption.triedAgain) {
-    MoveAside(
-        output::Join(folder, output::NoteFile(output::kDesignFolder, *resumption.triedAgain)));
+    MoveDesignFileAside(folder, *resumption.triedAgain);
+    DropIndexLine(folder, *resumption.triedAgain);
   }
   if (resumption.first) return;
   for (const wchar_t* name : {output::kIdTable, output::kUnidIndex, output::kProperties,
