@@ -120,7 +120,7 @@ std::string LossesVerdict(const Account& account) {
   const std::string listed = Count(account.notes.listed, "note", "notes");
   if (lost != 0)
     return GroupedNumber(lost) + " of " + listed + (lost == 1 ? " is" : " are") +
-           " lost; each loss is listed.";
+           " lost; each is listed.";
   return "All of " + listed + " exported, with " +
          Count(account.losses.size(), "loss that is listed.", "losses; each is listed.");
 }

@@ -21,7 +21,7 @@ TEST(VerdictTextTest, SaysWhatCameOut) {
   EXPECT_EQ(VerdictText(account), "All of 1,058 notes exported, with 2 losses; each is listed.");
   account.notes.lost = 2;
   account.notes.notReached = 1;
-  EXPECT_EQ(VerdictText(account), "3 of 1,058 notes are lost; each loss is listed.");
+  EXPECT_EQ(VerdictText(account), "3 of 1,058 notes are lost; each is listed.");
   account.findings.resize(1);
   EXPECT_EQ(VerdictText(account), "Not accounted for: 1 thing is not as it must be.");
   account.findings.resize(2);
