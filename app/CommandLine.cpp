@@ -42,6 +42,11 @@ void SetText(ParsedCommandLine& line, const std::wstring& value) {
   line.settings.*Member = value;
 }
 
+void SetPassword(ParsedCommandLine& line, const std::wstring& value) {
+  line.settings.idPassword = value;
+  line.hasPassword = true;
+}
+
 template <auto Member>
 void SetFlag(ParsedCommandLine& line, const std::wstring&) {
   line.settings.*Member = true;
@@ -60,7 +65,7 @@ constexpr std::array kOptions = {
     Option{L"-fullaccess", false, SetFlag<&Settings::fullAccess>},
     Option{L"-servers", false, SetFlag<&Settings::servers>},
     Option{L"-id", true, SetText<&Settings::idFile>},
-    Option{L"-password", true, SetText<&Settings::idPassword>},
+    Option{L"-password", true, SetPassword},
     Option{L"-v", false, ShowVersion},
     Option{L"-version", false, ShowVersion},
     Option{L"-noview", false, SetFlag<&Settings::noViews>},

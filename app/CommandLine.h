@@ -12,6 +12,7 @@ namespace larkspan {
 struct ParsedCommandLine {
   bool accepted = true;  // False after -h or -? and after an invalid parameter.
   bool showVersion = false;
+  bool hasPassword = false;  // One is given, which may be empty.
   Settings settings;
   std::string fault;  // What an invalid parameter would be called; shown and written nowhere.
 };

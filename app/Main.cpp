@@ -34,19 +34,25 @@ constexpr int kRefused = 1;
 constexpr unsigned int kWorkerThreadEnded = 3;
 constexpr unsigned int kListingThreadEnded = 0;
 
+// Made before the closing, which may come on any thread.
+const EndSignalGiver* endOfTheWorker = nullptr;
+
+// A worker that has told of an exception came to its own end. The code of its process is not that
+// of a success, though, where another compiler's code threw it.
 void CloseWorker(BodyEnd end) {
   if (end == BodyEnd::kException) EndWorkerAfterException();
   LogDebug(L"Exiting via SEH finally");
   EndNotesRuntime();
+  if (end != BodyEnd::kCrash) endOfTheWorker->Give();
 }
 
 void Work() {
   const Settings& settings = ProcessSettings();
   EndInheritance(settings.progressPipe);
   const EndSignalGiver end(settings.outputFolder, settings.resumeNoteId);
+  endOfTheWorker = &end;
   RunWithTerminationHandler([] { RunWorker(ProcessSettings().resumeNoteId); },
                             {CloseWorker, kWorkerThreadEnded});
-  end.Give();
 }
 
 void CloseListing(BodyEnd end) {
@@ -86,8 +92,7 @@ int PlayRole(Role role) {
 int RunProgram() {
   ParsedCommandLine line = ParseCommandLine(SplitCommandLine(GetCommandLineW()));
   const Role role = ChooseRole(line);
-  TakePasswordVariable(line.settings);
-  if (role != Role::kSupervisor) RemovePasswordVariable();
+  SettlePassword(role, line);
   SetProcessSettings(std::move(line.settings));
   return PlayRole(role);
 }

@@ -4,23 +4,35 @@
 
 #include <windows.h>
 
+#include <string>
+
+#include "base/Wipe.h"
+
 namespace larkspan {
 
 namespace {
 
 constexpr wchar_t kVariable[] = L"LARKSPAN_PASSWORD";
 
-}  // namespace
-
-void TakePasswordVariable(Settings& settings) {
-  if (settings.idFile.empty() || !settings.idPassword.empty()) return;
+void TakePasswordVariable(ParsedCommandLine& line) {
+  if (line.settings.idFile.empty() || line.hasPassword) return;
   const DWORD size = GetEnvironmentVariableW(kVariable, nullptr, 0);
   if (size == 0) return;
-  settings.idPassword.resize(size);
-  const DWORD length = GetEnvironmentVariableW(kVariable, settings.idPassword.data(), size);
-  settings.idPassword.resize(length < size ? length : 0);
+  std::wstring& password = line.settings.idPassword;
+  password.resize(size);
+  const DWORD length = GetEnvironmentVariableW(kVariable, password.data(), size);
+  password.resize(length < size ? length : 0);
 }
 
-void RemovePasswordVariable() { SetEnvironmentVariableW(kVariable, nullptr); }
+}  // namespace
+
+void SettlePassword(Role role, ParsedCommandLine& line) {
+  if (role == Role::kSupervisor) {
+    Wipe(line.settings.idPassword);
+    return;
+  }
+  TakePasswordVariable(line);
+  SetEnvironmentVariableW(kVariable, nullptr);
+}
 
 }  // namespace larkspan

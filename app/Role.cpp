@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -22,11 +23,16 @@ bool AreLongPathsEnabled() {
   return areEnabled != nullptr && areEnabled() != FALSE;
 }
 
+// The system takes such a path as it stands, and of any length that it can count.
+bool IsVerbatim(const std::wstring& path) { return path.starts_with(L"\\\\?\\"); }
+
 // Files in the folder must be within the reach of the system, or each of them would fail by itself.
 // The longest name is that of a view that is not complete yet, or that of a note.
 bool IsTooLong(const std::wstring& folder, bool archive) {
+  constexpr std::size_t kMaxVerbatim = 32767;  // With its NUL.
   const std::wstring longest =
       archive ? output::StageOf(output::ViewFile(0)) : output::NoteFile({}, 0);
+  if (IsVerbatim(folder)) return folder.size() + longest.size() + 1 > kMaxVerbatim;
   const DWORD length = GetFullPathNameW(folder.c_str(), 0, nullptr, nullptr);  // With its NUL.
   return length + longest.size() > MAX_PATH && !AreLongPathsEnabled();
 }

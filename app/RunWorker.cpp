@@ -4,7 +4,6 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <string>
 
 #include "base/Settings.h"
@@ -20,9 +19,6 @@
 namespace larkspan {
 
 namespace {
-
-// Atomic, since another thread tells of an exception on it. From then on the export stands.
-std::atomic<bool> endingRuntime{false};
 
 bool StartRuntimeOrLog(std::uint32_t resumeNoteId) {
   const Settings& settings = ProcessSettings();
@@ -52,17 +48,12 @@ void AuditUser() {
   Audit(L"Set user to: %s\n", NotesToWide(userName, kMaxWideBytes).c_str());
 }
 
-void TellExceptionOfTheEnd() {
-  LogWarning(L"The end of the Notes runtime was ended by an exception");
-}
-
 // What the export has done stands, whatever the library does at its end.
 void EndRuntimeOrLog() {
-  endingRuntime = true;
   try {
     EndNotesRuntime();
   } catch (...) {
-    TellExceptionOfTheEnd();
+    LogExceptionOfTheEnd();
   }
 }
 
@@ -84,7 +75,6 @@ void TellExceptionOfTheExport() {
 }  // namespace
 
 void RunWorker(std::uint32_t resumeNoteId) {
-  endingRuntime = false;
   try {
     StartAndExport(resumeNoteId);
   } catch (...) {
@@ -95,8 +85,8 @@ void RunWorker(std::uint32_t resumeNoteId) {
 }
 
 void EndWorkerAfterException() {
-  if (endingRuntime) {
-    TellExceptionOfTheEnd();
+  if (IsNotesRuntimeEnding()) {
+    LogExceptionOfTheEnd();
   } else {
     TellExceptionOfTheExport();
     EndRuntimeOrLog();

@@ -27,6 +27,7 @@ constexpr DWORD kForeignException = 0xE06D7363;
 
 TerminationHandler registered{};
 std::atomic<bool> closingBegun{false};
+std::atomic<DWORD> closingThreadId{0};
 std::atomic<bool> crashed{false};
 std::atomic<UINT> crashCode{0};
 HANDLE closingLimited = nullptr;
@@ -41,7 +42,9 @@ DWORD bodyThreadId = 0;
 
 // The closing runs once, also when it crashes itself, or when the process crashes after it.
 void RunClosingOnce(BodyEnd end) {
-  if (!closingBegun.exchange(true)) registered.closing(end);
+  if (closingBegun.exchange(true)) return;
+  closingThreadId = GetCurrentThreadId();
+  registered.closing(end);
 }
 
 // The first crash counts, and has its time for the closing.
@@ -87,10 +90,12 @@ DWORD WINAPI CloseForOtherThread(void*) {
   CloseAndEnd();
 }
 
-// Takes little stack, since there may be little left.
+// Takes little stack, since there may be little left. Where the library is damaged several threads
+// can crash at once: those that come later wait for the closing like the first one.
 LONG WINAPI CloseAfterCrash(EXCEPTION_POINTERS* fault) {
   const DWORD code = fault->ExceptionRecord->ExceptionCode;
-  if (!BeginCrash(code)) EndProcessAtOnce(code);
+  if (GetCurrentThreadId() == closingThreadId) EndProcessAtOnce(code);
+  if (!BeginCrash(code)) EndAfterClosingLimit();
   if (GetCurrentThreadId() == bodyThreadId && code != EXCEPTION_STACK_OVERFLOW) CloseAndEnd();
   SetEvent(closingHandedOver);
   EndAfterClosingLimit();

@@ -19,7 +19,7 @@ bool Flush(std::FILE* file) { return system_files::Flush(file); }
 
 bool Close(UniqueFile file) { return system_files::Close(file.release()); }
 
-bool Append(const std::wstring& path, std::string_view bytes) {
+Appended Append(const std::wstring& path, std::string_view bytes) {
   return system_files::Append(path, bytes);
 }
 

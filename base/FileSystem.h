@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/Appended.h"
+
 namespace larkspan::file_system {
 
 struct Closer {
@@ -44,9 +46,9 @@ bool Close(UniqueFile file);
 
 inline void Closer::operator()(std::FILE* file) const { Close(UniqueFile(file)); }
 
-// Appends bytes as they are to a file, which is made when missing. False when the file cannot be
-// opened or not all is written; what was written by then stays.
-bool Append(const std::wstring& path, std::string_view bytes);
+// Appends bytes as they are to a file, which is made when missing, in one write of the system. What
+// is written stays, also when it is not everything.
+Appended Append(const std::wstring& path, std::string_view bytes);
 
 // What becomes of a file whose name another one gets: where it stays, the move of the other fails.
 enum class Earlier { kStays, kIsReplaced };

@@ -1,4 +1,4 @@
-// The files of a folder, without those of its subfolders.
+// The files of a folder, without those of its subfolders, and whether there is one.
 #pragma once
 
 #include <functional>
@@ -14,5 +14,9 @@ void VisitFiles(const std::wstring& folder, std::wstring_view pattern,
 
 // The number of entries of the folder that are not folders; 0 when it cannot be listed.
 int CountFiles(const std::wstring& folder);
+
+// Whether the path names something that is no folder. Any path that the system takes: the C runtime
+// takes the question mark at the beginning of some for a pattern.
+bool FileExists(const std::wstring& path);
 
 }  // namespace larkspan

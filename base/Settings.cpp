@@ -1,7 +1,5 @@
 #include "base/Settings.h"
 
-#include <utility>
-
 #include "base/OutputPaths.h"
 #include "base/Wipe.h"
 
@@ -20,7 +18,11 @@ Settings& MutableSettings() {
 
 const Settings& ProcessSettings() { return MutableSettings(); }
 
-void SetProcessSettings(Settings settings) { MutableSettings() = std::move(settings); }
+// Copied: where a longer text is moved a short one stays.
+void SetProcessSettings(Settings&& settings) {
+  MutableSettings() = settings;
+  Wipe(settings.idPassword);
+}
 
 void WipePassword() { Wipe(MutableSettings().idPassword); }
 

@@ -35,7 +35,9 @@ struct Settings {
 // set them, while no other thread runs; the password, which no other thread reads, is wiped at the
 // end.
 const Settings& ProcessSettings();
-void SetProcessSettings(Settings settings);
+
+// Nothing of the password stays in the place from which the settings come.
+void SetProcessSettings(Settings&& settings);
 
 // Overwrites the password of the settings. The last that happens with them.
 void WipePassword();

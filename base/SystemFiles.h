@@ -15,6 +15,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/Appended.h"
+
 namespace larkspan::system_files {
 
 // What a mode of the C runtime asks for, and that no process started meanwhile inherits the file.
@@ -78,14 +80,15 @@ inline bool Close(std::FILE* file) {
   return std::fclose(file) == 0 && written;
 }
 
-inline bool Append(const std::wstring& path, std::string_view bytes) {
+inline file_system::Appended Append(const std::wstring& path, std::string_view bytes) {
   const HANDLE file =
       CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                   OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
+  if (file == INVALID_HANDLE_VALUE) return {};
   DWORD written = 0;
   WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  return CloseHandle(file) != 0 && written == bytes.size();
+  const bool closed = CloseHandle(file) != 0;
+  return {.opened = true, .written = written, .complete = closed && written == bytes.size()};
 }
 
 inline bool Delete(const std::wstring& path) { return DeleteFileW(path.c_str()) != 0; }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "console/ExitCode.h"
@@ -15,8 +16,9 @@ namespace larkspan::console {
 
 using CommandRun = std::function<ExitCode()>;
 
-// Each adds its subcommand and gives what runs it once the command line is parsed.
-CommandRun AddExportCommand(CLI::App& app);
+// Each adds its subcommand and gives what runs it once the command line is parsed. `arguments` are
+// all of the command line's, as they were given.
+CommandRun AddExportCommand(CLI::App& app, const std::vector<std::string>& arguments);
 CommandRun AddVerifyCommand(CLI::App& app);
 CommandRun AddReportCommand(CLI::App& app);
 

@@ -109,7 +109,7 @@ ExitCode RunCommandLine(std::vector<std::string> arguments) {
       "Each command has a help of its own: larkspan-console export --help\n");
   app.require_subcommand(1);
   const std::vector<std::pair<std::string, CommandRun>> commands = {
-      {"export", AddExportCommand(app)},
+      {"export", AddExportCommand(app, arguments)},
       {"verify", AddVerifyCommand(app)},
       {"report", AddReportCommand(app)},
   };

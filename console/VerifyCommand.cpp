@@ -28,7 +28,7 @@ struct VerifyOptions {
 // A line that is written over while files are read. The reading calls ten times a second.
 class ProgressLine {
  public:
-  explicit ProgressLine(const Output& output) : output_(output) {}
+  explicit ProgressLine(Output& output) : output_(output) {}
 
   void Show(std::uint64_t done, std::uint64_t all) {
     if (all == 0) return;
@@ -50,7 +50,7 @@ class ProgressLine {
   }
 
  private:
-  const Output& output_;
+  Output& output_;
   bool isShown_ = false;
 };
 
@@ -67,7 +67,7 @@ ExitCode RefuseFolder(const VerifyOptions& options, const std::string& whyNot) {
   return code;
 }
 
-void Show(const VerifyOptions& options, const Account& account, const Output& output) {
+void Show(const VerifyOptions& options, const Account& account, Output& output) {
   if (options.json) {
     Json json = {{"folder", options.folder}};
     json.update(AccountToJson(account));
@@ -89,7 +89,7 @@ std::optional<Account> Verify(const VerifyOptions& options, const VerifyProgress
 }
 
 ExitCode RunVerify(const VerifyOptions& options) {
-  const Output output(STD_OUTPUT_HANDLE);
+  Output output(STD_OUTPUT_HANDLE);
   ProgressLine line(output);
   VerifyProgress progress;
   if (output.IsTerminal() && !options.json && !options.quiet)

@@ -1,7 +1,6 @@
 // How a file gets to its final name:
 //   1. Delete what an earlier worker left in temp.tmp when it crashed; a missing file is as good.
-//   2. Run the export. Each chunk that it hands out opens temp.tmp, is appended and closes it
-//   again,
+//   2. Run the export. For each chunk that it hands out temp.tmp is opened, appended to and closed,
 //      so nothing stays open between chunks. A chunk that cannot be written sets a flag, and the
 //      rest of the export is dropped.
 //   3. When the flag is set or the export failed: delete temp.tmp and return why.
@@ -9,9 +8,8 @@
 //      is ever overwritten; a name that is taken costs five attempts and the four pauses between.
 #include "export/FilePlacement.h"
 
-#include <cstdio>
+#include <cstddef>
 #include <string>
-#include <utility>
 
 #include "base/FileSystem.h"
 #include "base/LineEnds.h"
@@ -39,26 +37,23 @@ std::size_t BytesBeforeLineEnds(std::string_view chunk, std::size_t linesWritten
   return taken;
 }
 
-// In binary mode and without a buffer, a chunk with its line ends is one write of the system, in
-// which a full disk shows. In text mode it would be one for every 2 KB.
+// A chunk with its line ends is one write of the system, in which a full disk shows. Through a
+// stream of the C runtime it could be several.
 bool AppendChunk(std::string_view chunk) {
-  file_system::UniqueFile file = file_system::Open(StagedFilePath(), L"ab");
-  if (!file) {
+  const std::string lines = WithCarriageReturns(chunk);
+  const file_system::Appended appended = file_system::Append(StagedFilePath(), lines);
+  if (!appended.opened) {
     LogDebug(L"Unable to open temp file for writing: %s", kBareName);
     return false;
   }
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
-  const std::string lines = WithCarriageReturns(chunk);
-  const std::size_t linesWritten = file_system::Write(file.get(), lines);
-  const std::size_t written = BytesBeforeLineEnds(chunk, linesWritten);
+  const std::size_t written = BytesBeforeLineEnds(chunk, appended.written);
   if (written < chunk.size()) {
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
              static_cast<unsigned int>(chunk.size()), kBareName);
+  } else if (!appended.complete) {
+    LogDebug(L"Unable to close temp file: %s", kBareName);
   }
-  if (file_system::Close(std::move(file))) return written == chunk.size();
-  // The words of a write that has failed stand for the close that fails with it.
-  if (written == chunk.size()) LogDebug(L"Unable to close temp file: %s", kBareName);
-  return false;
+  return appended.complete;
 }
 
 // Takes the chunks of one export until one cannot be written; the others are dropped.

@@ -59,8 +59,12 @@ void RunListing(const wchar_t* fileName, const List& list) {
   if (!file.Close()) LogError(L"Unable to write output file");
 }
 
-// The end of the runtime can throw once more, after which there is nothing left to tell.
+// After an exception the end of the runtime can throw once more, and there is nothing left to tell.
 void EndListingAfterException() {
+  if (IsNotesRuntimeEnding()) {
+    LogExceptionOfTheEnd();
+    return;
+  }
   LogError(L"The listing was ended by an exception");
   try {
     EndNotesRuntime();

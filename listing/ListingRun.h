@@ -12,8 +12,9 @@ namespace larkspan {
 // the file keeps what was written. Lets no exception out.
 void RunListing(const wchar_t* fileName, const std::function<void(ListingFile&)>& list);
 
-// Tell what ended a listing, and end the runtime. RunListing does so with the exceptions that it
-// can catch. The file keeps what was written.
+// Tell what ended a listing, or of an exception out of the end of the runtime, before which the
+// listing was done, and end the runtime. RunListing does so with the exceptions that it can catch.
+// The file keeps what was written.
 void EndListingAfterException();
 void EndListingAfterCrash();
 

@@ -20,6 +20,10 @@ using Argument = std::array<char, kArgumentCapacity>;
 // Atomic, since after a crash another thread may end the runtime.
 std::atomic<bool> runtimeStarted{false};
 
+// From here on what the process has done stands. Atomic, since another thread tells of an exception
+// that nobody could catch.
+std::atomic<bool> runtimeEnding{false};
+
 // The library may install a filter of its own for faults that nobody handles. That of this program
 // is then back in its place when the runtime is started: what is done after a crash hangs on it.
 class KeptCrashFilter {
@@ -64,6 +68,7 @@ Status StartNotesRuntime(const std::wstring& programPath,
   if (count > 1) vector[1] = configuration.data();
   vector[count] = nullptr;
 
+  runtimeEnding = false;
   const KeptCrashFilter filter;
   const Status status(notes_api::NotesInitExtended(static_cast<int>(count), vector.data()));
   if (status.ok()) runtimeStarted = true;
@@ -73,9 +78,16 @@ Status StartNotesRuntime(const std::wstring& programPath,
 void EndNotesRuntime() {
   // Cleared first, so that a crash in here does not lead here again.
   if (!runtimeStarted.exchange(false)) return;
+  runtimeEnding = true;
   LogDebug(L"Trying to NotesTerm");
   notes_api::NotesTerm();
   LogDebug(L"NotesTermed");
+}
+
+bool IsNotesRuntimeEnding() { return runtimeEnding; }
+
+void LogExceptionOfTheEnd() {
+  LogWarning(L"The end of the Notes runtime was ended by an exception");
 }
 
 }  // namespace larkspan

@@ -18,4 +18,10 @@ Status StartNotesRuntime(const std::wstring& programPath,
 // after.
 void EndNotesRuntime();
 
+// Whether the end of the runtime that was started last has begun. Any thread.
+bool IsNotesRuntimeEnding();
+
+// The WARNING line for an exception out of that end.
+void LogExceptionOfTheEnd();
+
 }  // namespace larkspan

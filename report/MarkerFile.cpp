@@ -1,17 +1,16 @@
 // Recovery hangs on this file, so writing it is patient: a marker that was not written would let a
 // crash pass for the end of the export. A marker that is left half written is deleted, and reading
-// takes what is no number for no marker.
+// takes what is no number for no marker. One that another program holds is waited for as well.
 #include "report/MarkerFile.h"
 
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "base/FileSystem.h"
+#include "base/FolderFiles.h"
 #include "base/NoteId.h"
 #include "base/OutputPaths.h"
 #include "base/Retry.h"
@@ -22,7 +21,7 @@ namespace larkspan {
 namespace {
 
 constexpr int kWriteAttempts = 30;
-constexpr int kDeleteAttempts = 5;
+constexpr int kLastAttempts = 5;
 constexpr std::chrono::milliseconds kPause{1000};
 
 std::wstring MarkerPath(const RunLog& log) {
@@ -53,12 +52,18 @@ bool WriteMarkerFile(std::uint32_t noteId, const RunLog& log) {
   };
   if (RetryWithPause(kWriteAttempts, kPause, attempt, onRetry)) return true;
   log.Error(L"WriteMarkerFile failed (%s)", ErrorText(error).c_str());
-  DeleteMarkerFile(log);
+  DeleteLastMarkerFile(log);
   return false;
 }
 
 std::uint32_t ReadMarkerFile(const RunLog& log) {
-  file_system::UniqueFile file = file_system::Open(MarkerPath(log), L"r");
+  const std::wstring path = MarkerPath(log);
+  file_system::UniqueFile file;
+  const auto attempt = [&] {
+    file = file_system::Open(path, L"r");
+    return file != nullptr || !HasMarkerFile(log);
+  };
+  RetryWithPause(kLastAttempts, kPause, attempt, [](int) {});
   if (!file) {
     log.Debug(L"No marker file found");
     return kNoNoteId;
@@ -71,17 +76,14 @@ std::uint32_t ReadMarkerFile(const RunLog& log) {
   return noteId;
 }
 
-bool HasMarkerFile(const RunLog& log) {
-  std::error_code unknown;
-  return std::filesystem::exists(MarkerPath(log), unknown);
-}
+bool HasMarkerFile(const RunLog& log) { return FileExists(MarkerPath(log)); }
 
 void DeleteMarkerFile(const RunLog& log) { file_system::Delete(MarkerPath(log)); }
 
 void DeleteLastMarkerFile(const RunLog& log) {
   const std::wstring path = MarkerPath(log);
   const auto attempt = [&] { return file_system::Delete(path) || !HasMarkerFile(log); };
-  RetryWithPause(kDeleteAttempts, kPause, attempt, [](int) {});
+  RetryWithPause(kLastAttempts, kPause, attempt, [](int) {});
 }
 
 }  // namespace larkspan

@@ -16,7 +16,8 @@ namespace larkspan {
 bool WriteMarkerFile(std::uint32_t noteId, const RunLog& log = ProcessRunLog());
 
 // The note ID in the file, or kNoNoteId when there is no file or it does not begin with a
-// hexadecimal number.
+// hexadecimal number. A file that is there and cannot be opened is tried up to five times, a second
+// apart, before it counts as none.
 std::uint32_t ReadMarkerFile(const RunLog& log = ProcessRunLog());
 
 // Whether there is one, whatever it holds.

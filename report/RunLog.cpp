@@ -89,8 +89,4 @@ void LogError(const wchar_t* format, ...) {
   va_end(arguments);
 }
 
-void LogStatus(LogLevel level, const wchar_t* format, Status status) {
-  Log(level, FormatMessageText(format, StatusText(status).c_str()));
-}
-
 }  // namespace larkspan

@@ -117,6 +117,20 @@ int CountInheritableHandles() {
   return count;
 }
 
+// The first ones, the current folders of the drives, begin with "=".
+std::vector<std::string> EnvironmentVariableNames() {
+  std::vector<std::string> names;
+  wchar_t* const all = GetEnvironmentStringsW();
+  for (const wchar_t* entry = all; entry != nullptr && *entry != L'\0';) {
+    const std::wstring_view text(entry);
+    const std::wstring_view name = text.substr(0, text.find(L'=', 1));
+    names.push_back(Utf16ToUtf8(std::u16string(name.begin(), name.end())));
+    entry += text.size() + 1;
+  }
+  FreeEnvironmentStringsW(all);
+  return names;
+}
+
 #else
 
 std::u16string ArgumentToUtf16(std::string_view argument) { return Utf8ToUtf16(argument); }
@@ -156,6 +170,8 @@ unsigned int ErrorMode() { return 0; }
 int RuntimeErrorMode() { return 0; }
 
 int CountInheritableHandles() { return 0; }
+
+std::vector<std::string> EnvironmentVariableNames() { return {}; }
 
 #endif
 

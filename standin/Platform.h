@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace larkspan::standin {
 
@@ -54,6 +55,10 @@ int RuntimeErrorMode();
 // How many of this process's handles a process that it starts can inherit; 0 elsewhere than on
 // Windows.
 int CountInheritableHandles();
+
+// The names of the environment variables that a process inherits which this one starts; none
+// elsewhere than on Windows.
+std::vector<std::string> EnvironmentVariableNames();
 
 [[noreturn]] void HangForever();
 void PauseMilliseconds(std::uint32_t milliseconds);

@@ -70,7 +70,8 @@ std::size_t OpenKeyFiles(const Runtime& runtime) {
 nlohmann::json ProcessJson() {
   return {{"errorMode", ErrorMode()},
           {"runtimeErrorMode", RuntimeErrorMode()},
-          {"inheritableHandles", CountInheritableHandles()}};
+          {"inheritableHandles", CountInheritableHandles()},
+          {"variables", EnvironmentVariableNames()}};
 }
 
 }  // namespace

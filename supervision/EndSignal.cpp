@@ -31,7 +31,10 @@ HANDLE CreateNewEvent(const std::wstring& name) {
   return nullptr;
 }
 
-// 0 when the system does not tell.
+// 0 when the system does not tell, which only a lack of memory can make: the list is the system's
+// own and needs no right, this process is in it, and its parent, whose session and user it shares,
+// made the event and waits. A worker without the event is taken for one that was cut off, even with
+// exit code 0: a needless line is better than a lost run without one.
 DWORD ParentProcessId() {
   const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
   if (snapshot == INVALID_HANDLE_VALUE) return 0;

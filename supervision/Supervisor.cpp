@@ -58,9 +58,9 @@ void LogEndOutsideANote(const WorkerEnding& ending, const RunLog& log) {
 
 // Runs one worker and returns the note ID that it left in the marker file.
 std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& commandLine,
-                           std::uint32_t noteId, const RunLog& log) {
+                           std::uint32_t noteId, bool noteIsLost, const RunLog& log) {
   log.Debug(L"Top of Archive Main Loop with nid %08X", noteId);
-  if (noteId != 0) log.Warning(L"Major: Incomplete run detected for note id %08X", noteId);
+  if (noteIsLost) log.Warning(L"Major: Incomplete run detected for note id %08X", noteId);
   log.Debug(L"Invoking child process");
   const EndSignal signal(log.outputFolder(), noteId);
   const WorkerEnding ending = launcher.RunToEnd(WorkerCommandLine(commandLine, noteId), signal);
@@ -73,13 +73,15 @@ std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& command
   return markedNoteId;
 }
 
-void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log) {
-  std::uint32_t noteId = 0;
+void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
+                FirstWorker first) {
+  auto [noteId, noteIsLost] = first;
   std::uint32_t retries = 0;
   while (noteId != kNoNoteId) {
-    const std::uint32_t markedNoteId = RunOneWorker(launcher, commandLine, noteId, log);
+    const std::uint32_t markedNoteId = RunOneWorker(launcher, commandLine, noteId, noteIsLost, log);
     if (markedNoteId != noteId) {
       noteId = markedNoteId;
+      noteIsLost = true;
       retries = 0;
     } else if (++retries == kMaxRetries) {
       log.Error(L"Maximum retries exceeded");
@@ -96,12 +98,13 @@ std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t no
   return FormatWide(L"%s -l %08X", commandLine.c_str(), noteId);
 }
 
-void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log) {
+void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
+                   FirstWorker first) {
   const std::time_t startTime = std::time(nullptr);
   WriteAuditBegin(startTime, log);
   // One that an earlier run left behind would be taken for the first worker's.
   DeleteLastMarkerFile(log);
-  RunWorkers(launcher, commandLine, log);
+  RunWorkers(launcher, commandLine, log, first);
   log.Debug(L"End of Archive Main Loop");
   // What a worker that died on a note left of it is deleted by the next export. There may be none.
   file_system::Delete(output::Join(log.outputFolder(), output::kTemporary));

@@ -16,8 +16,16 @@ namespace larkspan {
 // ID appended.
 std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t noteId);
 
+// Where a run begins.
+struct FirstWorker {
+  std::uint32_t noteId = 0;  // It goes on after this note; 0 begins the export.
+  bool noteIsLost = false;   // Workers have died at that note before, so the log gets its line.
+};
+
 // Runs the export into the log's output folder. commandLine is the supervisor's own, exactly as it
-// was given. Returns when the audit report's closing block is written.
-void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log);
+// was given. Returns when the audit report's closing block is written. What the launcher throws
+// ends the run where it stands: marker file and reports stay as they are.
+void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
+                   FirstWorker first = {});
 
 }  // namespace larkspan

@@ -16,11 +16,6 @@ namespace larkspan::console {
 
 namespace {
 
-// In the order of NoteFault.
-constexpr std::array kStages = {"open", "decrypt", "export", "crash", "pictures"};
-
-const char* StageOf(const NoteLine& line) { return kStages[static_cast<std::size_t>(line.fault)]; }
-
 std::span<const NoteLine> LinesOf(const RunLogFacts& log, std::uint32_t id) {
   const auto isBefore = [](const NoteLine& line, std::uint32_t wanted) { return line.id < wanted; };
   const auto first = std::lower_bound(log.notes.begin(), log.notes.end(), id, isBefore);
@@ -128,7 +123,7 @@ class NoteJudge {
     });
     if (loss != lines_.end()) {
       const bool died = loss->fault == NoteFault::kDeath;
-      Lose(LossKind::kNote, died ? DeathStage() : StageOf(*loss),
+      Lose(LossKind::kNote, died ? DeathStage() : StageOf(loss->fault),
            died ? DeathCause() : loss->cause);
       return Fate::kLost;
     }

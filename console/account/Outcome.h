@@ -26,6 +26,11 @@ struct Stop {
   std::string by;  // "user", "input", "output", "disk", "stall", "give-up", "force".
 };
 
+struct Resumed {
+  std::string time;
+  std::optional<std::uint32_t> triedAgain;  // The note at which the run had been cut off.
+};
+
 struct OutcomeProgress {
   std::string phase;  // "starting", "opening", "properties", "views", "scanning", "documents",
                       // "checking", "ended".
@@ -64,10 +69,10 @@ struct Outcome {
   OutcomeProgress progress;
   std::vector<Restart> restarts;
   std::optional<Stop> stop;
-  std::vector<std::string> resumed;  // The times at which the run was taken up again.
-  std::vector<Loss> lostViews;       // Only the run itself knows them.
-  std::vector<Warning> warnings;     // The run's own; those of the account are beside it.
-  std::optional<Account> account;    // With state kEnded, when there was something to judge.
+  std::vector<Resumed> resumed;
+  std::vector<Loss> lostViews;     // Only the run itself knows them.
+  std::vector<Warning> warnings;   // The run's own; those of the account are beside it.
+  std::optional<Account> account;  // With state kEnded, when there was something to judge.
 };
 
 // Replaces the file whole. False, and the earlier one stays, when it could not be written.

@@ -83,6 +83,16 @@ Restart RestartFromJson(const Json& json) {
           json.at("cause").get<std::string>()};
 }
 
+Json ResumedToJson(const Resumed& resumed) {
+  Json json = {{"time", resumed.time}};
+  PutId(json, "triedAgain", resumed.triedAgain);
+  return json;
+}
+
+Resumed ResumedFromJson(const Json& json) {
+  return {json.at("time").get<std::string>(), TakeId(json, "triedAgain")};
+}
+
 Json OutcomeToJson(const Outcome& outcome) {
   const bool isRunning = outcome.state == Outcome::State::kRunning;
   Json json = {{"format", kFormat}, {"state", isRunning ? "running" : "ended"}};
@@ -95,7 +105,8 @@ Json OutcomeToJson(const Outcome& outcome) {
   for (const Restart& restart : outcome.restarts)
     json["restarts"].push_back(RestartToJson(restart));
   if (outcome.stop) json["stop"] = {{"time", outcome.stop->time}, {"by", outcome.stop->by}};
-  json["resumed"] = outcome.resumed;
+  json["resumed"] = Json::array();
+  for (const Resumed& resumed : outcome.resumed) json["resumed"].push_back(ResumedToJson(resumed));
   json["lostViews"] = Json::array();
   for (const Loss& view : outcome.lostViews) json["lostViews"].push_back(LossToJson(view));
   json["warnings"] = Json::array();
@@ -137,7 +148,8 @@ Outcome OutcomeFromJson(const Json& json) {
   outcome.progress = ProgressFromJson(json.at("progress"));
   for (const Json& restart : json.at("restarts"))
     outcome.restarts.push_back(RestartFromJson(restart));
-  outcome.resumed = json.at("resumed").get<std::vector<std::string>>();
+  for (const Json& resumed : json.at("resumed"))
+    outcome.resumed.push_back(ResumedFromJson(resumed));
   for (const Json& view : json.at("lostViews")) outcome.lostViews.push_back(LossFromJson(view));
   for (const Json& warning : json.at("warnings"))
     outcome.warnings.push_back(WarningFromJson(warning));

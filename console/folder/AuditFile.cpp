@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <string_view>
+#include <utility>
 
 #include "base/OutputPaths.h"
 #include "console/folder/TextLines.h"
@@ -92,6 +93,8 @@ std::optional<std::uint64_t> ParseNumber(std::string_view text) {
   return number;
 }
 
+using Places = std::array<bool, kRows.size()>;
+
 class BlockReader {
  public:
   void Take(const TextLine& line) {
@@ -106,15 +109,22 @@ class BlockReader {
     facts_.isClosed = IsThere(Row::kEnded);
     facts_.tellsOfLosses = IsThere(Row::kTellsOfLosses);
     facts_.block.cameToItsEnd = IsThere(Row::kSizeAfter);
-    if (facts_.block.cameToItsEnd) Require(Row::kServer, Row::kSizeBefore);
-    if (facts_.isClosed) Require(Row::kEnded, Row::kWarned);
+    if (facts_.block.cameToItsEnd) Require(Row::kServer, Row::kSizeBefore, wasSeen_);
+    if (facts_.isClosed) Require(Row::kEnded, Row::kWarned, {});
     return std::move(facts_);
   }
 
  private:
+  // A run that was taken up again does not tell once more what it is of.
   void Begin() {
-    facts_ = AuditFacts();
+    const AuditBlock earlier = std::exchange(facts_, AuditFacts()).block;
     facts_.isBegun = true;
+    facts_.block.user = earlier.user;
+    facts_.block.server = earlier.server;
+    facts_.block.path = earlier.path;
+    facts_.block.fullAccess = earlier.fullAccess;
+    facts_.block.sizeBefore = earlier.sizeBefore;
+    for (std::size_t place = 0; place < seen_.size(); ++place) wasSeen_[place] |= seen_[place];
     seen_ = {};
     last_ = -1;
   }
@@ -148,6 +158,9 @@ class BlockReader {
         break;
       case Row::kWithFullAccess:
         block.fullAccess = true;
+        break;
+      case Row::kWithoutFullAccess:
+        block.fullAccess = false;
         break;
       case Row::kSizeBefore:
         block.sizeBefore = TakeSize(value);
@@ -185,14 +198,16 @@ class BlockReader {
 
   bool IsThere(Row row) const { return seen_[static_cast<std::size_t>(PlaceOf(row))]; }
 
-  void Require(Row first, Row last) {
+  void Require(Row first, Row last, const Places& alsoThere) {
     for (const RowText& text : kRows)
-      if (text.row >= first && text.row <= last && !IsThere(text.row))
+      if (text.row >= first && text.row <= last && !IsThere(text.row) &&
+          !alsoThere[static_cast<std::size_t>(PlaceOf(text.row))])
         facts_.faults.push_back("audit.txt lacks the line '" + std::string(text.begin) + "'");
   }
 
   AuditFacts facts_;
-  std::array<bool, kRows.size()> seen_{};
+  Places seen_{};
+  Places wasSeen_{};  // In earlier blocks.
   int last_ = -1;
 };
 

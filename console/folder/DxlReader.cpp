@@ -122,6 +122,7 @@ class DxlReader::Parser {
   void Start(std::string_view name, const XML_Char** attributes) {
     finder_.Begin();
     const bool isChildOfRoot = ++depth_ == 2;
+    if (depth_ == 1) facts_.root = name;
     if (isChildOfRoot && name == "noteinfo" && ++facts_.noteInfos == 1) TakeNoteInfo(attributes);
   }
 

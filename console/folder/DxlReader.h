@@ -14,6 +14,7 @@ namespace larkspan::console {
 struct DxlFacts {
   std::string fault;                    // Why it is not well-formed; empty: it is.
   bool isUnreadable = false;            // The system does not let it be read, and `fault` says so.
+  std::string root;                     // The name of the root element.
   std::uint32_t noteInfos = 0;          // So many elements "noteinfo" are children of the root.
   std::optional<std::uint32_t> noteId;  // Of the first of them, when it is a number.
   std::optional<Unid> unid;

@@ -6,26 +6,11 @@
 #include <unordered_map>
 
 #include "base/OutputPaths.h"
-#include "console/folder/HexDigits.h"
 #include "console/folder/TextLines.h"
 
 namespace larkspan::console {
 
 namespace {
-
-struct NoteMessage {
-  std::string_view begin;
-  NoteFault fault;
-};
-
-// Behind each beginning stands the note's ID.
-constexpr std::array kNoteMessages = {
-    NoteMessage{"Major: Error opening note ", NoteFault::kOpen},
-    NoteMessage{"Major: Error decrypting note ", NoteFault::kDecrypt},
-    NoteMessage{"Major: Error exporting note ", NoteFault::kExport},
-    NoteMessage{"Major: Incomplete run detected for note id ", NoteFault::kDeath},
-    NoteMessage{"Minor: Detected corrupt document ", NoteFault::kPictures},
-};
 
 // After these the run ends at a note that no line names.
 constexpr std::array<std::string_view, 2> kBreakOffs = {"Unable to export design: ",
@@ -35,27 +20,6 @@ constexpr std::string_view kAclFailure = "Error exporting ACL (";
 
 // Keeps a log of nothing but different texts from filling the memory.
 constexpr std::size_t kMostTexts = 1000;
-
-// Of "(words)" the words; a message that was cut has no closing bracket.
-std::string WordsInBrackets(std::string_view text) {
-  const std::size_t begin = text.find('(');
-  if (begin == text.npos) return {};
-  text.remove_prefix(begin + 1);
-  if (text.ends_with(')')) text.remove_suffix(1);
-  return std::string(text);
-}
-
-std::optional<NoteLine> ParseNoteLine(std::string_view message) {
-  constexpr std::size_t kIdDigits = 8;
-  for (const auto& [begin, fault] : kNoteMessages) {
-    if (!message.starts_with(begin)) continue;
-    const std::string_view rest = message.substr(begin.size());
-    const std::optional<std::uint32_t> id = ParseNoteId(rest.substr(0, kIdDigits));
-    if (!id) return std::nullopt;
-    return NoteLine{*id, fault, WordsInBrackets(rest.substr(kIdDigits))};
-  }
-  return std::nullopt;
-}
 
 // Texts in the order of their first coming, with how often each came.
 class TextCounter {
@@ -87,9 +51,9 @@ class LogCollector {
       if (!line.starts_with(level)) return std::nullopt;
       return line.substr(level.size());
     };
-    if (const auto warning = message("#WARNING# - ")) {
+    if (const auto warning = message(kWarningLevel)) {
       TakeWarning(*warning);
-    } else if (const auto error = message("#ERROR# - ")) {
+    } else if (const auto error = message(kErrorLevel)) {
       TakeError(*error);
     } else if (!line.starts_with("#DEBUG# - ")) {
       ++facts_.formlessLines;
@@ -119,7 +83,7 @@ class LogCollector {
   }
 
   void TakeNoteMessage(std::string_view message) {
-    if (std::optional<NoteLine> line = ParseNoteLine(message)) {
+    if (std::optional<NoteLine> line = ParseNoteMessage(message)) {
       if (IsNew(*line)) facts_.notes.push_back(std::move(*line));
       return;
     }

@@ -6,18 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "console/folder/NoteLine.h"
 #include "console/folder/SharedFile.h"
 
 namespace larkspan::console {
-
-// What a line can say of a note, in the words of the log.
-enum class NoteFault { kOpen, kDecrypt, kExport, kDeath, kPictures };
-
-struct NoteLine {
-  std::uint32_t id = 0;
-  NoteFault fault = NoteFault::kOpen;
-  std::string cause;  // The library's words; empty where the line has none.
-};
 
 struct RepeatedText {
   std::string text;

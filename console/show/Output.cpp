@@ -31,10 +31,8 @@ bool WriteToTerminal(HANDLE handle, std::wstring_view text) {
 
 }  // namespace
 
-Output::Output(DWORD standardHandle) : handle_(GetStdHandle(standardHandle)) {
-  DWORD mode = 0;
-  isTerminal_ = GetConsoleMode(handle_, &mode);
-}
+Output::Output(DWORD standardHandle)
+    : handle_(GetStdHandle(standardHandle)), isTerminal_(Mode().has_value()) {}
 
 int Output::Width() const {
   CONSOLE_SCREEN_BUFFER_INFO info;
@@ -42,8 +40,27 @@ int Output::Width() const {
   return info.srWindow.Right - info.srWindow.Left + 1;
 }
 
-bool Output::Write(std::string_view utf8) const {
+bool Output::TakesColours() {
+  if (!colours_) colours_.emplace(static_cast<TerminalControl&>(*this));
+  return colours_->Work();
+}
+
+bool Output::Write(std::string_view utf8) {
   return isTerminal_ ? WriteToTerminal(handle_, Utf8ToWide(utf8)) : WriteBytes(handle_, utf8);
+}
+
+std::optional<std::uint32_t> Output::Mode() {
+  DWORD mode = 0;
+  if (!GetConsoleMode(handle_, &mode)) return std::nullopt;
+  return mode;
+}
+
+bool Output::SetMode(std::uint32_t mode) { return SetConsoleMode(handle_, mode); }
+
+std::optional<int> Output::CursorColumn() {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!GetConsoleScreenBufferInfo(handle_, &info)) return std::nullopt;
+  return info.dwCursorPosition.X;
 }
 
 }  // namespace larkspan::console

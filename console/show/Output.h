@@ -4,26 +4,37 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string_view>
+
+#include "console/show/LineSink.h"
+#include "console/show/TerminalColours.h"
 
 namespace larkspan::console {
 
-class Output {
+class Output : public LineSink, private TerminalControl {
  public:
   // STD_OUTPUT_HANDLE or STD_ERROR_HANDLE.
   explicit Output(DWORD standardHandle);
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
 
-  bool IsTerminal() const { return isTerminal_; }
+  bool IsTerminal() const override { return isTerminal_; }
+  int Width() const override;
 
-  // The width of the terminal's window in columns, as it is now; 80 when it is not known.
-  int Width() const;
+  // Asks the terminal at the first call, which is to come where a line begins.
+  bool TakesColours() override;
 
-  // Writes all of it, without a buffer. False when it could not be: nobody reads any more.
-  bool Write(std::string_view utf8) const;
+  bool Write(std::string_view utf8) override;
 
  private:
+  std::optional<std::uint32_t> Mode() override;
+  bool SetMode(std::uint32_t mode) override;
+  std::optional<int> CursorColumn() override;
+
   HANDLE handle_;
   bool isTerminal_;
+  std::optional<TerminalColours> colours_;
 };
 
 }  // namespace larkspan::console

@@ -133,15 +133,17 @@ bool Close(UniqueFile file) {
   return closed && !stream.failure;
 }
 
-bool Append(const std::wstring& path, std::string_view bytes) {
+Appended Append(const std::wstring& path, std::string_view bytes) {
   const std::string name = FileNameOf(path);
-  if (Fails("open", name)) return false;
+  if (Fails("open", name)) return {};
   auto failure = CountFileOperation("write", name);
-  const bool appended =
-      system_files::Append(path, failure ? bytes.substr(0, failure->bytes) : bytes);
+  Appended appended = system_files::Append(path, failure ? bytes.substr(0, failure->bytes) : bytes);
   if (const auto closing = CountFileOperation("close", name)) failure = closing;
-  if (failure) Fail(failure->error);
-  return appended && !failure;
+  if (failure) {
+    Fail(failure->error);
+    appended.complete = false;
+  }
+  return appended;
 }
 
 bool Delete(const std::wstring& path) {

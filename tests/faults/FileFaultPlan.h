@@ -5,7 +5,8 @@
 //
 //   OPERATION  open, read, write, flush, close, delete, move or folder (the making of one). Of a
 //              file that is opened for reading all reads fail or none does. Appending a line to the
-//              run log or the audit report is an open, a write and a close.
+//              run log or the audit report, or a chunk to temp.tmp, is an open, a write and a
+//              close.
 //   FILE       the last component of the path, in any letter case; a move has the name that the
 //              file would get. The temporary file without a name is called (temporary); its
 //              reads, and its writes, all fail or none does. * is any file.

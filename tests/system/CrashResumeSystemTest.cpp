@@ -281,6 +281,19 @@ TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerAtTheEndOfTheRuntimeIs
   EXPECT_EQ(FilesIn("data").size(), 1u);
 }
 
+// The worker has told it, and the supervisor does not tell it once more.
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerAtTheEndOfTheRuntimeIsToldOnce) {
+  Export(1, std::string(R"({"entry": "NotesTerm", )") + kForeignException + "}", {L"-archive"});
+  EXPECT_EQ(LogLines(),
+            Lines{"#WARNING# - The end of the Notes runtime was ended by an exception"});
+  EXPECT_EQ(Tail(AuditLines(), 11), ClosingLines({.listed = 1, .data = 1}));
+}
+
+TEST_F(CrashResumeSystemTest, AnExceptionOfAnotherCompilerBeforeTheNotesIsToldOnce) {
+  Export(1, std::string(R"({"entry": "IDCreateTable", )") + kForeignException + "}", {L"-archive"});
+  EXPECT_EQ(LogLines(), Lines{"#ERROR# - The export was ended by an exception"});
+}
+
 TEST_F(CrashResumeSystemTest, AFilterOfTheLibraryTakesNoClosingAway) {
   run_.AddConfiguration("StandinInstallsFilter=1");
   const ProgramResult result =

@@ -31,6 +31,23 @@ TEST_F(FoldersSystemTest, AnOutputFolderMayEndInABackslash) {
   ExpectTheNoteExported();
 }
 
+// Longer than paths may be otherwise.
+TEST_F(FoldersSystemTest, AnOutputFolderThatTheSystemTakesAsItStandsMayBeLong) {
+  const std::wstring name(150, L'a');
+  const std::wstring folder = run_.folder() + L"\\" + name + L"\\" + name;
+  std::filesystem::create_directories(folder);
+  run_.SetOutput(L"\\\\?\\" + folder);
+  run_.AddDatabase(
+      L"x.nsf",
+      DocumentsJson(
+          2, FaultsMember(R"({"entry": "DXLExportNote", "note": "00000906", "action": "exit"})")));
+  run_.Export(L"x.nsf", {L"-archive"});
+  run_.SetOutput(folder);
+  EXPECT_EQ(LogLines(), Lines{"#WARNING# - Major: Incomplete run detected for note id 00000906"});
+  EXPECT_EQ(Tail(AuditLines(), 12), ClosingLines({.listed = 2, .data = 1, .failed = 1}));
+  EXPECT_TRUE(run_.HasOutputFile(L"data\\00000902.dxl"));
+}
+
 TEST_F(FoldersSystemTest, TheDatabaseMayHaveAnyName) {
   const std::wstring database = L"G\u00E4rten im \u03A9\\\u65E5\u672C \U0001FAB2.nsf";
   run_.AddDatabase(database, DocumentsJson(1));

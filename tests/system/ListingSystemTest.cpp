@@ -100,6 +100,15 @@ INSTANTIATE_TEST_SUITE_P(
                      "The listing was ended by an exception"}),
     [](const auto& test) { return std::string(test.param.name); });
 
+// As a throw of another compiler's code is.
+TEST_F(ListingSystemTest, AnExceptionOfAnotherCompilerAtTheEndOfTheRuntimeIsAWarning) {
+  run_.SetFaults(R"([{"entry": "NotesTerm", "action": "exception", "code": "0xE06D7363"}])");
+  List({L"-s", L"Garden", L"-scan"});
+  EXPECT_EQ(LogLines(),
+            Lines{"#WARNING# - The end of the Notes runtime was ended by an exception"});
+  EXPECT_EQ(OutputLines(L"scan.txt").size(), 4u);
+}
+
 TEST_F(ListingSystemTest, ACrashOfTheServersIsToldToo) {
   run_.SetFaults(R"([{"entry": "NAMELookup", "action": "accessViolation"}])");
   EXPECT_EQ(List({L"-servers"}).exitCode, 0xC0000005u);

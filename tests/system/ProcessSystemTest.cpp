@@ -127,6 +127,24 @@ TEST_F(ProcessSystemTest, WhatTheLibraryStartsInheritsNoHandleOfAWorkerOrAListin
   }
 }
 
+TEST_F(ProcessSystemTest, WhatTheLibraryStartsDoesNotInheritThePassword) {
+  const ScopedEnvironmentVariable password(L"LARKSPAN_PASSWORD", L"x");
+  const ScopedEnvironmentVariable other(L"LARKSPAN_OTHER", L"x");
+  run_.AddConfiguration("StandinProcess=1");
+  run_.AddConfiguration("MailServer=Garden");
+  run_.Export(L"two.nsf", {L"-archive"});
+  for (const wchar_t* listing : {L"-scan", L"-servers"}) {
+    run_.RunArguments(
+        {run_.ConfigurationArgument(), L"-o", run_.output(), L"-s", L"<Local>", listing});
+  }
+  ASSERT_EQ(run_.LedgerLines().size(), 3u);
+  for (std::size_t i = 0; i < 3; ++i) {
+    const Lines variables = Ledger(i).at("process").at("variables").get<Lines>();
+    EXPECT_TRUE(Contains(variables, "LARKSPAN_OTHER"));
+    EXPECT_FALSE(Contains(variables, "LARKSPAN_PASSWORD"));
+  }
+}
+
 TEST_F(ProcessSystemTest, AWorkerThatCannotBeCreatedEndsTheRunWithAWholeAuditReport) {
   run_.AddDatabase(
       L"x.nsf",

@@ -99,8 +99,8 @@ TEST_F(FileFaultsTest, WriteThatFailsFailsTheCloseWithItsReason) {
 
 TEST_F(FileFaultsTest, AppendingIsAnOpenAWriteAndAClose) {
   const FileFaults faults("write x.txt 2 diskFull 1");
-  EXPECT_TRUE(file_system::Append(path_, "ab"));
-  EXPECT_FALSE(file_system::Append(path_, "cd"));
+  EXPECT_TRUE(file_system::Append(path_, "ab").complete);
+  EXPECT_FALSE(file_system::Append(path_, "cd").complete);
   EXPECT_EQ(ReadBytes(path_), "abc");
   EXPECT_EQ(faults.OperationsAmong({"open x.txt", "close x.txt"}).size(), 4u);
 }

@@ -97,18 +97,18 @@ TEST_F(FileSystemTest, ClosingToldOfAFailedWrite) {
 }
 
 TEST_F(FileSystemTest, AppendingMakesTheFile) {
-  EXPECT_TRUE(file_system::Append(path_, "a\n"));
+  EXPECT_TRUE(file_system::Append(path_, "a\n").complete);
   EXPECT_EQ(ReadBytes(path_), "a\n");
 }
 
 TEST_F(FileSystemTest, AppendingLeavesWhatIsThere) {
   WriteBytes(path_, "a\n");
-  EXPECT_TRUE(file_system::Append(path_, "b\n"));
+  EXPECT_TRUE(file_system::Append(path_, "b\n").complete);
   EXPECT_EQ(ReadBytes(path_), "a\nb\n");
 }
 
 TEST_F(FileSystemTest, AppendingNothingMakesTheFile) {
-  EXPECT_TRUE(file_system::Append(path_, ""));
+  EXPECT_TRUE(file_system::Append(path_, "").complete);
   EXPECT_EQ(ReadBytes(path_), "");
 }
 
@@ -117,17 +117,17 @@ TEST_F(FileSystemTest, AppendingTakesEveryByte) {
       "a\0\xFF\x1A"
       "b",
       5);
-  EXPECT_TRUE(file_system::Append(path_, bytes));
+  EXPECT_TRUE(file_system::Append(path_, bytes).complete);
   EXPECT_EQ(ReadBytes(path_), bytes);
 }
 
 TEST_F(FileSystemTest, AppendingToAFolderFails) {
   MakeFolder(path_);
-  EXPECT_FALSE(file_system::Append(path_, "a"));
+  EXPECT_FALSE(file_system::Append(path_, "a").complete);
 }
 
 TEST_F(FileSystemTest, AppendingInAMissingFolderFails) {
-  EXPECT_FALSE(file_system::Append(folder_ / L"\\missing\\a.txt", "a"));
+  EXPECT_FALSE(file_system::Append(folder_ / L"\\missing\\a.txt", "a").complete);
 }
 
 using CountFilesTest = FileSystemTest;
@@ -227,6 +227,17 @@ TEST_F(FileSystemTest, TemporaryFileWithoutAStreamIsClosed) {
   const ReplacedEntryPoint replaced("msvcrt.dll", "_fdopen", GiveNoStream);
   EXPECT_FALSE(file_system::OpenTemporary());
   EXPECT_EQ(_get_osfhandle(openedDescriptor), -1);
+}
+
+TEST_F(FileSystemTest, FileThatIsThereExists) {
+  WriteBytes(path_, "");
+  EXPECT_TRUE(FileExists(path_));
+  EXPECT_TRUE(FileExists(L"\\\\?\\" + path_));
+}
+
+TEST_F(FileSystemTest, NeitherAFolderNorAMissingFileExists) {
+  EXPECT_FALSE(FileExists(path_));
+  EXPECT_FALSE(FileExists(folder_.path()));
 }
 
 }  // namespace

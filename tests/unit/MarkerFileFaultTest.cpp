@@ -73,6 +73,14 @@ TEST_P(MarkerFileFault, ThatPassesCostsItsRetriesOnly) {
   }
 }
 
+TEST_P(MarkerFileFault, LeavesNoMarkerThatIsHeldForAMomentAfterTheLastAttempt) {
+  WriteBytes(marker_, "00000004\r\n");
+  const FileFaults faults(Failing("*") + "; delete marker.txt 1-4 sharingViolation");
+  WriteMarkerFile(0x12F6);
+  EXPECT_FALSE(Exists(marker_));
+  EXPECT_EQ(recorder_.pauses(), std::vector<long long>(29 + 4, 1000));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Faults, MarkerFileFault,
     testing::Values(
@@ -90,6 +98,38 @@ TEST_F(MarkerFileRest, MarkerThatTheSystemDoesNotReadNamesNoNote) {
   WriteBytes(PathOf(L"marker.txt"), "000012F6\r\n");
   const FileFaults faults("read marker.txt 1 accessDenied");
   EXPECT_EQ(ReadMarkerFile(), kNoNoteId);
+}
+
+TEST_F(MarkerFileRest, MarkerThatIsHeldForAMomentIsRead) {
+  WriteBytes(PathOf(L"marker.txt"), "000012F6\r\n");
+  const PauseRecorder recorder;
+  const FileFaults faults("open marker.txt 1-4 sharingViolation");
+  EXPECT_EQ(ReadMarkerFile(), 0x12F6u);
+  EXPECT_EQ(recorder.pauses(), std::vector<long long>(4, 1000));
+  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - ReadMarkerFile returned 000012F6"});
+}
+
+TEST_F(MarkerFileRest, MarkerThatDoesNotOpenIsNoneAfterFiveAttempts) {
+  WriteBytes(PathOf(L"marker.txt"), "000012F6\r\n");
+  const PauseRecorder recorder;
+  const FileFaults faults("open marker.txt * sharingViolation");
+  EXPECT_EQ(ReadMarkerFile(), kNoNoteId);
+  EXPECT_EQ(faults.OperationsAmong({"open marker.txt"}).size(), 5u);
+  EXPECT_EQ(LogLines(), Lines{"#DEBUG# - No marker file found"});
+}
+
+TEST_F(MarkerFileRest, MarkerThatIsMissingIsNotWaitedFor) {
+  const PauseRecorder recorder;
+  EXPECT_EQ(ReadMarkerFile(), kNoNoteId);
+  EXPECT_TRUE(recorder.pauses().empty());
+}
+
+TEST_F(MarkerFileRest, FolderOfThatNameIsNotWaitedFor) {
+  MakeFolder(PathOf(L"marker.txt"));
+  const PauseRecorder recorder;
+  EXPECT_EQ(ReadMarkerFile(), kNoNoteId);
+  DeleteLastMarkerFile();
+  EXPECT_TRUE(recorder.pauses().empty());
 }
 
 TEST_F(MarkerFileRest, DeletingThatFailsIsSilent) {

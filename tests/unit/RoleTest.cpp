@@ -175,6 +175,22 @@ TEST_F(LongOutputFolderTest, ExportWithoutArchiveHasShorterNames) {
   EXPECT_EQ(RoleWithOutputFolder(FolderOfLength(247)), Role::kRefused);
 }
 
+TEST_F(LongOutputFolderTest, ThatTheSystemTakesAsItStandsIsUsed) {
+  settings().archive = true;
+  EXPECT_EQ(RoleWithOutputFolder(L"\\\\?\\" + FolderOfLength(300)), Role::kSupervisor);
+}
+
+DWORD WINAPI TellAFolder(const wchar_t*) { return FILE_ATTRIBUTE_DIRECTORY; }
+
+// The system counts at most 32766 characters, its NUL left out.
+TEST_F(LongOutputFolderTest, ThatTheSystemTakesAsItStandsHasTheLengthThatItCounts) {
+  settings().archive = true;
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "GetFileAttributesW", TellAFolder);
+  const std::wstring longest = L"\\\\?\\" + std::wstring(32766 - 23 - 4, L'a');
+  EXPECT_EQ(RoleWithOutputFolder(longest), Role::kSupervisor);
+  EXPECT_EQ(RoleWithOutputFolder(longest + L'a'), Role::kRefused);
+}
+
 FARPROC WINAPI TellThatLongPathsAreEnabled(HMODULE, const char*) {
   return reinterpret_cast<FARPROC>(
       reinterpret_cast<void*>(static_cast<BOOLEAN(WINAPI*)()>([]() -> BOOLEAN { return TRUE; })));

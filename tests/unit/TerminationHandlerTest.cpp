@@ -104,6 +104,28 @@ TEST(TerminationHandlerThreadsDeathTest, ACrashOfAnotherThreadStopsTheBodyBefore
               "^the body is stopped;$");
 }
 
+void CrashAnotherThreadAndGoOn(BodyEnd) {
+  CrashAnotherThread();
+  Sleep(200);
+  std::fputs("closed;", stderr);
+  std::fflush(stderr);
+}
+
+TEST(TerminationHandlerThreadsDeathTest, ACrashOfAnotherThreadDuringTheClosingWaitsForIt) {
+  EXPECT_EXIT(RunWithTerminationHandler(RaiseForeignException,
+                                        {CrashAnotherThreadAndGoOn, kEndedThreadCode}),
+              testing::ExitedWithCode(static_cast<int>(0xE06D7363)), "^closed;$");
+}
+
+void CrashInTheClosing(BodyEnd) { RaiseAccessViolation(); }
+
+// Waiting for the end of the closing it would end with the code of the first crash.
+TEST(TerminationHandlerThreadsDeathTest, ACrashOfTheClosingItselfEndsTheProcessAtOnce) {
+  EXPECT_EXIT(
+      RunWithTerminationHandler(RaiseForeignException, {CrashInTheClosing, kEndedThreadCode}),
+      testing::ExitedWithCode(static_cast<int>(EXCEPTION_ACCESS_VIOLATION)), "^$");
+}
+
 std::mutex lockOfTheBody;
 
 void GoOnWithTheLock() {

@@ -72,7 +72,7 @@ Outcome EndedOutcome() {
   outcome.restarts = {{"2026-11-22T07:44:00Z", 0x906, "crash"},
                       {"2026-11-22T07:42:00Z", std::nullopt, "stall"}};
   outcome.stop = Stop{"2026-11-22T07:49:00Z", "user"};
-  outcome.resumed = {"2026-11-22T07:45:00Z"};
+  outcome.resumed = {{"2026-11-22T07:45:00Z", 0x0000090A}};
   outcome.lostViews = {{LossKind::kView, 0x106, "views", "a worker died at it"}};
   outcome.warnings = {{"disk", "less space is free than the database is large"}};
   outcome.account = ExampleAccount();

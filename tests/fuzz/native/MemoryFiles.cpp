@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/FileSystem.h"
+#include "base/FolderFiles.h"
 #include "tests/fuzz/Target.h"
 
 namespace larkspan {
@@ -44,6 +45,8 @@ std::FILE* OpenForWriting(const std::wstring& path) {
 
 }  // namespace
 
+bool FileExists(const std::wstring& path) { return files.contains(path); }
+
 namespace fuzz {
 
 void SetMemoryFile(const std::wstring& path, std::string_view bytes) { files[path] = bytes; }
@@ -75,9 +78,9 @@ bool Close(UniqueFile file) {
   return isClosed;
 }
 
-bool Append(const std::wstring& path, std::string_view bytes) {
+Appended Append(const std::wstring& path, std::string_view bytes) {
   files[path] += bytes;
-  return true;
+  return {.opened = true, .written = bytes.size(), .complete = true};
 }
 
 bool Delete(const std::wstring& path) { return files.erase(path) == 1; }

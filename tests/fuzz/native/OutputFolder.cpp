@@ -1,6 +1,8 @@
 // The output folder is a name in front of those of the files in memory.
 #include "tests/fuzz/OutputFolder.h"
 
+#include <utility>
+
 #include "base/Settings.h"
 #include "tests/fuzz/native/MemoryFiles.h"
 
@@ -9,7 +11,7 @@ namespace larkspan::fuzz {
 void UseOutputFolder() {
   Settings settings;
   settings.outputFolder = L"out";
-  SetProcessSettings(settings);
+  SetProcessSettings(std::move(settings));
 }
 
 void WriteOutputFile(std::wstring_view name, std::string_view bytes) {

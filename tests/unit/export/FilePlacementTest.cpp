@@ -105,6 +105,25 @@ TEST_F(ScriptedPlacementTest, ChunkMayBeLarge) {
   EXPECT_EQ(ReadBytes(final_), std::string(3000000, 'a') + "b");
 }
 
+std::vector<::DWORD> writes;
+
+BOOL WINAPI RecordWrite(HANDLE file, const void* bytes, ::DWORD size, ::DWORD* written,
+                        OVERLAPPED* overlapped) {
+  writes.push_back(size);
+  const auto original = reinterpret_cast<decltype(&WriteFile)>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "WriteFile")));
+  return original(file, bytes, size, written, overlapped);
+}
+
+// The C runtime writes by itself, past this program's own calls.
+TEST_F(ScriptedPlacementTest, AChunkIsOneWriteOfTheSystemWhateverItsLength) {
+  chunks = {"a", std::string(4097, 'b'), "c\nd", std::string(3000001, 'e')};
+  writes.clear();
+  const ReplacedEntryPoint replaced("KERNEL32.dll", "WriteFile", RecordWrite);
+  EXPECT_TRUE(ExportScripted().ok());
+  EXPECT_EQ(writes, (std::vector<::DWORD>{1, 4097, 4, 3000001}));
+}
+
 TEST_F(ScriptedPlacementTest, NothingStaysOpenBetweenChunks) {
   chunks = {"one", "two", "three"};
   int opened = 0;

@@ -76,9 +76,19 @@ TEST_P(ListingRunTest, ExceptionOutOfTheStartOfTheRuntimeIsTheSameError) {
   EXPECT_EQ(Calls("NotesTerm"), 0);
 }
 
-TEST_P(ListingRunTest, ExceptionOutOfTheEndOfTheRuntimeIsTheSameError) {
+TEST_P(ListingRunTest, ExceptionOutOfTheEndOfTheRuntimeIsAWarning) {
   ConfigureWithFaults(R"([{"entry": "NotesTerm", "call": 1, "action": "throw"}])");
   EXPECT_NO_THROW(Run());
+  ASSERT_NE(LogLines(), Lines());
+  EXPECT_EQ(LogLines().back(),
+            "#WARNING# - The end of the Notes runtime was ended by an exception");
+}
+
+TEST_P(ListingRunTest, AnEarlierEndOfTheRuntimeIsNotThatOfALaterListing) {
+  Configure();
+  Run();
+  ConfigureWithFaults(R"([{"entry": "NotesInitExtended", "action": "throw"}])");
+  Run();
   ASSERT_NE(LogLines(), Lines());
   EXPECT_EQ(LogLines().back(), "#ERROR# - The listing was ended by an exception");
 }
@@ -89,6 +99,13 @@ TEST_P(ListingRunTest, ExceptionAtTheEndAfterAnotherIsNotToldAgain) {
                           {"entry": "NotesTerm", "call": 1, "action": "throw"}])");
   EXPECT_NO_THROW(Run());
   EXPECT_EQ(OnlyError(), "The listing was ended by an exception");
+}
+
+TEST_P(ListingRunTest, PasswordDoesNotStayInTheSettings) {
+  ChangeSettings([](Settings& settings) { settings.idPassword = L"secret"; });
+  Configure();
+  Run();
+  EXPECT_EQ(ProcessSettings().idPassword, L"");
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, ListingRunTest,

@@ -1,10 +1,14 @@
 #include "notes/Identity.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
+#include <windows.h>
 
 #include <string>
+#include <string_view>
 
 #include "tests/support/NotesFixture.h"
+#include "tests/support/ReplacedEntryPoint.h"
 
 namespace larkspan {
 namespace {
@@ -143,6 +147,50 @@ TEST_F(IdentityTest, DecryptionWithTextsThatDoNotFitIsRefused) {
   EXPECT_EQ(DecryptTestNote(kTooLong, L"Rittersporn").code(), 274);
   EXPECT_EQ(DecryptTestNote(L"imke.id", kTooLong).code(), 274);
   EXPECT_EQ(Calls("SECKFMOpen"), 0);
+}
+
+// What this program frees is looked at just before.
+constexpr std::string_view kSecret = "Rittersporn";
+int freedSecrets = 0;
+
+void FreeAndLook(void* block) {
+  if (block != nullptr) {
+    const std::string_view bytes(static_cast<const char*>(block), _msize(block));
+    if (bytes.find(kSecret) != bytes.npos) ++freedSecrets;
+  }
+  const auto original = reinterpret_cast<void (*)(void*)>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"msvcrt.dll"), "free")));
+  original(block);
+}
+
+class FreedPasswordTest : public IdentityTest {
+ protected:
+  FreedPasswordTest() { freedSecrets = 0; }
+  ~FreedPasswordTest() override { EXPECT_EQ(freedSecrets, 0); }
+
+ private:
+  const ReplacedEntryPoint free_{"msvcrt.dll", "free", FreeAndLook};
+};
+
+TEST_F(FreedPasswordTest, SwitchLeavesNone) {
+  EXPECT_TRUE(SwitchId(L"imke.id", L"Rittersporn").ok());
+}
+
+TEST_F(FreedPasswordTest, DecryptionLeavesNone) {
+  EXPECT_TRUE(DecryptTestNote(L"imke.id", L"Rittersporn").ok());
+}
+
+// One that could be cut is translated twice.
+TEST_F(FreedPasswordTest, LongPasswordsLeaveNone) {
+  const std::wstring name = L"Rittersporn";
+  EXPECT_FALSE(SwitchId(L"imke.id", name + std::wstring(1023 - name.size(), L'x')).ok());
+  EXPECT_FALSE(SwitchId(L"imke.id", name + kTooLong).ok());
+}
+
+TEST_F(FreedPasswordTest, IsSeenWhereItIsLeft) {
+  { const std::string left(std::string(100, 'x') + std::string(kSecret)); }
+  EXPECT_GE(freedSecrets, 1);
+  freedSecrets = 0;
 }
 
 }  // namespace

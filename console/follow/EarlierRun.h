@@ -1,0 +1,25 @@
+// The run that --resume takes up again.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "console/account/Outcome.h"
+#include "console/follow/ExportRequest.h"
+
+namespace larkspan::console {
+
+// Whether the run was of this database, in this form.
+bool IsSameExport(const Outcome& outcome, const ExportRequest& request);
+
+// The run is done: nothing is left to go on with.
+bool IsFinished(const Outcome& outcome);
+
+// The folder to go on in; none when there is nothing to go on with, and the export just begins.
+std::optional<std::wstring> FolderToResume(const ExportRequest& request);
+
+// Takes what the request leaves open, and the exporter's options, from the run that is taken up
+// again. Empty, or a sentence that says why it cannot be.
+std::string AdoptEarlierRun(ExportRequest& request);
+
+}  // namespace larkspan::console

@@ -1,0 +1,40 @@
+// The folder that an export goes into, before the exporter is started and after it has ended.
+#pragma once
+
+#include <string>
+
+#include "console/follow/SystemHandle.h"
+
+namespace larkspan::console {
+
+// The path with its drive, without a backslash at its end unless it is the root of a drive.
+std::wstring WholePath(const std::string& path);
+
+// Makes the folder, and those above it, and writes a probe into it that it takes away again. Empty
+// when the folder is there, empty and can be written to; else a sentence that says why not.
+std::string MakeEmptyFolder(const std::wstring& folder);
+
+bool FolderExists(const std::wstring& folder);
+bool IsEmptyFolder(const std::wstring& folder);
+
+// Held by the one console program that may work in a folder.
+class FolderLock {
+ public:
+  explicit FolderLock(std::wstring folder);
+
+  // False: another one is at work there.
+  bool IsHeld() const { return isHeld_; }
+
+ private:
+  SystemHandle mutex_;
+  bool isHeld_ = false;
+};
+
+// acl.dxl and db.dxl of a run that is taken up again in the same folder: the exporter does not
+// replace an acl.dxl, and says something untrue of it.
+void MoveAside(const std::wstring& folder);
+
+// Puts back what the later run did not make, and takes the rest away.
+void SettleMovedAside(const std::wstring& folder);
+
+}  // namespace larkspan::console
