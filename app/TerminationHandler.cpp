@@ -28,8 +28,7 @@ constexpr DWORD kForeignException = 0xE06D7363;
 TerminationHandler registered{};
 std::atomic<bool> closingBegun{false};
 std::atomic<DWORD> closingThreadId{0};
-std::atomic<bool> crashed{false};
-std::atomic<UINT> crashCode{0};
+std::atomic<UINT> crashCode{0};  // Of the first crash; 0: there was none.
 HANDLE closingLimited = nullptr;
 HANDLE closingHandedOver = nullptr;
 HANDLE bodyThread = nullptr;
@@ -47,10 +46,11 @@ void RunClosingOnce(BodyEnd end) {
   registered.closing(end);
 }
 
-// The first crash counts, and has its time for the closing.
+// The first crash counts, and has its time for the closing. Its code is what marks it, since a
+// thread without stack can end between any two steps here.
 bool BeginCrash(UINT code) {
-  if (crashed.exchange(true)) return false;
-  crashCode = code;
+  UINT none = 0;
+  if (!crashCode.compare_exchange_strong(none, code)) return false;
   SetEvent(closingLimited);
   return true;
 }
@@ -86,7 +86,10 @@ DWORD WINAPI CloseForOtherThread(void*) {
   const DWORD event = WaitForMultipleObjects(2, events, FALSE, INFINITE);
   if (event == WAIT_FAILED) return 0;
   if (event == WAIT_OBJECT_0) StopBodyThread();
-  if (event == WAIT_OBJECT_0 + 1) BeginCrash(registered.endedThreadCode);
+  if (event == WAIT_OBJECT_0 + 1) {
+    BeginCrash(registered.endedThreadCode);
+    SetEvent(closingLimited);
+  }
   CloseAndEnd();
 }
 

@@ -1,6 +1,7 @@
 // larkspan-console export
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,18 +33,18 @@ struct ExportOptions {
   bool quiet = false;
 };
 
-// "90s", "10m", "2h"; a number alone is seconds.
+// "90s", "10m", "2h"; a number alone is seconds. At least a second.
 std::optional<std::uint64_t> Milliseconds(const std::string& text) {
   double number = 0;
   const char* const end = text.data() + text.size();
   const auto [unit, error] = std::from_chars(text.data(), end, number);
   const std::string_view word(unit, static_cast<std::size_t>(end - unit));
-  if (error != std::errc() || number <= 0 || number > 1e6) return std::nullopt;
+  if (error != std::errc() || !std::isfinite(number) || number > 1e6) return std::nullopt;
   const double seconds = word == "h"                   ? 3600
                          : word == "m"                 ? 60
                          : word == "s" || word.empty() ? 1
                                                        : 0;
-  if (seconds == 0) return std::nullopt;
+  if (number * seconds < 1) return std::nullopt;
   return static_cast<std::uint64_t>(number * seconds * 1000);
 }
 
@@ -54,7 +55,9 @@ std::optional<LossLimit> ParseLossLimit(std::string text) {
   if (limit.isPercentage) text.pop_back();
   const char* const end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, limit.value);
-  if (error != std::errc() || rest != end || limit.value < 0) return std::nullopt;
+  if (error != std::errc() || rest != end || !std::isfinite(limit.value) || limit.value < 0) {
+    return std::nullopt;
+  }
   return limit;
 }
 

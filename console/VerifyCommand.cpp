@@ -13,6 +13,7 @@
 #include "console/account/AccountText.h"
 #include "console/account/Verify.h"
 #include "console/show/Output.h"
+#include "console/text/Sizes.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -35,8 +36,8 @@ class ProgressLine {
     constexpr std::size_t kBarCells = 20;
     const auto filled = static_cast<std::size_t>(done * kBarCells / all);
     std::string line = "Checking [" + std::string(filled, '#') +
-                       std::string(kBarCells - filled, '.') + "] " + GroupedNumber(done) + " of " +
-                       GroupedNumber(all) + " files";
+                       std::string(kBarCells - filled, '.') + "] " + GroupedText(done) + " of " +
+                       GroupedText(all) + " files";
     // In the last column a terminal would begin a new line.
     line.resize(static_cast<std::size_t>(std::max(1, output_.Width() - 1)), ' ');
     output_.Write("\r" + line);

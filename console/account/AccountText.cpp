@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "console/text/Sizes.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -24,10 +25,6 @@ std::string Padded(std::string text, std::size_t width) {
 
 std::string RightAligned(const std::string& text, std::size_t width) {
   return std::string(width - std::min(width, text.size()), ' ') + text;
-}
-
-std::string Count(std::uint64_t number, const std::string& one, const std::string& many) {
-  return GroupedNumber(number) + " " + (number == 1 ? one : many);
 }
 
 std::string WithoutControls(std::string text) {
@@ -55,11 +52,11 @@ class Section {
 
   std::string Text(const char* title) const {
     if (count_ == 0) return {};
-    std::string text = "\n" + std::string(title) + " (" + GroupedNumber(count_) + "):\n";
+    std::string text = "\n" + std::string(title) + " (" + GroupedText(count_) + "):\n";
     for (const Group& group : groups_) {
       for (const std::string& line : group.lines) text += "  " + WithoutControls(line) + "\n";
       const std::uint64_t more = group.count - group.lines.size();
-      if (more != 0) text += "  and " + GroupedNumber(more) + " more (--json lists all)\n";
+      if (more != 0) text += "  and " + GroupedText(more) + " more (--json lists all)\n";
     }
     return text;
   }
@@ -85,8 +82,8 @@ std::string FoldersText(const Account& account) {
   std::string text;
   for (const FolderCount& folder : account.folders) {
     const std::string name = folder.name.empty() ? "(top)" : folder.name;
-    text += "  " + Padded(name, 8) + RightAligned(GroupedNumber(folder.files), 10) + " files" +
-            RightAligned(GroupedNumber(folder.bytes), 18) + " bytes\n";
+    text += "  " + Padded(name, 8) + RightAligned(GroupedText(folder.files), 10) + " files" +
+            RightAligned(GroupedText(folder.bytes), 18) + " bytes\n";
   }
   return text;
 }
@@ -117,30 +114,24 @@ std::string WarningsText(const Account& account) {
 
 std::string LossesVerdict(const Account& account) {
   const std::uint64_t lost = account.notes.lost + account.notes.notReached;
-  const std::string listed = Count(account.notes.listed, "note", "notes");
+  const std::string listed = CountText(account.notes.listed, "note", "notes");
   if (lost != 0)
-    return GroupedNumber(lost) + " of " + listed + (lost == 1 ? " is" : " are") +
-           " lost; each is listed.";
+    return GroupedText(lost) + " of " + listed + (lost == 1 ? " is" : " are") +
+           " lost; each loss is listed.";
   return "All of " + listed + " exported, with " +
-         Count(account.losses.size(), "loss that is listed.", "losses; each is listed.");
+         CountText(account.losses.size(), "loss that is listed.", "losses; each is listed.");
 }
 
 }  // namespace
 
-std::string GroupedNumber(std::uint64_t number) {
-  std::string text = std::to_string(number);
-  for (std::size_t at = text.size(); at > 3; at -= 3) text.insert(at - 3, ",");
-  return text;
-}
-
 std::string VerdictText(const Account& account) {
   switch (account.Verdict()) {
     case ExitCode::kWhole:
-      return "Whole: all " + Count(account.notes.listed, "note is", "notes are") + " exported.";
+      return "Whole: all " + CountText(account.notes.listed, "note is", "notes are") + " exported.";
     case ExitCode::kLosses:
       return LossesVerdict(account);
     default:
-      return "Not accounted for: " + Count(account.findings.size(), "thing is", "things are") +
+      return "Not accounted for: " + CountText(account.findings.size(), "thing is", "things are") +
              " not as " + (account.findings.size() == 1 ? "it" : "they") + " must be.";
   }
 }

@@ -16,7 +16,4 @@ std::string VerdictText(const Account& account);
 // question marks.
 std::string AccountText(const Account& account);
 
-// "1,234".
-std::string GroupedNumber(std::uint64_t number);
-
 }  // namespace larkspan::console

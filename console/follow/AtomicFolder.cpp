@@ -17,23 +17,24 @@ constexpr wchar_t kSuffix[] = L".attempt-";
 constexpr int kTries = 120;
 constexpr std::chrono::milliseconds kPause{250};
 
-// 0: the name is none of an attempt.
-unsigned AttemptNumber(std::wstring_view name) {
-  const std::size_t place = name.rfind(kSuffix);
-  if (place == name.npos) return 0;
-  const std::string digits = WideToUtf8(name.substr(place + std::size(kSuffix) - 1));
+// What stands behind the suffix; 0: no number, or not as this program writes it.
+unsigned AttemptNumber(std::wstring_view text) {
+  const std::string digits = WideToUtf8(text);
   unsigned number = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  return error == std::errc() && end == digits.data() + digits.size() ? number : 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return std::to_string(number) == digits ? number : 0;
 }
 
 unsigned LastAttemptNumber(const std::wstring& out) {
+  const std::wstring beginning = out + kSuffix;
+  const std::size_t length = beginning.size() - (beginning.find_last_of(L'\\') + 1);
   WIN32_FIND_DATAW found{};
-  const HANDLE search = FindFirstFileW((out + kSuffix + L'*').c_str(), &found);
+  const HANDLE search = FindFirstFileW((beginning + L'*').c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return 0;
   unsigned last = 0;
   do {
-    last = std::max(last, AttemptNumber(found.cFileName));
+    const std::wstring_view name = found.cFileName;
+    last = std::max(last, AttemptNumber(name.substr(std::min(length, name.size()))));
   } while (FindNextFileW(search, &found));
   FindClose(search);
   return last;

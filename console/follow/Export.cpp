@@ -175,8 +175,9 @@ class Export {
       return;
     }
     follower.Follow(exporter);
+    // Whoever ends it from outside may do that with the same code.
     constexpr DWORD kRefused = 1;
-    if (exporter.ExitCode() == kRefused) {
+    if (exporter.ExitCode() == kRefused && !FileExists(output::Join(folder(), output::kAudit))) {
       facts_.notStarted =
           "larkspan.exe refused its command line, or the folder '" + WideToUtf8(folder()) + "'";
     }

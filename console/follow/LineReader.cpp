@@ -21,16 +21,21 @@ std::vector<std::string> LineSplitter::Add(std::string_view bytes) {
   return lines;
 }
 
+std::string LineSplitter::TakeRest() { return std::exchange(rest_, {}); }
+
+void FileTail::BeginAnew() {
+  position_ = 0;
+  splitter_ = {};
+}
+
 std::vector<std::string> FileTail::ReadNewLines() {
   const SystemHandle file(CreateFileW(path_.c_str(), GENERIC_READ,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file && GetLastError() == ERROR_FILE_NOT_FOUND) BeginAnew();
   LARGE_INTEGER size{};
   if (!file || !GetFileSizeEx(file.get(), &size)) return {};
-  if (static_cast<std::uint64_t>(size.QuadPart) < position_) {
-    position_ = 0;
-    splitter_ = {};
-  }
+  if (static_cast<std::uint64_t>(size.QuadPart) < position_) BeginAnew();
   LARGE_INTEGER position;
   position.QuadPart = static_cast<LONGLONG>(position_);
   SetFilePointerEx(file.get(), position, nullptr, FILE_BEGIN);

@@ -33,6 +33,7 @@ std::optional<std::string> LineSource::NextLine() {
   {
     std::unique_lock lock(shared_->mutex);
     shared_->changed.wait(lock, [this] { return !shared_->lines.empty() || shared_->ended; });
+    if (shared_->lines.empty() && !shared_->rest.empty()) return std::exchange(shared_->rest, {});
   }
   return TakeOne();
 }
@@ -81,6 +82,7 @@ void LineSource::Read(const std::shared_ptr<Shared>& shared) {
   }
   std::unique_lock lock(shared->mutex);
   shared->ended = true;
+  shared->rest = splitter.TakeRest();
   shared->changed.notify_all();
   const std::function<void()> onEnd = std::exchange(shared->onEnd, {});
   lock.unlock();

@@ -33,7 +33,8 @@ class LineSource {
   // The lines that nobody has taken yet, without their ends.
   std::vector<std::string> Take();
 
-  // The next line; waits for it. No value at the end.
+  // The next line; waits for it. What stands behind the last line end is a line here alone: what a
+  // writer was ended at says nothing. No value at the end.
   std::optional<std::string> NextLine();
 
   // The next line, if there is one.
@@ -56,6 +57,7 @@ class LineSource {
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<std::string> lines;
+    std::string rest;  // Behind the last line end, once all is read.
     bool ended = false;
     std::function<void()> onEnd;
   };

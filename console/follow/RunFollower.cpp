@@ -241,9 +241,7 @@ void RunFollower::EndHungWorker(Exporter& exporter) {
 }
 
 void RunFollower::TakeStops(Exporter& exporter) {
-  if (options_.stopOnBrokenOutput && display_.OutputBroken() && stops_.Count() == 0) {
-    stops_.Ask("output");
-  }
+  if (options_.stopOnBrokenOutput && display_.OutputBroken()) stops_.AskOnce("output");
   if (stops_.Count() > 0) Stop(stops_.FirstReason());
   if (stopAsked_) exporter.AskToStop();
   if (stops_.IsSessionEnding() && !sessionEndsAt_) sessionEndsAt_ = Now() + kSessionEndMilliseconds;

@@ -33,8 +33,15 @@ void StopRequests::Ask(const char* reason) {
   SetEvent(event_.get());
 }
 
+void StopRequests::AskOnce(const char* reason) {
+  const char* none = nullptr;
+  if (!reason_.compare_exchange_strong(none, reason)) return;
+  ++count_;
+  SetEvent(event_.get());
+}
+
 void StopRequests::AskCurrent(const char* reason) {
-  if (StopRequests* const requests = theRequests) requests->Ask(reason);
+  if (StopRequests* const requests = theRequests) requests->AskOnce(reason);
 }
 
 BOOL WINAPI StopRequests::HandleControl(DWORD control) {

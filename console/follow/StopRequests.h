@@ -34,7 +34,11 @@ class StopRequests {
   // One more request, from any thread. The reason is a word that stays where it is.
   void Ask(const char* reason);
 
-  // A request to the object that there is, if there is one, from any thread.
+  // The same, but nothing when the end was asked for before: where a caller ends, its pipes and the
+  // Ctrl+C that ended it come together, and mean no haste.
+  void AskOnce(const char* reason);
+
+  // AskOnce of the object that there is, if there is one, from any thread.
   static void AskCurrent(const char* reason);
 
   // Lets a session that ends go on: nothing is at work any more.

@@ -1,6 +1,6 @@
 #include "console/show/PlainLine.h"
 
-#include "console/show/Sizes.h"
+#include "console/text/Sizes.h"
 
 namespace larkspan::console {
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <utility>
 
-#include "console/show/Sizes.h"
 #include "console/show/StatusParts.h"
 #include "console/show/TextWidth.h"
+#include "console/text/Sizes.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "console/show/Sizes.h"
 #include "console/show/TextWidth.h"
+#include "console/text/Sizes.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {

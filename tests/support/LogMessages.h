@@ -17,6 +17,7 @@ inline constexpr char kWorkerBegins[] = "Top of Archive Main Loop with nid ";
 inline constexpr char kMarkerRead[] = "ReadMarkerFile returned ";
 inline constexpr char kWorkerReturned[] = "Child process returned ";
 inline constexpr char kExportException[] = "The export was ended by an exception";
+inline constexpr char kEndException[] = "The end of the Notes runtime was ended by an exception";
 inline constexpr char kCountMismatch[] = "Document count mismatch: ";
 
 }  // namespace larkspan::message

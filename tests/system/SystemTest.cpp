@@ -1,10 +1,8 @@
 #include "tests/system/SystemTest.h"
 
 #include <algorithm>
-#include <cstdint>
 
 #include "tests/support/FileBytes.h"
-#include "tests/support/RunTexts.h"
 
 namespace larkspan::testing {
 
@@ -58,20 +56,6 @@ Lines Tail(const Lines& lines, std::size_t count) {
   const std::size_t skipped = lines.size() - std::min(count, lines.size());
   return Lines(lines.begin() + static_cast<std::ptrdiff_t>(skipped), lines.end());
 }
-
-std::string DocumentsJson(int count, const std::string& members) {
-  std::string notes;
-  for (int i = 0; i < count; ++i) {
-    if (i > 0) notes += ",";
-    notes += R"({"id": ")" + NoteIdText(0x902 + 4 * static_cast<std::uint32_t>(i)) +
-             R"(", "items": [{"name": "Form", "text": "Note"}, )"
-             R"({"name": "Subject", "text": "Note )" +
-             std::to_string(i + 1) + R"("}, {"name": "Body", "richText": ["Some text."]}]})";
-  }
-  return "{" + members + R"("sizeKilobytes": 64, "notes": [)" + notes + "]}";
-}
-
-std::string FaultsMember(const std::string& faults) { return R"("faults": [)" + faults + "], "; }
 
 Lines Join(std::vector<Lines> parts) {
   Lines all;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/ClosingBlock.h"
+#include "tests/support/DatabaseJson.h"
 #include "tests/support/ExportRun.h"
 #include "tests/support/Lines.h"
 
@@ -50,13 +51,6 @@ int CountLines(const Lines& lines, const std::string& line);
 
 // The last lines of a list.
 Lines Tail(const Lines& lines, std::size_t count);
-
-// A database of so many documents, with the IDs 00000902, 00000906 and so on, and further members
-// of the database's JSON object, each followed by a comma.
-std::string DocumentsJson(int count, const std::string& members = "");
-
-// The "faults" member of a database, with its comma, from the text of one or more faults.
-std::string FaultsMember(const std::string& faults);
 
 // One list after another.
 Lines Join(std::vector<Lines> parts);

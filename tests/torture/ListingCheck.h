@@ -12,7 +12,6 @@ namespace larkspan::torture {
 // The beginning of the line that tells of an exception out of the library.
 inline constexpr char kListingException[] = "The listing was ended by an exception";
 inline constexpr char kListingCrash[] = "The listing was ended by a crash";
-inline constexpr char kEndException[] = "The end of the Notes runtime was ended by an exception";
 
 // A scan whose search ends has the line of the server, and that of a match that was handed over.
 inline std::size_t LinesBeforeTheEnd(bool afterAMatch) { return afterAMatch ? 2 : 1; }

@@ -2,6 +2,7 @@
 // there, whole, and the exit code says that it was ended.
 #include "tests/torture/ListingCrashes.h"
 
+#include "tests/support/LogMessages.h"
 #include "tests/torture/Check.h"
 #include "tests/torture/CrashCase.h"
 #include "tests/torture/FaultCase.h"
@@ -24,7 +25,7 @@ bool IsCrash(const Death& death) {
 
 // An exception out of the end of the runtime costs nothing of the listing.
 std::string_view ExceptionLine(const CrashCase& crash) {
-  return crash.entry == "NotesTerm" ? kEndException : kListingException;
+  return crash.entry == "NotesTerm" ? message::kEndException : kListingException;
 }
 
 Expectation ExpectationOf(const CrashCase& crash) {

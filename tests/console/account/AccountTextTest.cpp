@@ -21,7 +21,7 @@ TEST(VerdictTextTest, SaysWhatCameOut) {
   EXPECT_EQ(VerdictText(account), "All of 1,058 notes exported, with 2 losses; each is listed.");
   account.notes.lost = 2;
   account.notes.notReached = 1;
-  EXPECT_EQ(VerdictText(account), "3 of 1,058 notes are lost; each is listed.");
+  EXPECT_EQ(VerdictText(account), "3 of 1,058 notes are lost; each loss is listed.");
   account.findings.resize(1);
   EXPECT_EQ(VerdictText(account), "Not accounted for: 1 thing is not as it must be.");
   account.findings.resize(2);
@@ -71,13 +71,6 @@ TEST(AccountTextTest, ATerminalIsGivenNoControlCharacters) {
                      "a\x1B[31m\r\nb\x7F\xC2\x9B"
                      "c\xC3\xA4"}};
   EXPECT_NE(AccountText(account).find("open      a?[31m??b??c\xC3\xA4\n"), std::string::npos);
-}
-
-TEST(GroupedNumberTest, HasCommasBetweenThousands) {
-  EXPECT_EQ(GroupedNumber(0), "0");
-  EXPECT_EQ(GroupedNumber(999), "999");
-  EXPECT_EQ(GroupedNumber(1000), "1,000");
-  EXPECT_EQ(GroupedNumber(1234567), "1,234,567");
 }
 
 }  // namespace

@@ -167,7 +167,7 @@ TEST_F(VerifySystemTest, SaysInWordsWhatCameOut) {
   run_.Export(L"crash-middle.nsf", {L"-archive"});
   const ProgramResult result = Verify();
   EXPECT_EQ(result.exitCode, 3u);
-  EXPECT_TRUE(result.standardOutput.starts_with("1 of 5 notes is lost; each is listed.\n"))
+  EXPECT_TRUE(result.standardOutput.starts_with("1 of 5 notes is lost; each loss is listed.\n"))
       << result.standardOutput;
   EXPECT_NE(result.standardOutput.find("  0000090A  note        crash     a worker died at it\n"),
             std::string::npos);

@@ -1,4 +1,4 @@
-#include "console/show/Sizes.h"
+#include "console/text/Sizes.h"
 
 #include <array>
 #include <cstdio>
