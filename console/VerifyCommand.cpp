@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -77,6 +78,17 @@ void Show(const VerifyOptions& options, const Account& account, Output& output) 
   }
 }
 
+// A program that ends by an exception has an exit code that means losses.
+std::optional<Account> Verify(const VerifyOptions& options, const VerifyProgress& progress,
+                              std::string& whyNot) {
+  try {
+    return VerifyFolder(Utf8ToWide(options.folder), progress, whyNot);
+  } catch (const std::exception& exception) {
+    whyNot = std::string("The folder could not be judged: ") + exception.what();
+    return std::nullopt;
+  }
+}
+
 ExitCode RunVerify(const VerifyOptions& options) {
   Output output(STD_OUTPUT_HANDLE);
   ProgressLine line(output);
@@ -87,7 +99,7 @@ ExitCode RunVerify(const VerifyOptions& options) {
       return true;
     };
   std::string whyNot;
-  const std::optional<Account> account = VerifyFolder(Utf8ToWide(options.folder), progress, whyNot);
+  const std::optional<Account> account = Verify(options, progress, whyNot);
   line.Clear();
   if (!account) return RefuseFolder(options, whyNot);
   Show(options, *account, output);

@@ -33,10 +33,12 @@ class ReadingCrew {
     constexpr std::size_t kFilesWorthAThread = 32;
     const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
     atWork_ = std::min({processors, kMostThreads, files_.size() / kFilesWorthAThread + 1});
-    std::vector<std::thread> threads(atWork_);
-    for (std::thread& thread : threads) thread = std::thread([this] { ReadSome(); });
-    Await(progress);
-    for (std::thread& thread : threads) thread.join();
+    {
+      // Each is joined at the end of its life, also when the system gives no more of them.
+      std::vector<std::jthread> threads(atWork_);
+      for (std::jthread& thread : threads) thread = std::jthread([this] { ReadSome(); });
+      Await(progress);
+    }
     if (failed_) throw std::bad_alloc();
     return !brokenOff_;
   }

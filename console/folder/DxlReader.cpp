@@ -81,11 +81,11 @@ class DxlReader::Parser {
     XML_SetCharacterDataHandler(parser_, &Characters);
   }
 
-  // False when the system refuses.
+  // False when the system refuses, or has no memory left for a single tag.
   bool ReadPieces(SharedFile& file) {
     while (true) {
       void* const buffer = XML_GetBuffer(parser_, kPiece);
-      if (buffer == nullptr) throw std::bad_alloc();
+      if (buffer == nullptr) return false;
       const std::optional<std::size_t> size =
           file.Read({static_cast<char*>(buffer), std::size_t{kPiece}});
       if (!size) return false;

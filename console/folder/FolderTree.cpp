@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace larkspan::console {
@@ -12,8 +14,17 @@ using Visit = std::function<void(const TreeEntry&)>;
 
 TreeEntry::Kind KindOf(const WIN32_FIND_DATAW& found) {
   if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return TreeEntry::Kind::kFile;
-  const bool leadsElsewhere = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  // Other such points are files that a store keeps elsewhere, and are read like any.
+  const bool leadsElsewhere = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+                              IsReparseTagNameSurrogate(found.dwReserved0);
   return leadsElsewhere ? TreeEntry::Kind::kLink : TreeEntry::Kind::kFolder;
+}
+
+// An export is one folder deep. Where a system does not say of a folder that it leads elsewhere,
+// one that leads back would have no end.
+bool IsTooDeep(std::wstring_view relative) {
+  constexpr std::ptrdiff_t kDeepest = 32;
+  return std::count(relative.begin(), relative.end(), L'\\') > kDeepest;
 }
 
 bool IsItselfOrParent(std::wstring_view name) { return name == L"." || name == L".."; }
@@ -47,7 +58,7 @@ bool VisitTree(const std::wstring& folder, const Visit& visit) {
   while (!left.empty()) {
     const std::wstring relative = left.back();
     left.pop_back();
-    if (!VisitFolder(folder, relative, visit, left))
+    if (IsTooDeep(relative) || !VisitFolder(folder, relative, visit, left))
       visit({relative, L"", TreeEntry::Kind::kUnlisted, 0});
   }
   return true;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "console/account/Verify.h"
@@ -93,6 +94,13 @@ TEST_F(FolderChecksTest, AHiddenFileIsAFileLikeAnother) {
 TEST_F(FolderChecksTest, AnEmptyFolderIsNoFinding) {
   std::filesystem::create_directory(export_.folder() + L"\\empty");
   EXPECT_EQ(ToldAll(), Lines());
+}
+
+TEST_F(FolderChecksTest, AFolderBeyondAllDepthIsNotLookedInto) {
+  std::string name;
+  for (int i = 0; i < 34; ++i) name += "a/";
+  export_.WriteFile(name + "file", "x");
+  EXPECT_EQ(ToldAll(), Lines{"unreadable " + name.substr(0, 33 * 2 - 1)});
 }
 
 TEST_F(FolderChecksTest, FilesOfOtherPeoplesLanguagesAreNamed) {

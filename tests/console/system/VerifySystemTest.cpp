@@ -148,6 +148,13 @@ TEST_F(VerifySystemTest, ACrashInTheEndOfTheRuntimeIsAWarning) {
   EXPECT_EQ(Verify({L"--quiet"}).exitCode, 0u);
 }
 
+TEST_F(VerifySystemTest, NotesThatAStoppedRunLeftOutAreUnaccounted) {
+  run_.AddDatabase(L"few.nsf", kOneDocument);
+  run_.Export(L"few.nsf", {L"-archive", L"-pipe", L"0"});
+  EXPECT_EQ(Told(VerifyHere()), (Lines{"unaccounted 00000902", "incomplete audit.txt"}));
+  EXPECT_EQ(Verify({L"--quiet"}).exitCode, 5u);
+}
+
 TEST_F(VerifySystemTest, AUsedFolderContradictsItself) {
   run_.AddDatabase(L"few.nsf", kOneDocument);
   run_.Export(L"few.nsf", {L"-archive"});
