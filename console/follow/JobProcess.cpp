@@ -116,7 +116,9 @@ StartedProcess ExportProcesses::Start(const std::wstring& program, std::wstring 
   startup.StartupInfo.hStdOutput = output_.writeEnd.get();
   startup.lpAttributeList = inherited.list();
   PROCESS_INFORMATION created{};
-  constexpr DWORD kFlags = CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT;
+  // In a group of its own, since a Ctrl+C is for this program, which passes it on as a stop.
+  constexpr DWORD kFlags =
+      CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT | CREATE_NEW_PROCESS_GROUP;
   if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, kFlags, nullptr,
                       nullptr, &startup.StartupInfo, &created)) {
     return {{}, 0, GetLastError()};

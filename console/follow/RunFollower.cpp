@@ -102,6 +102,7 @@ void RunFollower::Follow(Exporter& exporter) {
     LookForStall(exporter);
     Show();
   }
+  if (stops_.Count() > 0) Stop(stops_.FirstReason());
   // A worker whose supervisor was ended from outside would go on by itself.
   exporter.EndAll();
   lines.AwaitEnd(kLastLines);
