@@ -1,11 +1,10 @@
 // How many files lie in which folder, and how large they are: a table whose numbers have bars.
 #include <algorithm>
+#include <cmath>
 #include <map>
 
-#include "console/account/AccountText.h"
 #include "console/page/Html.h"
 #include "console/page/Sections.h"
-#include "console/page/Times.h"
 #include "console/text/Sizes.h"
 
 namespace larkspan::console {
@@ -29,13 +28,12 @@ std::string Bar(std::uint64_t number, std::uint64_t largest, const std::string& 
   constexpr std::uint64_t kLength = 200;
   const double share =
       largest == 0 ? 0 : static_cast<double>(number) / static_cast<double>(largest);
-  const auto length = static_cast<std::uint64_t>(share * kLength + 0.5);
-  return "<svg viewBox=\"0 0 200 6\" preserveAspectRatio=\"none\" role=\"img\" aria-label=\"" +
+  const auto length = static_cast<std::uint64_t>(std::lround(share * kLength));
+  return R"(<svg viewBox="0 0 200 6" preserveAspectRatio="none" role="img" aria-label=")" +
          Html(words) +
-         "\"><rect class=\"track\" width=\"200\" height=\"6\"/>"
-         "<rect class=\"bar\" width=\"" +
+         R"("><rect class="track" width="200" height="6"/><rect class="bar" width=")" +
          std::to_string(number > 0 ? std::max<std::uint64_t>(length, 2) : 0) +
-         "\" height=\"6\"/></svg>";
+         R"(" height="6"/></svg>)";
 }
 
 struct Totals {

@@ -2,10 +2,8 @@
 #include <algorithm>
 #include <array>
 
-#include "console/account/AccountText.h"
 #include "console/page/Html.h"
 #include "console/page/Sections.h"
-#include "console/page/Times.h"
 #include "console/text/Sizes.h"
 
 namespace larkspan::console {
@@ -16,7 +14,7 @@ namespace {
 std::string Place(const PageContent& content) {
   const std::string path = PathOf(content);
   if (path.empty()) return {};
-  return "<p class=\"quiet\"><bdi class=\"path\">" + Html(path) + "</bdi> on <bdi>" +
+  return R"(<p class="quiet"><bdi class="path">)" + Html(path) + "</bdi> on <bdi>" +
          Html(ServerOf(content)) + "</bdi></p>\n";
 }
 
@@ -105,10 +103,10 @@ std::string FatesPicture(const NoteCounts& notes) {
   std::uint64_t before = 0;
   for (const Fate& fate : fates) {
     if (fate.count == 0) continue;
-    bars += std::string("<rect class=\"fill-") + fate.style + "\" x=\"" +
-            std::to_string(before * 1000 / all) + "\" width=\"" +
+    bars += std::string("<rect class=\"fill-") + fate.style + R"(" x=")" +
+            std::to_string(before * 1000 / all) + R"(" width=")" +
             std::to_string((before + fate.count) * 1000 / all - before * 1000 / all) +
-            "\" height=\"10\"/>";
+            R"(" height="10"/>)";
     before += fate.count;
     words += std::string("<li class=\"tone-") + fate.style + "\">" + GroupedText(fate.count) + " " +
              fate.words + "</li>";

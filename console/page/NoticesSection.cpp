@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "console/account/AccountText.h"
 #include "console/page/Html.h"
 #include "console/page/Notices.h"
 #include "console/page/Sections.h"
-#include "console/page/Times.h"
 #include "console/text/Sizes.h"
 
 namespace larkspan::console {
@@ -122,7 +120,7 @@ std::string NoticesSection(const PageContent& content) {
          "<p class=\"empty\" id=\"none\" hidden>Nothing matches the filter.</p>\n"
          "<button type=\"button\" id=\"more\" hidden>Show more</button>\n" +
          WithoutScript(notices.rows.size()) +
-         "<script type=\"application/json\" id=\"notices-data\">" + ScriptJson(Data(notices)) +
+         R"(<script type="application/json" id="notices-data">)" + ScriptJson(Data(notices)) +
          "</script>\n</section>\n";
 }
 

@@ -27,7 +27,7 @@ std::string Fill(std::string_view frame, const Parts& parts) {
   std::string filled;
   for (std::size_t at = 0;;) {
     const std::size_t begin = frame.find("{{", at);
-    if (begin == frame.npos) return filled.append(frame.substr(at));
+    if (begin == std::string_view::npos) return filled.append(frame.substr(at));
     const std::size_t end = frame.find("}}", begin);
     filled.append(frame.substr(at, begin - at));
     filled.append(parts.at(std::string(frame.substr(begin + 2, end - begin - 2))));

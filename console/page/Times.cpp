@@ -11,7 +11,11 @@ using Seconds = std::chrono::sys_seconds;
 
 std::optional<Seconds> ParseTime(const std::string& text) {
   int year = 0;
-  unsigned month = 0, day = 0, hour = 0, minute = 0, second = 0;
+  unsigned month = 0;
+  unsigned day = 0;
+  unsigned hour = 0;
+  unsigned minute = 0;
+  unsigned second = 0;
   int read = 0;
   if (std::sscanf(text.c_str(), "%4d-%2u-%2uT%2u:%2u:%2uZ%n", &year, &month, &day, &hour, &minute,
                   &second, &read) != 6 ||
@@ -20,7 +24,7 @@ std::optional<Seconds> ParseTime(const std::string& text) {
   const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
                                          std::chrono::day(day)};
   if (!date.ok() || hour > 23 || minute > 59 || second > 60) return std::nullopt;
-  return std::chrono::sys_days(date) + std::chrono::hours(hour) + std::chrono::minutes(minute) +
+  return std::chrono::sys_days{date} + std::chrono::hours(hour) + std::chrono::minutes(minute) +
          std::chrono::seconds(second);
 }
 

@@ -2,9 +2,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "console/account/AccountText.h"
 #include "console/page/Sections.h"
-#include "console/page/Times.h"
 #include "console/text/Sizes.h"
 
 namespace larkspan::console {
@@ -46,7 +44,7 @@ std::string LossWords(const Account& account) {
   add(LossKind::kPictures, "note's pictures", "notes' pictures");
   add(LossKind::kIndexLine, "index line", "index lines");
   add(LossKind::kView, "view", "views");
-  if (LossesOf(account, LossKind::kAcl) > 0) parts.push_back("the access control list");
+  if (LossesOf(account, LossKind::kAcl) > 0) parts.emplace_back("the access control list");
   return Enumerate(parts);
 }
 

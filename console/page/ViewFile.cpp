@@ -142,7 +142,7 @@ std::string TimePart(const std::string& text, std::size_t from) {
 std::string DateTimeText(const std::string& text) {
   if (text.starts_with("T") && AreDigits(text, 1, 6)) return TimePart(text, 1);
   if (!AreDigits(text, 0, 8)) return text;
-  const std::string date = text.substr(0, 4) + "-" + text.substr(4, 2) + "-" + text.substr(6, 2);
+  std::string date = text.substr(0, 4) + "-" + text.substr(4, 2) + "-" + text.substr(6, 2);
   if (text.size() == 8) return date;
   if (text[8] != 'T' || !AreDigits(text, 9, 6)) return text;
   return date + " " + TimePart(text, 9) + (text.ends_with("+00") ? " UTC" : text.substr(15));

@@ -2,10 +2,8 @@
 // opened.
 #include <algorithm>
 
-#include "console/account/AccountText.h"
 #include "console/page/Html.h"
 #include "console/page/Sections.h"
-#include "console/page/Times.h"
 #include "console/text/Sizes.h"
 #include "console/text/Utf.h"
 
@@ -43,12 +41,12 @@ const char* WordOf(EntryKind kind) {
 
 // Indentation past the fifth level shows no more: a page has a width.
 std::string IndentClass(unsigned indent) {
-  return indent == 0 ? "" : " class=\"in-" + std::to_string(std::min(indent, 5u)) + "\"";
+  return indent == 0 ? "" : " class=\"in-" + std::to_string(std::min(indent, 5U)) + "\"";
 }
 
 std::string EntryRow(const ViewEntry& entry, std::size_t columns) {
   const std::string what = entry.noteId.empty() ? WordOf(entry.kind) : entry.noteId;
-  std::string row = std::string("<tr class=\"") + WordOf(entry.kind) + "\"><td class=\"id\">" +
+  std::string row = std::string("<tr class=\"") + WordOf(entry.kind) + R"("><td class="id">)" +
                     Html(what) + (entry.conflict ? " conflict" : "") + "</td>";
   for (std::size_t i = 0; i < columns; ++i) {
     const std::string value = i < entry.values.size() ? entry.values[i] : "";

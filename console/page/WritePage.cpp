@@ -40,8 +40,8 @@ bool WritePage(const std::wstring& file, std::string_view page) {
 
 bool IsNamedAsPage(const std::wstring& file) {
   const std::size_t dot = file.find_last_of(L"./\\");
-  return dot != file.npos && (_wcsicmp(file.c_str() + dot, L".html") == 0 ||
-                              _wcsicmp(file.c_str() + dot, L".htm") == 0);
+  return dot != std::wstring::npos && (_wcsicmp(file.c_str() + dot, L".html") == 0 ||
+                                       _wcsicmp(file.c_str() + dot, L".htm") == 0);
 }
 
 bool LiesInside(const std::wstring& file, const std::wstring& folder) {

@@ -27,6 +27,12 @@ class Programs:
         self.run("larkspan.exe", "=" + windows(notes_ini), "-p", database, "-o", windows(out),
                  "-archive")
 
+    def console_export(self, database, out):
+        """The same through the console, which keeps a record of the run; its exit code."""
+        return self.run("larkspan-console.exe", "export", "--quiet", "--notes-ini",
+                        windows(f"{ROOT}/standin/samples/notes.ini"), "--path", database, "--out",
+                        windows(out))[0]
+
     def report(self, out, page):
         """The exit code of the report, once its page is there."""
         code, _, complaint = self.run("larkspan-console.exe", "report", windows(out), "--html",
