@@ -111,7 +111,7 @@ TEST_F(ConsoleFolderTest, WhatWasNotThereCanBeMovedAside) {
 TEST_F(ConsoleFolderTest, ADesignFileThatWasMovedAsideIsPutBack) {
   MakeFolder(PathOf(L"design"));
   Put(L"design\\00000202.dxl", "first");
-  MoveAside(PathOf(L"design\\00000202.dxl"));
+  MoveDesignFileAside(folder_.path(), 0x202);
   EXPECT_FALSE(Exists(PathOf(L"design\\00000202.dxl")));
   SettleMovedAside(folder_.path());
   EXPECT_EQ(ReadBytes(PathOf(L"design\\00000202.dxl")), "first");
