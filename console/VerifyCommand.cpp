@@ -1,6 +1,5 @@
 // verify: accounts for each note of an output folder, and says what came out.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -11,6 +10,7 @@
 #include "console/account/AccountJson.h"
 #include "console/account/AccountText.h"
 #include "console/account/Verify.h"
+#include "console/show/FileProgressLine.h"
 #include "console/show/Output.h"
 #include "console/text/Utf.h"
 
@@ -22,35 +22,6 @@ struct VerifyOptions {
   std::string folder;
   bool json = false;
   bool quiet = false;
-};
-
-// A line that is written over while files are read. The reading calls ten times a second.
-class ProgressLine {
- public:
-  explicit ProgressLine(Output& output) : output_(output) {}
-
-  void Show(std::uint64_t done, std::uint64_t all) {
-    if (all == 0) return;
-    constexpr std::size_t kBarCells = 20;
-    const auto filled = static_cast<std::size_t>(done * kBarCells / all);
-    std::string line = "Checking [" + std::string(filled, '#') +
-                       std::string(kBarCells - filled, '.') + "] " + GroupedNumber(done) + " of " +
-                       GroupedNumber(all) + " files";
-    // In the last column a terminal would begin a new line.
-    line.resize(static_cast<std::size_t>(std::max(1, output_.Width() - 1)), ' ');
-    output_.Write("\r" + line);
-    isShown_ = true;
-  }
-
-  void Clear() {
-    if (!isShown_) return;
-    const auto width = static_cast<std::size_t>(std::max(1, output_.Width() - 1));
-    output_.Write("\r" + std::string(width, ' ') + "\r");
-  }
-
- private:
-  Output& output_;
-  bool isShown_ = false;
 };
 
 ExitCode RefuseFolder(const VerifyOptions& options, const std::string& whyNot) {
@@ -78,7 +49,7 @@ void Show(const VerifyOptions& options, const Account& account, Output& output) 
 
 ExitCode RunVerify(const VerifyOptions& options) {
   Output output(STD_OUTPUT_HANDLE);
-  ProgressLine line(output);
+  FileProgressLine line(output, "Checking");
   VerifyProgress progress;
   if (output.IsTerminal() && !options.json && !options.quiet)
     progress = [&](std::uint64_t done, std::uint64_t all) { line.Show(done, all); };
