@@ -10,10 +10,17 @@ namespace {
 
 using Visit = std::function<void(const TreeEntry&)>;
 
+// Not every reparse point leads elsewhere: a system also keeps contents apart in them.
+bool LeadsElsewhere(const WIN32_FIND_DATAW& found) {
+  if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+  const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return isFolder || IsReparseTagNameSurrogate(found.dwReserved0);
+}
+
 TreeEntry::Kind KindOf(const WIN32_FIND_DATAW& found) {
-  if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return TreeEntry::Kind::kFile;
-  const bool leadsElsewhere = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-  return leadsElsewhere ? TreeEntry::Kind::kLink : TreeEntry::Kind::kFolder;
+  if (LeadsElsewhere(found)) return TreeEntry::Kind::kLink;
+  const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return isFolder ? TreeEntry::Kind::kFolder : TreeEntry::Kind::kFile;
 }
 
 bool IsItselfOrParent(std::wstring_view name) { return name == L"." || name == L".."; }
