@@ -21,5 +21,6 @@ using CommandRun = std::function<ExitCode()>;
 CommandRun AddExportCommand(CLI::App& app, const std::vector<std::string>& arguments);
 CommandRun AddVerifyCommand(CLI::App& app);
 CommandRun AddReportCommand(CLI::App& app);
+CommandRun AddSealCommand(CLI::App& app);
 
 }  // namespace larkspan::console

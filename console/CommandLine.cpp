@@ -112,6 +112,7 @@ ExitCode RunCommandLine(std::vector<std::string> arguments) {
       {"export", AddExportCommand(app, arguments)},
       {"verify", AddVerifyCommand(app)},
       {"report", AddReportCommand(app)},
+      {"seal", AddSealCommand(app)},
   };
   std::reverse(arguments.begin(), arguments.end());
   app.allow_extras();

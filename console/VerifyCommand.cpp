@@ -1,6 +1,5 @@
 // verify: accounts for each note of an output folder, and says what came out.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -12,8 +11,9 @@
 #include "console/account/AccountJson.h"
 #include "console/account/AccountText.h"
 #include "console/account/Verify.h"
+#include "console/bag/BagOnly.h"
+#include "console/show/FileProgressLine.h"
 #include "console/show/Output.h"
-#include "console/text/Sizes.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -24,35 +24,7 @@ struct VerifyOptions {
   std::string folder;
   bool json = false;
   bool quiet = false;
-};
-
-// A line that is written over while files are read. The reading calls ten times a second.
-class ProgressLine {
- public:
-  explicit ProgressLine(Output& output) : output_(output) {}
-
-  void Show(std::uint64_t done, std::uint64_t all) {
-    if (all == 0) return;
-    constexpr std::size_t kBarCells = 20;
-    const auto filled = static_cast<std::size_t>(done * kBarCells / all);
-    std::string line = "Checking [" + std::string(filled, '#') +
-                       std::string(kBarCells - filled, '.') + "] " + GroupedText(done) + " of " +
-                       GroupedText(all) + " files";
-    // In the last column a terminal would begin a new line.
-    line.resize(static_cast<std::size_t>(std::max(1, output_.Width() - 1)), ' ');
-    output_.Write("\r" + line);
-    isShown_ = true;
-  }
-
-  void Clear() {
-    if (!isShown_) return;
-    const auto width = static_cast<std::size_t>(std::max(1, output_.Width() - 1));
-    output_.Write("\r" + std::string(width, ' ') + "\r");
-  }
-
- private:
-  Output& output_;
-  bool isShown_ = false;
+  bool bagOnly = false;
 };
 
 ExitCode RefuseFolder(const VerifyOptions& options, const std::string& whyNot) {
@@ -90,14 +62,11 @@ std::optional<Account> Verify(const VerifyOptions& options, const VerifyProgress
 }
 
 ExitCode RunVerify(const VerifyOptions& options) {
+  if (options.bagOnly) return RunBagOnly(options.folder, options.json, options.quiet);
   Output output(STD_OUTPUT_HANDLE);
-  ProgressLine line(output);
+  FileProgressLine line(output, "Checking");
   VerifyProgress progress;
-  if (output.IsTerminal() && !options.json && !options.quiet)
-    progress = [&](std::uint64_t done, std::uint64_t all) {
-      line.Show(done, all);
-      return true;
-    };
+  if (output.IsTerminal() && !options.json && !options.quiet) progress = line.Watch();
   std::string whyNot;
   const std::optional<Account> account = Verify(options, progress, whyNot);
   line.Clear();
@@ -115,6 +84,8 @@ CommandRun AddVerifyCommand(CLI::App& app) {
   AddText(*command, "OUT", options->folder, "The output folder of an export")->required();
   command->add_flag("--json", options->json, "One JSON object on standard output instead of text");
   command->add_flag("--quiet", options->quiet, "No text; the exit code says it");
+  command->add_flag("--bag-only", options->bagOnly,
+                    "Judge any bag, whatever it holds: 0 valid, 5 invalid");
   command->footer(
       "Exit code: 0 whole, 2 no export there, 3 losses that are listed, 5 not accounted for\n"
       "Example:\n  larkspan-console verify D:\\export\\ada\n");

@@ -96,14 +96,6 @@ AuditBlock AuditFromJson(const Json& json) {
   return audit;
 }
 
-Json FindingToJson(const Finding& finding) {
-  Json json = {{"kind", finding.kind}};
-  PutId(json, "id", finding.id);
-  if (!finding.file.empty()) json["file"] = finding.file;
-  json["text"] = finding.text;
-  return json;
-}
-
 Finding FindingFromJson(const Json& json) {
   return {json.at("kind").get<std::string>(), TakeId(json, "id"), json.value("file", ""),
           json.at("text").get<std::string>()};
@@ -142,6 +134,14 @@ void TakeList(const Json& json, const char* name, Value (*convert)(const Json&),
 }
 
 }  // namespace
+
+Json FindingToJson(const Finding& finding) {
+  Json json = {{"kind", finding.kind}};
+  PutId(json, "id", finding.id);
+  if (!finding.file.empty()) json["file"] = finding.file;
+  json["text"] = finding.text;
+  return json;
+}
 
 void PutId(Json& json, const char* name, const std::optional<std::uint32_t>& id) {
   if (id) json[name] = NoteIdText(*id);

@@ -12,6 +12,7 @@ using Json = nlohmann::ordered_json;
 
 Json AccountToJson(const Account& account);
 Json LossToJson(const Loss& loss);
+Json FindingToJson(const Finding& finding);
 Json WarningToJson(const Warning& warning);
 
 // These throw what the JSON library throws, or std::invalid_argument, where the form is another.

@@ -12,12 +12,16 @@ namespace {
 
 using Visit = std::function<void(const TreeEntry&)>;
 
+// Not every reparse point leads elsewhere: a system also keeps contents apart in them.
+bool LeadsElsewhere(const WIN32_FIND_DATAW& found) {
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         IsReparseTagNameSurrogate(found.dwReserved0);
+}
+
 TreeEntry::Kind KindOf(const WIN32_FIND_DATAW& found) {
-  if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return TreeEntry::Kind::kFile;
-  // Other such points are files that a store keeps elsewhere, and are read like any.
-  const bool leadsElsewhere = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-                              IsReparseTagNameSurrogate(found.dwReserved0);
-  return leadsElsewhere ? TreeEntry::Kind::kLink : TreeEntry::Kind::kFolder;
+  if (LeadsElsewhere(found)) return TreeEntry::Kind::kLink;
+  const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return isFolder ? TreeEntry::Kind::kFolder : TreeEntry::Kind::kFile;
 }
 
 // An export is one folder deep. Where a system does not say of a folder that it leads elsewhere,

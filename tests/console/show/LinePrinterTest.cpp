@@ -7,7 +7,7 @@
 namespace larkspan::console {
 namespace {
 
-class LinePrinterTest : public testing::Test {
+class LinePrinterTest : public ::testing::Test {
  protected:
   void Show(const std::string& phase, std::uint64_t now) {
     RunView view;

@@ -8,7 +8,7 @@ namespace larkspan::console {
 namespace {
 
 // Standard output is a pipe for as long as it lives.
-class OutputTest : public testing::Test {
+class OutputTest : public ::testing::Test {
  protected:
   OutputTest() : earlier_(GetStdHandle(STD_OUTPUT_HANDLE)) {
     EXPECT_TRUE(CreatePipe(&reading_, &writing_, nullptr, 0));

@@ -9,7 +9,7 @@
 namespace larkspan::console {
 namespace {
 
-class RunDisplayTest : public testing::Test {
+class RunDisplayTest : public ::testing::Test {
  protected:
   std::unique_ptr<RunDisplay> Make(DisplayMode mode) {
     return MakeRunDisplay(mode, output_, errors_);

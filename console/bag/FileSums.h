@@ -1,0 +1,25 @@
+// The sums of many files, several files at a time.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console/account/VerifyProgress.h"
+#include "console/bag/Digests.h"
+
+namespace larkspan::console {
+
+struct FileSum {
+  std::wstring_view name;  // Begins with a backslash. Who asks keeps it.
+  DigestKinds kinds;
+  std::optional<Digests> digests;  // No value: the file cannot be read.
+};
+
+// Fills in the digests of files of the folder. Throws std::runtime_error when the system cannot
+// calculate them.
+void CalculateSums(const std::wstring& folder, const VerifyProgress& progress,
+                   std::vector<FileSum>& files);
+
+}  // namespace larkspan::console
