@@ -207,6 +207,16 @@ TEST_F(ResumptionTest, PreparingMovesTheDesignFileOfANoteThatIsTriedAgainOutOfTh
   EXPECT_FALSE(Exists(PathOf(L"design\\00000202.dxl")));
 }
 
+// It gets another one when it is opened again.
+TEST_F(ResumptionTest, PreparingDropsTheIndexLineOfANoteThatIsTriedAgain) {
+  const std::string before = "00000902,C12583D0004D1A2BA894132600000902\r\n";
+  PutFirstTwo();
+  Put(L"marker.txt", "00000906\r\n");
+  Put(L"unidindex.txt", before + "00000906,C12583D0004D1A2BA894132600000906\r\n");
+  PrepareResumption(folder_.path(), Plan());
+  EXPECT_EQ(ReadBytes(PathOf(L"unidindex.txt")), before);
+}
+
 TEST_F(ResumptionTest, PreparingANewBeginningLeavesNothingOfTheOldOne) {
   for (const wchar_t* name : {L"idtable.txt", L"unidindex.txt", L"db.dxl", L"db.dxl.new",
                               L"acl.dxl", L"log.txt", L"audit.txt", L"views\\0000012E.xml"}) {
