@@ -19,8 +19,7 @@ std::optional<BagVerdict> Judge(const std::string& folder, Output& output, bool 
                                 std::string& whyNot) {
   FileProgressLine line(output, "Checking");
   VerifyProgress progress;
-  if (showsProgress)
-    progress = line.Watch();
+  if (showsProgress) progress = line.Watch();
   std::optional<BagVerdict> verdict;
   try {
     verdict = JudgeBag(Utf8ToWide(folder), progress, whyNot);
