@@ -81,7 +81,7 @@ void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const
     const std::uint32_t markedNoteId = RunOneWorker(launcher, commandLine, noteId, noteIsLost, log);
     if (markedNoteId != noteId) {
       noteId = markedNoteId;
-      noteIsLost = true;
+      noteIsLost = noteId != 0;
       retries = 0;
     } else if (++retries == kMaxRetries) {
       log.Error(L"Maximum retries exceeded");

@@ -12,10 +12,11 @@ namespace {
 
 using Visit = std::function<void(const TreeEntry&)>;
 
-// Not every reparse point leads elsewhere: a system also keeps contents apart in them.
+// Not every reparse point leads elsewhere: a system also keeps contents apart in them. One of which
+// the system does not say what it is may lead anywhere.
 bool LeadsElsewhere(const WIN32_FIND_DATAW& found) {
-  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         IsReparseTagNameSurrogate(found.dwReserved0);
+  if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+  return found.dwReserved0 == 0 || IsReparseTagNameSurrogate(found.dwReserved0);
 }
 
 TreeEntry::Kind KindOf(const WIN32_FIND_DATAW& found) {
