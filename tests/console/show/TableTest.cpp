@@ -20,7 +20,7 @@ TEST(TableTest, EachColumnIsAsWideAsItsWidestText) {
 TEST(TableTest, TheWidestColumnGivesWayFirst) {
   EXPECT_EQ(TableText(Databases(), 30),
             "Path         Bytes  Title\n"
-            "mail...nsf      512  Mai... Ada\n"
+            "mai...nsf      512  Mai... Ada\n"
             "種.nsf     1310720  種の交換\n");
 }
 
