@@ -113,6 +113,7 @@ ExitCode RunCommandLine(std::vector<std::string> arguments) {
       {"verify", AddVerifyCommand(app)},
       {"report", AddReportCommand(app)},
       {"seal", AddSealCommand(app)},
+      {"batch", AddBatchCommand(app)},
   };
   std::reverse(arguments.begin(), arguments.end());
   app.allow_extras();

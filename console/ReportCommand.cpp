@@ -9,6 +9,7 @@
 #include "console/account/AccountText.h"
 #include "console/account/Verify.h"
 #include "console/page/Page.h"
+#include "console/page/Pieces.h"
 #include "console/page/WritePage.h"
 #include "console/show/Output.h"
 #include "console/text/Utf.h"

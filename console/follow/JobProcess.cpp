@@ -86,20 +86,25 @@ std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments) {
   return line;
 }
 
-std::wstring ExporterPath() {
+std::wstring OwnPath() {
   std::array<wchar_t, 32768> path{};
   const auto capacity = static_cast<DWORD>(path.size());
   const DWORD length = GetModuleFileNameW(nullptr, path.data(), capacity);
-  if (length == 0 || length == capacity) return {};
-  const std::wstring own(path.data(), length);
+  return length < capacity ? std::wstring(path.data(), length) : std::wstring();
+}
+
+std::wstring ExporterPath() {
+  const std::wstring own = OwnPath();
+  if (own.empty()) return {};
   return own.substr(0, own.find_last_of(L"\\/") + 1) + L"larkspan.exe";
 }
 
-ExportProcesses::ExportProcesses(std::wstring password)
+ExportProcesses::ExportProcesses(std::wstring password, StopBy stopBy)
     : job_(MakeJob()),
       output_(MakePipe(InheritedEnd::kWrite)),
       stop_(MakePipe(InheritedEnd::kRead)),
-      password_(std::move(password)) {}
+      password_(std::move(password)),
+      stopBy_(stopBy) {}
 
 ExportProcesses::~ExportProcesses() { Wipe(password_); }
 
@@ -114,6 +119,10 @@ StartedProcess ExportProcesses::Start(const std::wstring& program, std::wstring 
   startup.StartupInfo.cb = sizeof startup;
   startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
   startup.StartupInfo.hStdOutput = output_.writeEnd.get();
+  if (stopBy_ == StopBy::kEndOfInput) {
+    startup.StartupInfo.hStdInput = stop_.readEnd.get();
+    startup.StartupInfo.hStdError = output_.writeEnd.get();
+  }
   startup.lpAttributeList = inherited.list();
   PROCESS_INFORMATION created{};
   // In a group of its own, since a Ctrl+C is for this program, which passes it on as a stop.

@@ -16,7 +16,10 @@ namespace larkspan::console {
 // A command line whose arguments, the first being the program, parse back to these texts.
 std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments);
 
-// larkspan.exe beside this program's own file; empty when the system does not tell its path whole.
+// This program's own file; empty when the system does not tell its path whole.
+std::wstring OwnPath();
+
+// larkspan.exe beside that; empty as well then.
 std::wstring ExporterPath();
 
 struct StartedProcess {
@@ -25,12 +28,16 @@ struct StartedProcess {
   DWORD systemError = 0;
 };
 
+// How a process is asked to stop: the pipe whose end tells it is named on its command line, or is
+// its standard input. One of the second kind writes what goes wrong where its output goes.
+enum class StopBy { kNamedPipe, kEndOfInput };
+
 // What the processes of one export share.
 class ExportProcesses {
  public:
   // `password` goes into the environment of each process, and is not in this program's afterwards;
   // empty: none does.
-  explicit ExportProcesses(std::wstring password);
+  explicit ExportProcesses(std::wstring password, StopBy stopBy = StopBy::kNamedPipe);
   ~ExportProcesses();
   ExportProcesses(const ExportProcesses&) = delete;
   ExportProcesses& operator=(const ExportProcesses&) = delete;
@@ -58,6 +65,7 @@ class ExportProcesses {
   Pipe output_;
   Pipe stop_;
   std::wstring password_;
+  StopBy stopBy_;
 };
 
 }  // namespace larkspan::console

@@ -4,8 +4,8 @@
 
 #include "console/page/Html.h"
 #include "console/page/Sections.h"
-#include "console/page/Times.h"
 #include "console/text/Sizes.h"
+#include "console/text/Times.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "console/page/Html.h"
+#include "console/page/Pieces.h"
 #include "console/page/Sections.h"
 #include "console/text/Sizes.h"
 
@@ -16,24 +17,6 @@ std::string Place(const PageContent& content) {
   if (path.empty()) return {};
   return R"(<p class="quiet"><bdi class="path">)" + Html(path) + "</bdi> on <bdi>" +
          Html(ServerOf(content)) + "</bdi></p>\n";
-}
-
-std::string VerdictBanner(const PageContent& content) {
-  const Verdict verdict = VerdictOf(content.verdict, content.account);
-  return std::string("<div class=\"verdict ") + verdict.tone +
-         "\" id=\"verdict\"><svg viewBox=\"0 0 24 24\" aria-hidden=\"true\">"
-         "<path fill=\"currentColor\" fill-rule=\"evenodd\" d=\"" +
-         verdict.sign + "\"/></svg><div><strong>" + Html(verdict.word) + "</strong><p>" +
-         Html(verdict.sentence) + "</p></div><p class=\"code\">exit code " +
-         std::to_string(static_cast<int>(content.verdict)) + "</p></div>\n";
-}
-
-std::string Tile(const std::string& label, const std::string& large, const std::string& small,
-                 const std::string& tone = "") {
-  const std::string classes = tone.empty() ? "" : " class=\"toned " + tone + "\"";
-  return "<div" + classes + "><dt>" + Html(label) + "</dt><dd class=\"large\">" + Html(large) +
-         "</dd>" + (small.empty() ? "" : "<dd class=\"small\">" + Html(small) + "</dd>") +
-         "</div>\n";
 }
 
 std::uint64_t NotAccountedFor(const NoteCounts& notes) {
@@ -137,11 +120,12 @@ std::string TitleOf(const PageContent& content) {
 
 std::string HeadSection(const PageContent& content) {
   const Account& account = content.account;
+  const Verdict verdict = VerdictOf(content.verdict, account);
   return "<header>\n<p class=\"over\">Export report</p>\n<h1 dir=\"auto\">" +
          Html(TitleOf(content)) + "</h1>\n" + Place(content) + "</header>\n" +
-         VerdictBanner(content) + "<dl class=\"tiles\">\n" + NoteTiles(account.notes) +
-         (account.archive ? ViewTile(content.views) : "") + SizeTile(account) + "</dl>\n" +
-         FatesPicture(account.notes);
+         Banner(content.verdict, verdict.word, verdict.sentence) + "<dl class=\"tiles\">\n" +
+         NoteTiles(account.notes) + (account.archive ? ViewTile(content.views) : "") +
+         SizeTile(account) + "</dl>\n" + FatesPicture(account.notes);
 }
 
 }  // namespace larkspan::console

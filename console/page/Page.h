@@ -11,7 +11,4 @@ namespace larkspan::console {
 // The nonce marks the page's own style and script: the policy of the page allows no other.
 std::string RenderPage(const PageContent& content, const std::string& nonce);
 
-// A new one, that nobody can foresee; empty when the system gives no random bytes.
-std::string MakeNonce();
-
 }  // namespace larkspan::console

@@ -34,8 +34,6 @@ std::string ViewsSection(const PageContent& content);
 
 // What a verdict is called, and what it means for this account.
 struct Verdict {
-  const char* tone;  // The class of the page's style.
-  const char* sign;  // The path of a picture of 24 by 24.
   std::string word;
   std::string sentence;
 };

@@ -9,14 +9,6 @@ namespace larkspan::console {
 
 namespace {
 
-constexpr char kTick[] =
-    "M12 1a11 11 0 100 22 11 11 0 000-22zm-1.6 16.2l-4.6-4.6 1.6-1.6 3 3 6.4-6.4 1.6 1.6z";
-constexpr char kMark[] =
-    "M12 2L.8 21.6h22.4zm-1.1 7h2.2l-.3 6.2h-1.6zM12 19a1.3 1.3 0 110-2.6 1.3 1.3 0 010 2.6z";
-constexpr char kCross[] =
-    "M12 1a11 11 0 100 22 11 11 0 000-22zm4.7 14.1l-1.6 1.6-3.1-3.1-3.1 3.1-1.6-1.6 "
-    "3.1-3.1-3.1-3.1 1.6-1.6 3.1 3.1 3.1-3.1 1.6 1.6-3.1 3.1z";
-
 std::size_t LossesOf(const Account& account, LossKind kind) {
   return static_cast<std::size_t>(
       std::count_if(account.losses.begin(), account.losses.end(),
@@ -69,12 +61,12 @@ std::string IncompleteSentence(const Account& account) {
 Verdict VerdictOf(ExitCode code, const Account& account) {
   switch (code) {
     case ExitCode::kWhole:
-      return {"whole", kTick, "Whole", WholeSentence(account)};
+      return {"Whole", WholeSentence(account)};
     case ExitCode::kLosses:
-      return {"losses", kMark, "Done, with losses",
+      return {"Done, with losses",
               "Every listed note is accounted for. Missing: " + LossWords(account) + "."};
     default:
-      return {"incomplete", kCross, "Not accounted for", IncompleteSentence(account)};
+      return {"Not accounted for", IncompleteSentence(account)};
   }
 }
 

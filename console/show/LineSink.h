@@ -18,6 +18,10 @@ class LineSink {
   // for the first time where a line begins.
   virtual bool TakesColours() = 0;
 
+  // Empties so many rows of a terminal, of which the last is the one that is written to, and goes
+  // on at the beginning of the first.
+  virtual void EraseRows(int rows) = 0;
+
   // Writes all of it, without a buffer. False when it could not be: nobody reads any more.
   virtual bool Write(std::string_view utf8) = 0;
 };

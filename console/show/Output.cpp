@@ -1,5 +1,7 @@
 #include "console/show/Output.h"
 
+#include <algorithm>
+
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -43,6 +45,18 @@ int Output::Width() const {
 bool Output::TakesColours() {
   if (!colours_) colours_.emplace(static_cast<TerminalControl&>(*this));
   return colours_->Work();
+}
+
+void Output::EraseRows(int rows) {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!isTerminal_ || !GetConsoleScreenBufferInfo(handle_, &info)) return;
+  const int top = std::max(info.dwCursorPosition.Y - rows + 1, 0);
+  const COORD first = {0, static_cast<SHORT>(top)};
+  const auto cells = static_cast<DWORD>((info.dwCursorPosition.Y - top + 1) * info.dwSize.X);
+  DWORD filled = 0;
+  FillConsoleOutputCharacterW(handle_, L' ', cells, first, &filled);
+  FillConsoleOutputAttribute(handle_, info.wAttributes, cells, first, &filled);
+  SetConsoleCursorPosition(handle_, first);
 }
 
 bool Output::Write(std::string_view utf8) {

@@ -25,6 +25,8 @@ class Output : public LineSink, private TerminalControl {
   // Asks the terminal at the first call, which is to come where a line begins.
   bool TakesColours() override;
 
+  void EraseRows(int rows) override;
+
   bool Write(std::string_view utf8) override;
 
  private:

@@ -14,7 +14,9 @@ namespace {
 
 std::string NotesText(std::uint64_t number) { return CountText(number, "note", "notes"); }
 
-std::string Outset(ExitCode code) {
+}  // namespace
+
+std::string OutsetOf(ExitCode code) {
   switch (code) {
     case ExitCode::kWhole:
       return "Whole";
@@ -30,9 +32,6 @@ std::string Outset(ExitCode code) {
   }
   return "Incomplete";
 }
-
-}  // namespace
-
 std::string StartSentence(const StartEvent& start) {
   return "Exporting " + DatabaseName(start.server, start.path) + " to " + start.out;
 }
@@ -72,7 +71,7 @@ std::string ReadySentence(const ReadyEvent& ready) {
 }
 
 std::string EndSentence(const EndEvent& end) {
-  std::string sentence = Outset(end.exitCode);
+  std::string sentence = OutsetOf(end.exitCode);
   if (!end.reason.empty()) sentence += ": " + end.reason;
   if (end.counts) {
     sentence += "\n" + GroupedText(end.counts->exported) + " of " + NotesText(end.counts->listed) +

@@ -8,6 +8,9 @@
 
 namespace larkspan::console {
 
+// "Done with losses": how something came out.
+std::string OutsetOf(ExitCode code);
+
 std::string StartSentence(const StartEvent& start);
 std::string RestartSentence(const RestartEvent& restart);
 std::string LossSentence(const Loss& loss);

@@ -16,6 +16,11 @@ std::wstring Utf8ToWide(std::string_view text) {
   return wide;
 }
 
+bool IsSameName(std::wstring_view one, std::wstring_view other) {
+  return CompareStringOrdinal(one.data(), static_cast<int>(one.size()), other.data(),
+                              static_cast<int>(other.size()), TRUE) == CSTR_EQUAL;
+}
+
 std::string NoteIdText(std::uint32_t id) {
   std::array<char, 9> digits;
   std::snprintf(digits.data(), digits.size(), "%08X", static_cast<unsigned>(id));

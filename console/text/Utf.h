@@ -12,6 +12,9 @@ namespace larkspan::console {
 // What is no UTF-8 becomes U+FFFD.
 std::wstring Utf8ToWide(std::string_view text);
 
+// Whether Windows takes both for the name of the same file: the case of letters does not count.
+bool IsSameName(std::wstring_view one, std::wstring_view other);
+
 // "0000090A".
 std::string NoteIdText(std::uint32_t id);
 

@@ -1,6 +1,7 @@
 // The text of the page: what stands in it, and that nothing of it comes to life. What a browser
 // makes of it is seen by tests/browser.
 #include "console/page/Page.h"
+#include "console/page/Pieces.h"
 
 #include <gtest/gtest.h>
 

@@ -14,6 +14,7 @@ class RecordedSink : public LineSink {
   bool IsTerminal() const override { return isTerminal; }
   int Width() const override { return width; }
   bool TakesColours() override { return takesColours; }
+  void EraseRows(int rows) override { writes.push_back("<" + std::to_string(rows) + " rows>"); }
   bool Write(std::string_view utf8) override {
     if (isBroken) return false;
     text += utf8;

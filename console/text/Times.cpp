@@ -1,4 +1,4 @@
-#include "console/page/Times.h"
+#include "console/text/Times.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,0 +1,173 @@
+#include "console/batch/BatchList.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "console/folder/SharedFile.h"
+#include "console/text/Csv.h"
+#include "console/text/Utf.h"
+
+namespace larkspan::console {
+
+namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+
+// A name of this machine that the exporter takes too.
+constexpr char kLocal[] = "<Local>";
+
+std::optional<std::string> ReadWhole(const std::wstring& path) {
+  SharedFile file(path);
+  if (file.state() != FileReading::kRead) return std::nullopt;
+  std::string text;
+  while (true) {
+    constexpr std::size_t kAtOnce = std::size_t{1} << 16;
+    const std::size_t begin = text.size();
+    text.resize(begin + kAtOnce);
+    const auto read = file.Read({text.data() + begin, kAtOnce});
+    if (!read) return std::nullopt;
+    text.resize(begin + *read);
+    if (*read < kAtOnce) return text;
+  }
+}
+
+bool IsUtf8(std::string_view text) {
+  return text.empty() || MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(),
+                                             static_cast<int>(text.size()), nullptr, 0) > 0;
+}
+
+std::string FromUtf16(std::string_view bytes) {
+  std::wstring units;
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    const auto low = static_cast<unsigned char>(bytes[at]);
+    const auto high = static_cast<unsigned char>(bytes[at + 1]);
+    units.push_back(static_cast<wchar_t>(low | high << 8));
+  }
+  return WideToUtf8(units);
+}
+
+// No value: neither UTF-8 nor marked as UTF-16.
+std::optional<std::string> AsUtf8(std::string text) {
+  if (text.starts_with(kUtf16Mark)) {
+    return FromUtf16(std::string_view(text).substr(kUtf16Mark.size()));
+  }
+  if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
+  if (!IsUtf8(text) || text.find('\0') != std::string::npos) return std::nullopt;
+  return text;
+}
+
+// Takes each database once.
+class Collector {
+ public:
+  void Add(ListedDatabase database) {
+    if (database.server == kLocal) database.server.clear();
+    if (seen_.emplace(database.server, database.path).second) {
+      list_.databases.push_back(std::move(database));
+    } else {
+      ++list_.repeated;
+    }
+  }
+
+  BatchList Take() { return std::move(list_); }
+
+ private:
+  BatchList list_;
+  std::set<std::pair<std::string, std::string>> seen_;
+};
+
+std::string_view WithoutBlanks(std::string_view line) {
+  constexpr char kBlanks[] = " \t\r";
+  const std::size_t begin = std::min(line.find_first_not_of(kBlanks), line.size());
+  return line.substr(begin, line.find_last_not_of(kBlanks) + 1 - begin);
+}
+
+ListedDatabase DatabaseOf(std::string_view line) {
+  const std::size_t marks = line.find("!!");
+  if (marks == std::string_view::npos) return {"", std::string(line), "", false};
+  return {std::string(line.substr(0, marks)), std::string(line.substr(marks + 2)), "", false};
+}
+
+std::string ParseLines(std::string_view text, Collector& collector) {
+  for (std::uint64_t number = 1; !text.empty(); ++number) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::string_view line = WithoutBlanks(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.empty()) continue;
+    ListedDatabase database = DatabaseOf(line);
+    if (database.path.empty()) return "line " + std::to_string(number) + " names no path";
+    collector.Add(std::move(database));
+  }
+  return {};
+}
+
+struct Columns {
+  std::optional<std::size_t> server;
+  std::optional<std::size_t> path;
+  std::optional<std::size_t> title;
+  std::optional<std::size_t> kind;
+};
+
+std::optional<std::size_t> ColumnOf(const CsvRow& titles, const char* title) {
+  const auto found = std::find(titles.begin(), titles.end(), title);
+  if (found == titles.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - titles.begin());
+}
+
+std::string Field(const CsvRow& row, const std::optional<std::size_t>& column) {
+  return column && *column < row.size() ? row[*column] : "";
+}
+
+std::string ParseRows(const std::vector<CsvRow>& rows, Collector& collector) {
+  const CsvRow& titles = rows.front();
+  const Columns columns = {ColumnOf(titles, "server"), ColumnOf(titles, "path"),
+                           ColumnOf(titles, "title"), ColumnOf(titles, "kind")};
+  for (std::size_t row = 1; row < rows.size(); ++row) {
+    if (rows[row].size() != titles.size()) {
+      return "row " + std::to_string(row + 1) + " has " + std::to_string(rows[row].size()) +
+             " fields, not " + std::to_string(titles.size());
+    }
+    ListedDatabase database = {Field(rows[row], columns.server), Field(rows[row], columns.path),
+                               Field(rows[row], columns.title),
+                               Field(rows[row], columns.kind) == "folder"};
+    if (database.path.empty()) return "row " + std::to_string(row + 1) + " names no path";
+    collector.Add(std::move(database));
+  }
+  return {};
+}
+
+// A table begins with its titles.
+bool IsTable(std::string_view text) {
+  const std::optional<std::vector<CsvRow>> first = ParseCsv(text.substr(0, text.find('\n')));
+  return first && !first->empty() && ColumnOf(first->front(), "server") &&
+         ColumnOf(first->front(), "path");
+}
+
+}  // namespace
+
+std::string ParseBatchList(std::string_view text, BatchList& list) {
+  Collector collector;
+  std::string fault;
+  if (IsTable(text)) {
+    const std::optional<std::vector<CsvRow>> rows = ParseCsv(text);
+    fault = rows ? ParseRows(*rows, collector) : "a quote is not closed";
+  } else {
+    fault = ParseLines(text, collector);
+  }
+  if (fault.empty()) list = collector.Take();
+  return fault;
+}
+
+std::string ReadBatchList(const std::wstring& file, BatchList& list) {
+  std::optional<std::string> bytes = ReadWhole(file);
+  if (!bytes) return "it cannot be read";
+  const std::optional<std::string> text = AsUtf8(std::move(*bytes));
+  if (!text) return "it is no UTF-8 text";
+  return ParseBatchList(*text, list);
+}
+
+}  // namespace larkspan::console
