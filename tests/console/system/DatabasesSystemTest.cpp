@@ -343,6 +343,16 @@ TEST_F(DatabasesSystemTest, AnEmptyDirectoryIsAListingOfNothing) {
   EXPECT_TRUE(Holds(end.output, "0 databases and 0 folders\n")) << end.output;
 }
 
+TEST_F(DatabasesSystemTest, AnOutputThatNobodyReadsIsTold) {
+  run_.SetFaults(R"([{"entry": "NSFSearch", "matches": 1, "wait": 1000}])");
+  const auto process = Start(ListingWords(L"databases", {L"--server", L"Garden", L"--csv"}));
+  process->BreakOutput();
+  const ConsoleEnd end = process->WaitForEnd();
+  EXPECT_EQ(end.code, 2u);
+  EXPECT_EQ(end.errors,
+            "larkspan-console: standard output takes no more; the listing is not whole there\n");
+}
+
 TEST_F(DatabasesSystemTest, AConsoleThatIsEndedByForceLeavesNothingAtWork) {
   const OwnTemporaryFolder temporary(run_.folder() + L"\\temp");
   run_.SetFaults(R"([{"entry": "NSFSearch", "matches": 1, "action": "hang"}])");
