@@ -5,8 +5,6 @@
 //   4. What was read is written, also when more was to come: then the code says so.
 #include "console/listing/Listing.h"
 
-#include <optional>
-
 #include "base/OutputPaths.h"
 #include "console/folder/TemporaryFolder.h"
 #include "console/folder/WholeFile.h"

@@ -123,7 +123,6 @@ TEST_F(DatabaseTextsTest, ATableOutsideOfAWindowHasAllOfIt) {
   std::vector<std::string> rows;
   for (std::string line; std::getline(lines, line);) rows.push_back(line);
   ASSERT_EQ(rows.size(), 4u);
-  const std::string gap(197, ' ');
   EXPECT_EQ(rows[0], "Path" + std::string(200, ' ') +
                          "  Title      Bytes  Data modified            Design modified          "
                          "Identifier");
