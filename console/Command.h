@@ -22,6 +22,8 @@ CommandRun AddExportCommand(CLI::App& app, const std::vector<std::string>& argum
 CommandRun AddVerifyCommand(CLI::App& app);
 CommandRun AddReportCommand(CLI::App& app);
 CommandRun AddSealCommand(CLI::App& app);
+CommandRun AddDatabasesCommand(CLI::App& app);
+CommandRun AddServersCommand(CLI::App& app);
 CommandRun AddBatchCommand(CLI::App& app);
 
 }  // namespace larkspan::console

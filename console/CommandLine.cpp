@@ -113,6 +113,8 @@ ExitCode RunCommandLine(std::vector<std::string> arguments) {
       {"verify", AddVerifyCommand(app)},
       {"report", AddReportCommand(app)},
       {"seal", AddSealCommand(app)},
+      {"databases", AddDatabasesCommand(app)},
+      {"servers", AddServersCommand(app)},
       {"batch", AddBatchCommand(app)},
   };
   std::reverse(arguments.begin(), arguments.end());

@@ -1,7 +1,5 @@
 #include "console/batch/BatchList.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <optional>
 #include <set>
@@ -34,11 +32,6 @@ std::optional<std::string> ReadWhole(const std::wstring& path) {
     text.resize(begin + *read);
     if (*read < kAtOnce) return text;
   }
-}
-
-bool IsUtf8(std::string_view text) {
-  return text.empty() || MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(),
-                                             static_cast<int>(text.size()), nullptr, 0) > 0;
 }
 
 std::string FromUtf16(std::string_view bytes) {

@@ -177,8 +177,7 @@ class Export {
     if (resumption_ && resumption_->first) return RunWorkers(follower, program, arguments);
     ExporterProcess exporter(program, std::move(arguments), request_.archive, around_.password);
     if (!exporter.Started()) {
-      facts_.notStarted = "'" + WideToUtf8(program) + "' could not be started (error " +
-                          std::to_string(exporter.systemError()) + ")";
+      facts_.notStarted = NotStartedText(program, exporter.systemError());
       return;
     }
     follower.Follow(exporter);

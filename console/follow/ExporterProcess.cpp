@@ -3,8 +3,14 @@
 #include <utility>
 
 #include "console/follow/HungWorker.h"
+#include "console/text/Utf.h"
 
 namespace larkspan::console {
+
+std::string NotStartedText(const std::wstring& program, DWORD systemError) {
+  return "'" + WideToUtf8(program) + "' could not be started (error " +
+         std::to_string(systemError) + ")";
+}
 
 ExporterProcess::ExporterProcess(const std::wstring& program, std::vector<std::wstring> arguments,
                                  bool stoppable, const std::wstring& password)

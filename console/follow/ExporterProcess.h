@@ -9,6 +9,9 @@
 
 namespace larkspan::console {
 
+// The sentence for a program that could not be started.
+std::string NotStartedText(const std::wstring& program, DWORD systemError);
+
 class ExporterProcess : public Exporter {
  public:
   // The arguments are those behind the program's name. `stoppable`: they get the stop pipe too.

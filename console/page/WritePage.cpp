@@ -3,21 +3,12 @@
 #include <windows.h>
 
 #include <cwchar>
-#include <utility>
 
-#include "base/FileSystem.h"
-#include "base/OutputPaths.h"
+#include "console/folder/WholeFile.h"
 
 namespace larkspan::console {
 
 namespace {
-
-bool WriteWhole(const std::wstring& path, std::string_view bytes) {
-  file_system::UniqueFile file = file_system::Open(path, L"wb");
-  if (!file) return false;
-  const bool taken = file_system::Write(file.get(), bytes) == bytes.size();
-  return file_system::Close(std::move(file)) && taken;
-}
 
 // The path from the root on, with backslashes alone, and none at its end.
 std::wstring WholePath(const std::wstring& path) {
@@ -31,11 +22,7 @@ std::wstring WholePath(const std::wstring& path) {
 }  // namespace
 
 bool WritePage(const std::wstring& file, std::string_view page) {
-  const std::wstring stage = output::StageOf(file);
-  if (WriteWhole(stage, page) && file_system::Move(stage, file, file_system::Earlier::kIsReplaced))
-    return true;
-  file_system::Delete(stage);
-  return false;
+  return WriteWholeFile(file, page);
 }
 
 bool IsNamedAsPage(const std::wstring& file) {

@@ -7,6 +7,11 @@
 
 namespace larkspan::console {
 
+bool IsUtf8(std::string_view bytes) {
+  return bytes.empty() || MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(),
+                                              static_cast<int>(bytes.size()), nullptr, 0) > 0;
+}
+
 std::wstring Utf8ToWide(std::string_view text) {
   if (text.empty()) return {};
   const int bytes = static_cast<int>(text.size());

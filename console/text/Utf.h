@@ -9,6 +9,9 @@
 
 namespace larkspan::console {
 
+// Every character of it is whole and allowed there.
+bool IsUtf8(std::string_view bytes);
+
 // What is no UTF-8 becomes U+FFFD.
 std::wstring Utf8ToWide(std::string_view text);
 

@@ -38,7 +38,7 @@ class BatchFoldersTest : public ::testing::Test {
   }
 
   using Names = std::vector<std::wstring>;
-  const testing::TempFolder folder_;
+  const TempFolder folder_;
   const std::wstring root_ = folder_.path();
 };
 
@@ -86,7 +86,7 @@ TEST_F(BatchFoldersTest, ItKeepsThatOfAnAttemptAndOfASealedExport) {
   const ListedDatabase sealed = On("Mill", "b.nsf");
   MakeExport(L"Mill\\a.nsf.attempt-2", cutOff);
   MakeExport(L"Mill\\b.nsf", sealed, L"\\data");
-  testing::WriteBytes(root_ + L"\\Mill\\b.nsf\\bagit.txt", "BagIt-Version: 1.0\n");
+  WriteBytes(root_ + L"\\Mill\\b.nsf\\bagit.txt", "BagIt-Version: 1.0\n");
   EXPECT_EQ(Choose({On("Mill", "A.NSF"), cutOff, sealed}),
             (Names{FolderNameWithSum(On("Mill", "A.NSF")), L"Mill\\a.nsf", L"Mill\\b.nsf"}));
 }

@@ -85,11 +85,11 @@ class BatchListFileTest : public ::testing::Test {
  protected:
   std::string Read(const std::string& bytes) {
     const std::wstring file = folder_.path() + L"\\list.txt";
-    testing::WriteBytes(file, bytes);
+    WriteBytes(file, bytes);
     return ReadBatchList(file, list_);
   }
 
-  testing::TempFolder folder_;
+  TempFolder folder_;
   BatchList list_;
 };
 

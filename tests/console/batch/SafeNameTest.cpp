@@ -60,7 +60,7 @@ TEST(SafeNameTest, NamesOfAttemptsAndLongNamesAreRefused) {
 
 // What the system makes of a name is what decides.
 TEST(SafeNameTest, TheSystemTakesEachNameAsItIs) {
-  const testing::TempFolder folder;
+  const TempFolder folder;
   for (const wchar_t* part : {L"nul", L"a.", L"b ", L"c:d", L"..", L"e\tf", L"COM3.nsf", L"種"}) {
     const std::wstring name = SafePart(part);
     const std::filesystem::path path = folder.path() + L"\\" + name;
