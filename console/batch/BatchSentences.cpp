@@ -90,8 +90,8 @@ std::string BatchCountsText(const BatchCounts& counts) {
 }
 
 std::string BatchEndSentence(const BatchEnd& end) {
-  std::string sentence =
-      OutsetOf(end.code) + ": " + BatchCountsText(end.counts) + " in " + DurationText(end.seconds);
+  std::string sentence = OutsetOfAll(end.code) + ": " + BatchCountsText(end.counts) + " in " +
+                         DurationText(end.seconds);
   if (end.counts.notBegun > 0)
     sentence += "\n" + DatabasesText(end.counts.notBegun) + " not begun: " + end.reason;
   if (!end.summary.empty()) sentence += "\nSummary: " + end.summary;

@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-BatchEntry Ended(const std::string& path, ExitCode code, const std::string& reason) {
+BatchEntry EntryEndedAs(const std::string& path, ExitCode code, const std::string& reason) {
   BatchEntry entry;
   entry.database = {"Mill", path, "", false};
   entry.folder = L"D:\\export\\Mill\\a";
@@ -60,8 +60,8 @@ TEST_F(BatchDisplayTest, APersonIsToldWhatBeginsAndWhatWasDoneBefore) {
 
 TEST_F(BatchDisplayTest, APersonHasALineForEachEnd) {
   const auto display = Make(DisplayMode::kTerminalOrPlain);
-  display->Finish(Ended("a.nsf", ExitCode::kLosses, "35 losses, each of which is listed"));
-  BatchEntry failed = Ended("b.nsf", ExitCode::kCouldNotRun, "no such database");
+  display->Finish(EntryEndedAs("a.nsf", ExitCode::kLosses, "35 losses, each of which is listed"));
+  BatchEntry failed = EntryEndedAs("b.nsf", ExitCode::kCouldNotRun, "no such database");
   failed.counts = NoteCounts{};
   display->Finish(failed);
   EXPECT_EQ(output_.text,
@@ -114,7 +114,7 @@ TEST_F(BatchDisplayTest, AFileHasALineOfCountsEveryTenSeconds) {
 
 TEST_F(BatchDisplayTest, WhatAnExportSaysThatIsNoEventIsShown) {
   const auto display = Make(DisplayMode::kTerminalOrPlain);
-  const BatchEntry entry = Ended("a.nsf", ExitCode::kUsage, "");
+  const BatchEntry entry = EntryEndedAs("a.nsf", ExitCode::kUsage, "");
   display->Line(entry, "{}", true);
   display->Line(entry, "larkspan-console: no", false);
   EXPECT_EQ(output_.text, "Mill!!a.nsf: larkspan-console: no\n");
@@ -150,7 +150,7 @@ TEST_F(BatchDisplayTest, TheEndTellsWhatWasNotBegunAndWhereTheSummaryIs) {
 
 TEST_F(BatchDisplayTest, AProgramHasEventsAndTheEventsOfTheExports) {
   const auto display = Make(DisplayMode::kJson);
-  const BatchEntry entry = Ended("a.nsf", ExitCode::kLosses, "35 losses");
+  const BatchEntry entry = EntryEndedAs("a.nsf", ExitCode::kLosses, "35 losses");
   display->Start({"list.csv", "D:\\export", 0, 3}, {});
   display->Begin(entry);
   display->Line(entry, R"({"kind":"phase","phase":"views"})", true);
@@ -179,8 +179,8 @@ TEST_F(BatchDisplayTest, AProgramHasEventsAndTheEventsOfTheExports) {
 TEST_F(BatchDisplayTest, QuietTellsOnlyWhatWentWrong) {
   const auto display = Make(DisplayMode::kQuiet);
   display->Start({}, {});
-  display->Finish(Ended("a.nsf", ExitCode::kWhole, ""));
-  display->Finish(Ended("b.nsf", ExitCode::kCouldNotRun, "no such database"));
+  display->Finish(EntryEndedAs("a.nsf", ExitCode::kWhole, ""));
+  display->Finish(EntryEndedAs("b.nsf", ExitCode::kCouldNotRun, "no such database"));
   display->Error("no room");
   display->End({});
   EXPECT_EQ(output_.text, "");
