@@ -1,6 +1,7 @@
 // What a batch makes of its list, its options and what it finds below its root.
 #include <filesystem>
 
+#include "base/Utf8.h"
 #include "console/batch/SafeName.h"
 #include "console/follow/OutputFolder.h"
 #include "tests/console/system/BatchTest.h"
