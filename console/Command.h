@@ -25,5 +25,6 @@ CommandRun AddSealCommand(CLI::App& app);
 CommandRun AddDatabasesCommand(CLI::App& app);
 CommandRun AddServersCommand(CLI::App& app);
 CommandRun AddBatchCommand(CLI::App& app);
+CommandRun AddDoctorCommand(CLI::App& app);
 
 }  // namespace larkspan::console

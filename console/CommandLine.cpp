@@ -116,6 +116,7 @@ ExitCode RunCommandLine(std::vector<std::string> arguments) {
       {"databases", AddDatabasesCommand(app)},
       {"servers", AddServersCommand(app)},
       {"batch", AddBatchCommand(app)},
+      {"doctor", AddDoctorCommand(app)},
   };
   std::reverse(arguments.begin(), arguments.end());
   app.allow_extras();

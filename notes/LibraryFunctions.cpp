@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "notes/LibraryNames.h"
+
 namespace larkspan {
 
 namespace {
@@ -19,10 +21,10 @@ LibraryLookup FindLibraryFunctions(const wchar_t* libraryName) {
   const HMODULE library = GetModuleHandleW(libraryName);
   if (library == nullptr) return LibraryLookup::kNoLibrary;
   functions.searchExtended3 =
-      FindFunction<notes_api::SearchExtended3Function>(library, "NSFSearchExtended3");
+      FindFunction<notes_api::SearchExtended3Function>(library, kSearchExtended3Name);
   if (functions.searchExtended3 == nullptr) return LibraryLookup::kNoSearchExtended3;
   functions.purgeCollection =
-      FindFunction<notes_api::PurgeCollectionFunction>(library, "NIFPurgeCollection");
+      FindFunction<notes_api::PurgeCollectionFunction>(library, kPurgeCollectionName);
   if (functions.purgeCollection == nullptr) return LibraryLookup::kNoPurgeCollection;
   return LibraryLookup::kFound;
 }

@@ -4,12 +4,40 @@
 
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 #include "base/OutputPaths.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
+
+namespace {
+
+// The version resource of a file; empty when it has none.
+std::vector<std::byte> VersionInformation(const std::wstring& path) {
+  std::vector<std::byte> information(GetFileVersionInfoSizeW(path.c_str(), nullptr));
+  if (information.empty() ||
+      !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(information.size()),
+                           information.data())) {
+    return {};
+  }
+  return information;
+}
+
+struct VersionValue {
+  const void* place = nullptr;  // Within the resource; null: there is no such value.
+  UINT length = 0;
+};
+
+VersionValue FindVersionValue(std::vector<std::byte>& information, const wchar_t* name) {
+  void* place = nullptr;
+  UINT length = 0;
+  if (information.empty() || !VerQueryValueW(information.data(), name, &place, &length)) return {};
+  return {place, length};
+}
+
+}  // namespace
 
 std::string HostName() {
   std::array<wchar_t, 256> name{};
@@ -26,19 +54,22 @@ std::string UserName() {
 }
 
 std::string FileVersion(const std::wstring& path) {
-  std::vector<std::byte> information(GetFileVersionInfoSizeW(path.c_str(), nullptr));
-  if (information.empty() ||
-      !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(information.size()),
-                           information.data())) {
-    return {};
-  }
-  void* text = nullptr;
-  UINT length = 0;
-  if (!VerQueryValueW(information.data(), L"\\StringFileInfo\\040904B0\\ProductVersion", &text,
-                      &length)) {
-    return {};
-  }
-  return WideToUtf8(static_cast<const wchar_t*>(text));
+  std::vector<std::byte> information = VersionInformation(path);
+  const VersionValue text =
+      FindVersionValue(information, L"\\StringFileInfo\\040904B0\\ProductVersion");
+  return text.place == nullptr ? "" : WideToUtf8(static_cast<const wchar_t*>(text.place));
+}
+
+std::string FileVersionNumbers(const std::wstring& path) {
+  std::vector<std::byte> information = VersionInformation(path);
+  const VersionValue fixed = FindVersionValue(information, L"\\");
+  VS_FIXEDFILEINFO numbers{};
+  if (fixed.place == nullptr || fixed.length < sizeof numbers) return {};
+  std::memcpy(&numbers, fixed.place, sizeof numbers);
+  const auto text = [](DWORD pair) {
+    return std::to_string(HIWORD(pair)) + "." + std::to_string(LOWORD(pair));
+  };
+  return text(numbers.dwFileVersionMS) + "." + text(numbers.dwFileVersionLS);
 }
 
 std::optional<std::uint64_t> FreeBytes(const std::wstring& folder) {

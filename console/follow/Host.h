@@ -14,6 +14,9 @@ std::string UserName();
 // The product version in the resource of that program's file.
 std::string FileVersion(const std::wstring& path);
 
+// The four numbers of the file's own version there, in whatever language it has texts: "14.0.1.2".
+std::string FileVersionNumbers(const std::wstring& path);
+
 // Bytes that this user may still write on the folder's volume; none when the system does not tell.
 std::optional<std::uint64_t> FreeBytes(const std::wstring& folder);
 
