@@ -127,7 +127,8 @@ class BagJudge {
           return each.ofTags && each.file == *entry.file;
         });
     if (!isTagList && !IsInPayload(entry.path)) return;
-    faults_.Add(declaration_.IsVersion1(), "manifest", entry.path,
+    // Of payload the RFC says only that such a list is one of tag files.
+    faults_.Add(isTagList && declaration_.IsVersion1(), "manifest", entry.path,
                 manifest.name + " lists " + entry.path + ", which is not for it to list");
   }
 

@@ -248,7 +248,24 @@ const std::vector<BagCase> kTagLists = {
     {"ListsPayload",
      "1.0",
      TagListed(kNothing, AppendTo("tagmanifest-sha256.txt", LineOfA())),
-     {"manifest data/a.txt"}},
+     {"warning manifest"}},
+    {"ListsItself",
+     "1.0",
+     TagListed(kNothing, AppendTo("tagmanifest-sha256.txt",
+                                  HandMadeBag::Line("sha256", "tagmanifest-sha256.txt", ""))),
+     {"manifest tagmanifest-sha256.txt", "sum tagmanifest-sha256.txt"}},
+    {"ListsAnother097",
+     "0.97",
+     [](const HandMadeBag& bag) {
+       bag.WriteTagManifest();
+       bag.WriteFile("tagmanifest-md5.txt",
+                     HandMadeBag::Line("md5", "tagmanifest-sha256.txt",
+                                       bag.ReadFile("tagmanifest-sha256.txt")) +
+                         HandMadeBag::Line("md5", kManifest, bag.ReadFile(kManifest)) +
+                         HandMadeBag::Line("md5", kInfo, bag.ReadFile(kInfo)) +
+                         HandMadeBag::Line("md5", "bagit.txt", bag.ReadFile("bagit.txt")));
+     },
+     {"warning manifest"}},
     {"ManifestUnlisted",
      "1.0",
      WriteOver("tagmanifest-md5.txt",
