@@ -1,17 +1,21 @@
 // report: accounts for each note of an output folder, and makes a page for people of what came out.
 #include <CLI/CLI.hpp>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "console/CheckWatch.h"
 #include "console/Command.h"
 #include "console/CommandLine.h"
 #include "console/account/AccountText.h"
-#include "console/account/Verify.h"
+#include "console/bag/VerifyExport.h"
 #include "console/page/Page.h"
 #include "console/page/Pieces.h"
 #include "console/page/WritePage.h"
 #include "console/show/Output.h"
+#include "console/show/Sentences.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -24,49 +28,78 @@ struct ReportOptions {
   bool quiet = false;
 };
 
-void Complain(const std::string& text) {
-  Output(STD_ERROR_HANDLE).Write("larkspan-console: " + text + "\n");
-}
+void Complain(const std::string& text) { Output(STD_ERROR_HANDLE).Write(ErrorText(text)); }
 
-ExitCode Refuse(const std::string& text) {
+ExitCode Refuse(const std::string& text, ExitCode code = ExitCode::kCouldNotRun) {
   Complain(text);
-  return ExitCode::kCouldNotRun;
+  return code;
 }
 
-PageContent ContentOf(const ReportOptions& options, Account account) {
-  const std::wstring folder = Utf8ToWide(options.folder);
+PageContent ContentOf(const ReportOptions& options, ExportVerdict verdict) {
   PageContent content;
-  content.verdict = account.Verdict();
-  content.account = std::move(account);
-  content.outcomeReading = ReadOutcome(folder, content.outcome);
-  ReadDatabaseAndViews(folder, content);
+  content.verdict = verdict.account.Verdict();
+  content.account = std::move(verdict.account);
+  content.bag = std::move(verdict.bag);
+  content.outcomeReading = ReadOutcome(verdict.files, content.outcome);
+  ReadDatabaseAndViews(verdict.files, content);
   content.folder = options.folder;
   content.made = UtcNow();
   content.version = LARKSPAN_VERSION;
   return content;
 }
 
-ExitCode RunReport(const ReportOptions& options) {
+// Empty, or why the page may not lie there. A slip of the hand must not cost a file of the export,
+// which may be the only copy, nor its seal.
+std::string WhyNotThere(const ReportOptions& options) {
   const std::wstring folder = Utf8ToWide(options.folder);
   const std::wstring file = Utf8ToWide(options.file);
-  const bool isInside = LiesInside(file, folder);
-  // A slip of the hand must not cost a file of the export, which may be the only copy.
-  if (isInside && !IsNamedAsPage(file))
-    return Refuse(options.file + ": within the export, only a name that ends in .html is taken");
+  if (!LiesInside(file, folder)) return {};
+  if (!IsNamedAsPage(file))
+    return options.file + ": within the export, only a name that ends in .html is taken";
+  if (IsBag(folder) && LiesInside(file, ExportWithin(folder)))
+    return options.file + ": a page in the payload of a sealed folder would break its seal";
+  return {};
+}
+
+// No value when there is nothing to make a page of: why not is said.
+std::optional<ExportVerdict> Verify(const ReportOptions& options, ExitCode& code) {
+  CheckWatch watch(!options.quiet);
   std::string whyNot;
-  std::optional<Account> account = VerifyFolder(folder, {}, whyNot);
-  if (!account) return Refuse(options.folder + ": " + whyNot);
+  std::optional<ExportVerdict> verdict;
+  try {
+    verdict = VerifyExport(Utf8ToWide(options.folder),
+                           {watch.Watch("Summing"), watch.Watch("Checking")}, whyNot);
+  } catch (const std::exception& exception) {
+    whyNot = std::string("The folder could not be judged: ") + exception.what();
+  }
+  watch.Clear();
+  code = watch.IsStopped() ? ExitCode::kStopped : ExitCode::kCouldNotRun;
+  if (!verdict) Complain(options.folder + ": " + whyNot);
+  return verdict;
+}
+
+void TellOfPageInside(const ReportOptions& options, const PageContent& content) {
+  if (content.bag || !LiesInside(Utf8ToWide(options.file), Utf8ToWide(options.folder))) return;
+  Complain(options.file +
+           " lies in the export: verify will tell of it as a file that no list knows");
+}
+
+ExitCode RunReport(const ReportOptions& options) {
+  if (const std::string fault = WhyNotThere(options); !fault.empty()) return Refuse(fault);
+  ExitCode code = ExitCode::kCouldNotRun;
+  std::optional<ExportVerdict> verdict = Verify(options, code);
+  if (!verdict) return code;
   const std::string nonce = MakeNonce();
   if (nonce.empty()) return Refuse("the system gives no random bytes");
-  const std::string verdict = VerdictText(*account);
-  const PageContent content = ContentOf(options, std::move(*account));
-  if (!WritePage(file, RenderPage(content, nonce)))
+  const PageContent content = ContentOf(options, std::move(*verdict));
+  if (!WritePage(Utf8ToWide(options.file), RenderPage(content, nonce)))
     return Refuse(options.file + ": the page cannot be written there");
-  if (isInside)
-    Complain(options.file +
-             " lies in the export: verify will tell of it as a file that no list knows");
+  TellOfPageInside(options, content);
   if (!options.quiet)
-    Output(STD_OUTPUT_HANDLE).Write(verdict + "\nThe report is in " + options.file + "\n");
+    Output(STD_OUTPUT_HANDLE)
+        .Write(VerdictText(content.account) + "\n" +
+               (content.bag ? SealedText(*content.bag) + "\n" : "") + "The report is in " +
+               options.file + "\n");
   return content.verdict;
 }
 

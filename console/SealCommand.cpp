@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "console/CheckWatch.h"
 #include "console/Command.h"
 #include "console/CommandLine.h"
 #include "console/account/AccountJson.h"
@@ -10,7 +11,6 @@
 #include "console/bag/BagText.h"
 #include "console/bag/Seal.h"
 #include "console/follow/OutputFolder.h"
-#include "console/show/FileProgressLine.h"
 #include "console/show/Output.h"
 #include "console/show/Sentences.h"
 #include "console/text/Sizes.h"
@@ -55,24 +55,16 @@ void Show(const SealOptions& options, const SealResult& result, Output& output) 
 }
 
 ExitCode RunSeal(const SealOptions& options) {
-  Output output(STD_OUTPUT_HANDLE);
-  FileProgressLine checking(output, "Checking");
-  FileProgressLine summing(output, "Summing");
-  SealWatch watch;
-  if (output.IsTerminal() && !options.json && !options.quiet) {
-    watch.checking = checking.Watch();
-    watch.summing = summing.Watch();
-  }
+  CheckWatch watch(!options.json && !options.quiet);
   const std::wstring folder = WholePath(options.folder);
   const FolderLock lock(folder);
   SealResult result;
   if (lock.IsHeld())
-    result = SealFolder(folder, watch);
+    result = SealFolder(folder, {watch.Watch("Checking"), watch.Watch("Summing"), {}});
   else
     result.reason = "Another larkspan-console is at work there.";
-  checking.Clear();
-  summing.Clear();
-  Show(options, result, output);
+  watch.Clear();
+  Show(options, result, watch.output());
   return result.code;
 }
 
@@ -87,7 +79,7 @@ CommandRun AddSealCommand(CLI::App& app) {
   command->add_flag("--quiet", options->quiet, "No text; the exit code says it");
   command->footer(
       "Exit code: 0 sealed and whole, 2 nothing there to seal, 3 sealed with losses that are\n"
-      "listed, 5 not accounted for, or broken off: call it again, and it goes on\n"
+      "listed, 4 stopped, 5 not accounted for, or broken off: call it again, and it goes on\n"
       "Example:\n  larkspan-console seal D:\\export\\ada\n");
   return [options] { return RunSeal(*options); };
 }

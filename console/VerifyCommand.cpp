@@ -6,14 +6,16 @@
 #include <optional>
 #include <string>
 
+#include "console/CheckWatch.h"
 #include "console/Command.h"
 #include "console/CommandLine.h"
 #include "console/account/AccountJson.h"
 #include "console/account/AccountText.h"
-#include "console/account/Verify.h"
 #include "console/bag/BagOnly.h"
-#include "console/show/FileProgressLine.h"
+#include "console/bag/BagText.h"
+#include "console/bag/VerifyExport.h"
 #include "console/show/Output.h"
+#include "console/show/Sentences.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -27,9 +29,8 @@ struct VerifyOptions {
   bool bagOnly = false;
 };
 
-ExitCode RefuseFolder(const VerifyOptions& options, const std::string& whyNot) {
-  const ExitCode code = ExitCode::kCouldNotRun;
-  Output(STD_ERROR_HANDLE).Write("larkspan-console: " + options.folder + ": " + whyNot + "\n");
+ExitCode RefuseFolder(const VerifyOptions& options, ExitCode code, const std::string& whyNot) {
+  Output(STD_ERROR_HANDLE).Write(ErrorText(options.folder + ": " + whyNot));
   if (options.json) {
     const Json json = {{"folder", options.folder},
                        {"verdict", "none"},
@@ -40,21 +41,23 @@ ExitCode RefuseFolder(const VerifyOptions& options, const std::string& whyNot) {
   return code;
 }
 
-void Show(const VerifyOptions& options, const Account& account, Output& output) {
+void Show(const VerifyOptions& options, const ExportVerdict& verdict, Output& output) {
   if (options.json) {
     Json json = {{"folder", options.folder}};
-    json.update(AccountToJson(account));
+    json.update(AccountToJson(verdict.account));
+    if (verdict.bag) json["bag"] = BagToJson(*verdict.bag);
     output.Write(JsonText(json, -1) + "\n");
   } else if (!options.quiet) {
-    output.Write(AccountText(account));
+    output.Write(AccountText(verdict.account, verdict.bag ? SealedText(*verdict.bag) : ""));
   }
 }
 
 // A program that ends by an exception has an exit code that means losses.
-std::optional<Account> Verify(const VerifyOptions& options, const VerifyProgress& progress,
-                              std::string& whyNot) {
+std::optional<ExportVerdict> Verify(const VerifyOptions& options, CheckWatch& watch,
+                                    std::string& whyNot) {
   try {
-    return VerifyFolder(Utf8ToWide(options.folder), progress, whyNot);
+    return VerifyExport(Utf8ToWide(options.folder),
+                        {watch.Watch("Summing"), watch.Watch("Checking")}, whyNot);
   } catch (const std::exception& exception) {
     whyNot = std::string("The folder could not be judged: ") + exception.what();
     return std::nullopt;
@@ -63,16 +66,16 @@ std::optional<Account> Verify(const VerifyOptions& options, const VerifyProgress
 
 ExitCode RunVerify(const VerifyOptions& options) {
   if (options.bagOnly) return RunBagOnly(options.folder, options.json, options.quiet);
-  Output output(STD_OUTPUT_HANDLE);
-  FileProgressLine line(output, "Checking");
-  VerifyProgress progress;
-  if (output.IsTerminal() && !options.json && !options.quiet) progress = line.Watch();
+  CheckWatch watch(!options.json && !options.quiet);
   std::string whyNot;
-  const std::optional<Account> account = Verify(options, progress, whyNot);
-  line.Clear();
-  if (!account) return RefuseFolder(options, whyNot);
-  Show(options, *account, output);
-  return account->Verdict();
+  const std::optional<ExportVerdict> verdict = Verify(options, watch, whyNot);
+  watch.Clear();
+  if (!verdict) {
+    const ExitCode code = watch.IsStopped() ? ExitCode::kStopped : ExitCode::kCouldNotRun;
+    return RefuseFolder(options, code, whyNot);
+  }
+  Show(options, *verdict, watch.output());
+  return verdict->account.Verdict();
 }
 
 }  // namespace
@@ -87,7 +90,8 @@ CommandRun AddVerifyCommand(CLI::App& app) {
   command->add_flag("--bag-only", options->bagOnly,
                     "Judge any bag, whatever it holds: 0 valid, 5 invalid");
   command->footer(
-      "Exit code: 0 whole, 2 no export there, 3 losses that are listed, 5 not accounted for\n"
+      "Exit code: 0 whole, 2 no export there, 3 losses that are listed, 4 stopped,\n"
+      "5 not accounted for, or a bag that is not valid\n"
       "Example:\n  larkspan-console verify D:\\export\\ada\n");
   return [options] { return RunVerify(*options); };
 }

@@ -49,14 +49,14 @@ std::string LossesText(const Account& account) {
 std::string FindingsText(const Account& account) {
   Section section;
   for (const Finding& finding : account.findings)
-    section.Add(finding.kind, Padded(finding.kind, 17) + finding.text);
+    section.Add(finding.kind, Padded(finding.kind + ' ', 17) + finding.text);
   return section.Text("Not as it must be");
 }
 
 std::string WarningsText(const Account& account) {
   Section section;
   for (const Warning& warning : account.warnings)
-    section.Add(warning.kind, Padded(warning.kind, 14) + warning.text);
+    section.Add(warning.kind, Padded(warning.kind + ' ', 14) + warning.text);
   return section.Text("Warnings");
 }
 
@@ -84,9 +84,9 @@ std::string VerdictText(const Account& account) {
   }
 }
 
-std::string AccountText(const Account& account) {
-  return VerdictText(account) + "\n\n" + FoldersText(account) + LossesText(account) +
-         FindingsText(account) + WarningsText(account);
+std::string AccountText(const Account& account, const std::string& more) {
+  return VerdictText(account) + "\n" + (more.empty() ? "" : more + "\n") + "\n" +
+         FoldersText(account) + LossesText(account) + FindingsText(account) + WarningsText(account);
 }
 
 }  // namespace larkspan::console

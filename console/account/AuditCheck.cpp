@@ -16,34 +16,34 @@ CountedFiles Sum(const CountedFiles& a, const CountedFiles& b) {
   return {a.least + b.least, a.ofTheSystem + b.ofTheSystem};
 }
 
-void Compare(const AuditFacts& audit, AuditNumber number, const CountedFiles& counted,
+void Compare(const AuditFacts& audit, AuditRow row, const CountedFiles& counted,
              Verdicts& verdicts) {
-  const std::optional<std::uint64_t> told = audit.Number(number);
+  const std::optional<std::uint64_t> told = audit.Number(row);
   if (!told) return;  // That it is missing is a finding of its own.
   if (*told >= counted.least && *told <= counted.least + counted.ofTheSystem) return;
   AddAuditFinding(verdicts, "audit-differs",
-                  "audit.txt says '" + std::string(AuditLabel(number)) + "': " +
-                      std::to_string(*told) + ", but it is " + std::to_string(counted.least));
+                  "audit.txt says '" + AuditLabel(row) + "': " + std::to_string(*told) +
+                      ", but it is " + std::to_string(counted.least));
 }
 
 void Recount(const Evidence& evidence, Verdicts& verdicts) {
   const AuditFacts& audit = evidence.audit;
   const ExportFiles& files = evidence.files;
-  const auto compare = [&](AuditNumber number, const CountedFiles& counted) {
-    Compare(audit, number, counted, verdicts);
+  const auto compare = [&](AuditRow row, const CountedFiles& counted) {
+    Compare(audit, row, counted, verdicts);
   };
   const bool isListWhole =
       evidence.list.reading == FileReading::kRead && evidence.list.faultyLines == 0;
-  if (isListWhole) compare(AuditNumber::kListed, {evidence.list.ids.size(), 0});
-  compare(AuditNumber::kData, files.data);
-  compare(AuditNumber::kDesign, files.design);
-  compare(AuditNumber::kProfile, files.profile);
+  if (isListWhole) compare(AuditRow::kListed, {evidence.list.ids.size(), 0});
+  compare(AuditRow::kData, files.data);
+  compare(AuditRow::kDesign, files.design);
+  compare(AuditRow::kProfile, files.profile);
   const CountedFiles exported = Sum(Sum(files.data, files.design), files.profile);
-  compare(AuditNumber::kExported, exported);
+  compare(AuditRow::kExported, exported);
   const CountedFiles failed = {evidence.log.majorLines, 0};
-  compare(AuditNumber::kFailed, failed);
-  compare(AuditNumber::kProcessed, Sum(exported, failed));
-  compare(AuditNumber::kWarned, {evidence.log.minorLines, 0});
+  compare(AuditRow::kFailed, failed);
+  compare(AuditRow::kProcessed, Sum(exported, failed));
+  compare(AuditRow::kWarned, {evidence.log.minorLines, 0});
 }
 
 void JudgeClosingSentence(const Evidence& evidence, Verdicts& verdicts) {

@@ -173,22 +173,6 @@ bool PlaceStage(const std::wstring& stage, const std::wstring& path) {
   return RetryWithPause(kAttempts, kPause, move, [](int) {});
 }
 
-// No value when the system refuses, or it is larger than any account.
-std::optional<std::string> ReadAll(SharedFile& file) {
-  constexpr std::size_t kPiece = std::size_t{1} << 20;
-  constexpr std::size_t kMost = std::size_t{1} << 30;
-  std::string text;
-  while (text.size() < kMost) {
-    const std::size_t before = text.size();
-    text.resize(before + kPiece);
-    const std::optional<std::size_t> size = file.Read({text.data() + before, kPiece});
-    if (!size) return std::nullopt;
-    text.resize(before + *size);
-    if (*size < kPiece) return text;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 bool WriteOutcome(const std::wstring& folder, const Outcome& outcome) {
@@ -206,7 +190,7 @@ OutcomeReading ReadOutcome(const std::wstring& folder, Outcome& outcome) {
   if (file.state() == FileReading::kMissing) return OutcomeReading::kMissing;
   if (file.state() != FileReading::kRead) return OutcomeReading::kUnreadable;
   try {
-    const std::optional<std::string> text = ReadAll(file);
+    const std::optional<std::string> text = file.ReadAll();
     if (!text) return OutcomeReading::kUnreadable;
     outcome = OutcomeFromJson(Json::parse(*text));
     return OutcomeReading::kRead;

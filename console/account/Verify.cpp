@@ -17,13 +17,6 @@ namespace larkspan::console {
 
 namespace {
 
-bool IsOfAnExport(const std::wstring& folder) {
-  const auto exists = [&](const wchar_t* name) {
-    return GetFileAttributesW(output::Join(folder, name).c_str()) != INVALID_FILE_ATTRIBUTES;
-  };
-  return exists(output::kIdTable) || exists(output::kAudit) || exists(kOutcomeFile);
-}
-
 // Those without an ID come last; what is equal keeps its order.
 template <typename Value>
 void SortById(std::vector<Value>& values) {
@@ -76,6 +69,13 @@ std::wstring WithoutEndingSlashes(std::wstring folder) {
 }
 
 }  // namespace
+
+bool IsOfAnExport(const std::wstring& folder) {
+  const auto exists = [&](const wchar_t* name) {
+    return GetFileAttributesW(output::Join(folder, name).c_str()) != INVALID_FILE_ATTRIBUTES;
+  };
+  return exists(output::kIdTable) || exists(output::kAudit) || exists(kOutcomeFile);
+}
 
 std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,
                                     std::string& whyNot) {

@@ -11,6 +11,9 @@
 
 namespace larkspan::console {
 
+// Whether the folder holds one of the records by which that of an export is known.
+bool IsOfAnExport(const std::wstring& folder);
+
 // No value when it was broken off, or when the folder cannot be listed, or is none of an export:
 // `whyNot` is then a sentence.
 std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,

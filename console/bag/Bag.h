@@ -25,8 +25,8 @@ struct BagVerdict {
 };
 
 // Judges the bag as the RFC does, every sum included. Nothing is written, and nothing is opened
-// that does not lie in the folder. No value when that cannot be listed: `whyNot` is then a
-// sentence. Throws std::runtime_error when the system cannot calculate sums.
+// that does not lie in the folder. No value when that cannot be listed, or when it was broken off:
+// `whyNot` is then a sentence. Throws std::runtime_error when the system cannot calculate sums.
 std::optional<BagVerdict> JudgeBag(const std::wstring& folder, const VerifyProgress& progress,
                                    std::string& whyNot);
 

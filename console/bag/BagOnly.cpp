@@ -3,10 +3,9 @@
 #include <optional>
 #include <stdexcept>
 
+#include "console/CheckWatch.h"
 #include "console/bag/Bag.h"
 #include "console/bag/BagText.h"
-#include "console/show/FileProgressLine.h"
-#include "console/show/Output.h"
 #include "console/show/Sentences.h"
 #include "console/text/Utf.h"
 
@@ -15,31 +14,28 @@ namespace larkspan::console {
 namespace {
 
 // No value, and a sentence, when the folder cannot be judged.
-std::optional<BagVerdict> Judge(const std::string& folder, Output& output, bool showsProgress,
-                                std::string& whyNot) {
-  FileProgressLine line(output, "Checking");
-  VerifyProgress progress;
-  if (showsProgress) progress = line.Watch();
+std::optional<BagVerdict> Judge(const std::string& folder, CheckWatch& watch, std::string& whyNot) {
   std::optional<BagVerdict> verdict;
   try {
-    verdict = JudgeBag(Utf8ToWide(folder), progress, whyNot);
+    verdict = JudgeBag(Utf8ToWide(folder), watch.Watch("Checking"), whyNot);
   } catch (const std::runtime_error& error) {
     whyNot = error.what();
   }
-  line.Clear();
+  watch.Clear();
   return verdict;
 }
 
-ExitCode Refuse(const std::string& folder, bool json, const std::string& whyNot, Output& output) {
-  const ExitCode code = ExitCode::kCouldNotRun;
+ExitCode Refuse(const std::string& folder, bool json, const std::string& whyNot,
+                CheckWatch& watch) {
+  const ExitCode code = watch.IsStopped() ? ExitCode::kStopped : ExitCode::kCouldNotRun;
   Output(STD_ERROR_HANDLE).Write(ErrorText(folder + ": " + whyNot));
   if (json) {
-    output.Write(JsonText({{"folder", folder},
-                           {"verdict", "none"},
-                           {"exitCode", static_cast<int>(code)},
-                           {"reason", whyNot}},
-                          -1) +
-                 "\n");
+    watch.output().Write(JsonText({{"folder", folder},
+                                   {"verdict", "none"},
+                                   {"exitCode", static_cast<int>(code)},
+                                   {"reason", whyNot}},
+                                  -1) +
+                         "\n");
   }
   return code;
 }
@@ -47,20 +43,19 @@ ExitCode Refuse(const std::string& folder, bool json, const std::string& whyNot,
 }  // namespace
 
 ExitCode RunBagOnly(const std::string& folder, bool json, bool quiet) {
-  Output output(STD_OUTPUT_HANDLE);
+  CheckWatch watch(!json && !quiet);
   std::string whyNot;
-  const bool showsProgress = output.IsTerminal() && !json && !quiet;
-  const std::optional<BagVerdict> verdict = Judge(folder, output, showsProgress, whyNot);
-  if (!verdict) return Refuse(folder, json, whyNot, output);
+  const std::optional<BagVerdict> verdict = Judge(folder, watch, whyNot);
+  if (!verdict) return Refuse(folder, json, whyNot, watch);
   const ExitCode code = verdict->IsValid() ? ExitCode::kWhole : ExitCode::kIncomplete;
   if (json) {
     Json object = {{"folder", folder},
                    {"verdict", verdict->IsValid() ? "valid" : "invalid"},
                    {"exitCode", static_cast<int>(code)}};
     object["bag"] = BagToJson(*verdict);
-    output.Write(JsonText(object, -1) + "\n");
+    watch.output().Write(JsonText(object, -1) + "\n");
   } else if (!quiet) {
-    output.Write(BagText(*verdict));
+    watch.output().Write(BagText(*verdict));
   }
   return code;
 }

@@ -87,6 +87,15 @@ std::string WhyUnsafe(std::string_view path) {
   }
 }
 
+bool NamesDevice(std::string_view path) {
+  while (true) {
+    const std::size_t end = path.find('/');
+    if (IsDevice(path.substr(0, end))) return true;
+    if (end == path.npos) return false;
+    path.remove_prefix(end + 1);
+  }
+}
+
 bool IsInPayload(std::string_view path) { return path.starts_with("data/"); }
 
 std::string DecodePath(std::string_view path, Encoded encoded) {

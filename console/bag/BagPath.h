@@ -10,6 +10,9 @@ namespace larkspan::console {
 // the bag". Empty when it may be one.
 std::string WhyUnsafe(std::string_view path);
 
+// Whether some part of it is the name of a device of Windows.
+bool NamesDevice(std::string_view path);
+
 bool IsInPayload(std::string_view path);
 
 // A line end or percent sign as a list tells it, "%0A", "%0D" or "%25", made what it stands for.

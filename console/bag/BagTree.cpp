@@ -82,20 +82,9 @@ std::optional<std::size_t> BagTree::FindAlike(std::string_view path) const {
 }
 
 std::optional<std::string> BagTree::Read(const BagFile& file) const {
-  constexpr std::size_t kPiece = std::size_t{1} << 20;
-  constexpr std::size_t kMost = std::size_t{1} << 30;
   SharedFile opened(output::Join(folder_, file.name));
   if (opened.state() != FileReading::kRead) return std::nullopt;
-  std::string content;
-  while (content.size() < kMost) {
-    const std::size_t before = content.size();
-    content.resize(before + kPiece);
-    const std::optional<std::size_t> size = opened.Read({content.data() + before, kPiece});
-    if (!size) return std::nullopt;
-    content.resize(before + *size);
-    if (*size < kPiece) return content;
-  }
-  return std::nullopt;
+  return opened.ReadAll();
 }
 
 }  // namespace larkspan::console

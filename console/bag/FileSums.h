@@ -17,9 +17,9 @@ struct FileSum {
   std::optional<Digests> digests;  // No value: the file cannot be read.
 };
 
-// Fills in the digests of files of the folder. Throws std::runtime_error when the system cannot
-// calculate them.
-void CalculateSums(const std::wstring& folder, const VerifyProgress& progress,
+// Fills in the digests of files of the folder. False when it was broken off. Throws
+// std::runtime_error when the system cannot calculate them.
+bool CalculateSums(const std::wstring& folder, const VerifyProgress& progress,
                    std::vector<FileSum>& files);
 
 }  // namespace larkspan::console

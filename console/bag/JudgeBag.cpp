@@ -32,14 +32,15 @@ class BagJudge {
   BagJudge(const BagTree& tree, BagVerdict& verdict)
       : tree_(tree), verdict_(verdict), faults_(verdict.errors, verdict.warnings) {}
 
-  void Judge(const VerifyProgress& progress) {
+  // False when it was broken off.
+  bool Judge(const VerifyProgress& progress) {
     ReadLists();
     CheckTree();
     for (const Manifest& manifest : manifests_) CheckEntries(manifest);
     CheckPayloadIsListed();
     CheckTagLists();
     CheckFetchIsListed();
-    CheckSums(progress);
+    return CheckSums(progress);
   }
 
  private:
@@ -126,7 +127,8 @@ class BagJudge {
           return each.ofTags && each.file == *entry.file;
         });
     if (!isTagList && !IsInPayload(entry.path)) return;
-    faults_.Add(declaration_.IsVersion1(), "manifest", entry.path,
+    // Of payload the RFC says only that such a list is one of tag files.
+    faults_.Add(isTagList && declaration_.IsVersion1(), "manifest", entry.path,
                 manifest.name + " lists " + entry.path + ", which is not for it to list");
   }
 
@@ -163,13 +165,14 @@ class BagJudge {
     return sums;
   }
 
-  void CheckSums(const VerifyProgress& progress) {
+  bool CheckSums(const VerifyProgress& progress) {
     std::vector<std::size_t> places(tree_.files().size());
     std::vector<FileSum> sums = WantedSums(places);
-    CalculateSums(tree_.folder(), progress, sums);
+    if (!CalculateSums(tree_.folder(), progress, sums)) return false;
     for (const Manifest& manifest : manifests_)
       for (const ManifestEntry& entry : manifest.entries)
         if (entry.file && manifest.isKnown) CheckSum(manifest, entry, sums[places[*entry.file]]);
+    return true;
   }
 
   void CheckSum(const Manifest& manifest, const ManifestEntry& entry, const FileSum& sum) {
@@ -209,7 +212,10 @@ std::optional<BagVerdict> JudgeBag(const std::wstring& folder, const VerifyProgr
     return std::nullopt;
   }
   BagVerdict verdict;
-  BagJudge(*tree, verdict).Judge(progress);
+  if (!BagJudge(*tree, verdict).Judge(progress)) {
+    whyNot = "The check was broken off.";
+    return std::nullopt;
+  }
   return verdict;
 }
 

@@ -197,6 +197,11 @@ std::optional<FoundPath> FindListedFile(const BagTree& tree, const Declaration& 
   for (const Meaning& meaning : meanings) {
     const std::string why = WhyUnsafe(meaning.path);
     if (why.empty()) continue;
+    // What the folder itself lists by just this name lies in it.
+    if (tree.Find(meaning.path) && !NamesDevice(meaning.path)) {
+      quirks.Count("a path that not every Windows program takes");
+      continue;
+    }
     faults.AddError("unsafe-path", meaning.path, list + ": the path " + slashed + " " + why);
     return std::nullopt;
   }

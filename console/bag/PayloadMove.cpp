@@ -143,6 +143,17 @@ bool IsList(std::wstring_view name) {
          is(ManifestName(true, kSealKind));
 }
 
+// What lies beside the payload and belongs to no sealing; empty when nothing does.
+std::wstring EntryBesidePayload(const std::wstring& folder) {
+  std::wstring other;
+  VisitEntries(folder, [&](const std::wstring& name, bool isFolder) {
+    const bool isKnown =
+        isFolder ? IsEntry(name, kPayloadFolder) || IsEntry(name, kPayloadStage) : IsList(name);
+    if (!isKnown) other = name;
+  });
+  return other;
+}
+
 // Scanners hold files, and with them their folders, for a while.
 void MoveEntry(const std::wstring& from, const std::wstring& to) {
   constexpr int kAttempts = 120;
@@ -163,17 +174,25 @@ SealState SealStateOf(const std::wstring& folder) {
   return isMoved ? SealState::kMoved : SealState::kUnsealed;
 }
 
+std::string WhySealIsUnfinished(const std::wstring& folder) {
+  const SealState state = SealStateOf(folder);
+  if (state == SealState::kUnsealed || state == SealState::kSealed) return {};
+  // A folder above several exports, one of which is called "data", is none whose move was ended.
+  const std::wstring path = UnlimitedPath(folder);
+  const bool isSealing = state == SealState::kMoving || EntryBesidePayload(path).empty() ||
+                         Exists(path + L"\\" + Utf8ToWide(ManifestName(false, kSealKind)));
+  if (!isSealing) return {};
+  return "A sealing was interrupted there; call 'larkspan-console seal' again, and it goes on.";
+}
+
 void RequireKnownEntries(const std::wstring& folder) {
   EntriesOf(folder);
   if (Exists(folder + kPayloadStage)) EntriesOf(folder + kPayloadStage);
 }
 
 void RequireOnlyPayload(const std::wstring& folder) {
-  VisitEntries(folder, [&](const std::wstring& name, bool isFolder) {
-    const bool isKnown =
-        isFolder ? IsEntry(name, kPayloadFolder) || IsEntry(name, kPayloadStage) : IsList(name);
-    if (!isKnown) RefuseEntry(name);
-  });
+  const std::wstring other = EntryBesidePayload(folder);
+  if (!other.empty()) RefuseEntry(other);
 }
 
 void MovePayload(const std::wstring& folder, const std::function<void()>& beforeStep) {

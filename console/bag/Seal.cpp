@@ -91,15 +91,14 @@ class Sealing {
   SealResult Run() {
     try {
       const SealState state = SealStateOf(folder_);
-      if (state == SealState::kSealed) return JudgeSealed();
-      if (state == SealState::kMoved) RequireOnlyPayload(folder_);
-      if (state != SealState::kMoved && !Move(state)) return std::move(result_);
-      if (!result_.account && !AccountFor(folder_ + kPayloadFolder)) return std::move(result_);
-      WriteLists();
-      result_.code = result_.account->Verdict();
+      if (state == SealState::kSealed)
+        JudgeSealed();
+      else if (GatherPayload(state))
+        WriteLists();
     } catch (const std::runtime_error& fault) {
       End(hasChanged_ ? ExitCode::kIncomplete : ExitCode::kCouldNotRun, fault.what());
     }
+    if (isStopped_) EndStopped();
     return std::move(result_);
   }
 
@@ -109,6 +108,21 @@ class Sealing {
     result_.code = code;
     result_.reason = std::move(reason);
     return false;
+  }
+
+  void EndStopped() {
+    End(ExitCode::kStopped, result_.wasSealed ? "The check was broken off."
+                            : hasChanged_
+                                ? "The sealing was stopped. Call it again, and it goes on."
+                                : "The sealing was stopped; nothing was changed.");
+  }
+
+  // Takes down that the watch has broken off what it watched.
+  VerifyProgress Watched(const VerifyProgress& progress) {
+    return [this, &progress](std::uint64_t done, std::uint64_t all) {
+      isStopped_ = progress && !progress(done, all);
+      return !isStopped_;
+    };
   }
 
   void Step() {
@@ -121,7 +135,7 @@ class Sealing {
     Outcome outcome;
     if (ReadOutcome(folder, outcome) == OutcomeReading::kRead && !IsDone(outcome)) return false;
     std::string whyNot;
-    result_.account = VerifyFolder(folder, watch_.checking, whyNot);
+    result_.account = VerifyFolder(folder, Watched(watch_.checking), whyNot);
     if (!result_.account) return End(ExitCode::kCouldNotRun, whyNot);
     if (result_.account->Verdict() != ExitCode::kIncomplete) return true;
     return End(ExitCode::kIncomplete,
@@ -137,11 +151,16 @@ class Sealing {
     return End(ExitCode::kIncomplete, "The export did not succeed: " + outcome.reason);
   }
 
-  bool Move(SealState state) {
+  // Whether all of the export is the payload now, and accounted for.
+  bool GatherPayload(SealState state) {
     if (state == SealState::kUnsealed && !AccountFor(folder_)) return false;
-    RequireKnownEntries(folder_);
-    MovePayload(folder_, [this] { Step(); });
-    return true;
+    if (state == SealState::kMoved) {
+      RequireOnlyPayload(folder_);
+    } else {
+      RequireKnownEntries(folder_);
+      MovePayload(folder_, [this] { Step(); });
+    }
+    return result_.account || AccountFor(folder_ + kPayloadFolder);
   }
 
   void WriteLists() {
@@ -163,9 +182,10 @@ class Sealing {
     WriteList(kBagInfoFile, files[0].second);
     WriteList(ManifestName(true, kSealKind), tagLines);
     WriteList(kDeclarationFile, files[1].second);
+    result_.code = result_.account->Verdict();
   }
 
-  std::string PayloadLines(const BagTree& tree) const {
+  std::string PayloadLines(const BagTree& tree) {
     std::vector<FileSum> sums;
     std::vector<const BagFile*> files;
     for (const BagFile& file : tree.files()) {
@@ -173,7 +193,7 @@ class Sealing {
       files.push_back(&file);
       sums.push_back({file.name, OnlyKind(kSealKind), std::nullopt});
     }
-    CalculateSums(folder_, watch_.summing, sums);
+    if (!CalculateSums(folder_, Watched(watch_.summing), sums)) throw SealFault("It was stopped.");
     std::string lines;
     for (std::size_t i = 0; i < files.size(); ++i) {
       if (!sums[i].digests || files[i]->path.empty())
@@ -188,10 +208,10 @@ class Sealing {
     WriteWhole(folder_ + L"\\" + Utf8ToWide(name), text);
   }
 
-  SealResult JudgeSealed() {
+  void JudgeSealed() {
     result_.wasSealed = true;
     std::string whyNot;
-    result_.bag = JudgeBag(folder_, watch_.summing, whyNot);
+    result_.bag = JudgeBag(folder_, Watched(watch_.summing), whyNot);
     if (!result_.bag) throw SealFault(whyNot);
     result_.payloadFiles = result_.bag->payloadFiles;
     result_.payloadBytes = result_.bag->payloadBytes;
@@ -202,13 +222,13 @@ class Sealing {
     } else if (AccountFor(folder_ + kPayloadFolder)) {
       result_.code = result_.account->Verdict();
     }
-    return std::move(result_);
   }
 
   std::wstring folder_;
   const SealWatch& watch_;
   SealResult result_;
   bool hasChanged_ = false;
+  bool isStopped_ = false;
 };
 
 }  // namespace

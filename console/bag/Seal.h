@@ -24,6 +24,7 @@ struct SealWatch {
 struct SealResult {
   // kWhole or kLosses, as the export itself: it is a bag. kCouldNotRun: nothing was changed.
   // kIncomplete: it is not accounted for, or the sealing broke off and can be taken up again.
+  // kStopped: the watch broke it off; it can be taken up again.
   ExitCode code = ExitCode::kCouldNotRun;
   std::string reason;      // One sentence when it is no bag.
   bool wasSealed = false;  // It was a bag before, and was only judged.

@@ -14,4 +14,8 @@ enum class SealState {
 
 SealState SealStateOf(const std::wstring& folder);
 
+// A sentence when a sealing was begun there and has not come to its end; else empty. Until it has,
+// the folder is neither an export nor a bag, and nothing but a sealing is to work there.
+std::string WhySealIsUnfinished(const std::wstring& folder);
+
 }  // namespace larkspan::console

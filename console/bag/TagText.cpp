@@ -52,11 +52,18 @@ std::optional<CodePage> LookUpCodePage(const std::wstring& name) {
   return info.uiInternetEncoding;
 }
 
-// Bytes of UTF-16; a byte order mark tells more than the name.
-std::optional<std::string> FromUtf16(std::string_view content, bool isBigEnd) {
+// Bytes of UTF-16. A byte order mark tells more than the name, and where there is none, the first
+// letter, which in each of these files is one of ASCII.
+bool HasBigEndFirst(std::string_view content, bool isNamedSo) {
+  if (content.size() < 2) return isNamedSo;
+  if (content.starts_with("\xFF\xFE")) return false;
+  if (content.starts_with("\xFE\xFF")) return true;
+  return (content[0] == '\0') == (content[1] == '\0') ? isNamedSo : content[0] == '\0';
+}
+
+std::optional<std::string> FromUtf16(std::string_view content, bool isNamedBigEnd) {
   if (content.size() % 2 != 0) return std::nullopt;
-  if (content.starts_with("\xFF\xFE")) isBigEnd = false;
-  if (content.starts_with("\xFE\xFF")) isBigEnd = true;
+  const bool isBigEnd = HasBigEndFirst(content, isNamedBigEnd);
   std::wstring wide;
   wide.reserve(content.size() / 2);
   for (std::size_t at = 0; at < content.size(); at += 2) {

@@ -13,35 +13,14 @@ namespace larkspan::console {
 
 namespace {
 
-enum class Row {
-  kStarted,
-  kUser,
-  kServer,
-  kPath,
-  kWithFullAccess,
-  kWithoutFullAccess,
-  kSizeBefore,
-  kSizeAfter,
-  kEnded,
-  kRuntime,
-  kListed,
-  kCountsTitle,
-  kData,
-  kDesign,
-  kProfile,
-  kExported,
-  kFailed,
-  kProcessed,
-  kWarned,
-  kTellsOfLosses,
-};
+using Row = AuditRow;
 
 struct RowText {
   Row row;
   std::string_view begin;
 };
 
-constexpr std::array kRows = {
+constexpr std::array<RowText, kAuditRows> kRows = {
     RowText{Row::kStarted, "Archive started at: "},
     RowText{Row::kUser, "Set user to: "},
     RowText{Row::kServer, "Archive database server: "},
@@ -64,9 +43,6 @@ constexpr std::array kRows = {
     RowText{Row::kTellsOfLosses,
             "Some documents were not exported successfully. See log.txt for details."},
 };
-
-constexpr std::array kNumberRows = {Row::kListed,   Row::kData,   Row::kDesign,    Row::kProfile,
-                                    Row::kExported, Row::kFailed, Row::kProcessed, Row::kWarned};
 
 // Two lines that exclude each other have one place.
 int PlaceOf(Row row) {
@@ -187,13 +163,11 @@ class BlockReader {
   }
 
   void TakeNumber(Row row, std::string_view value) {
-    for (std::size_t i = 0; i < kNumberRows.size(); ++i) {
-      if (kNumberRows[i] != row) continue;
-      facts_.numbers[i] = ParseNumber(value);
-      if (!facts_.numbers[i])
-        facts_.faults.push_back(std::string("audit.txt has no number behind '") +
-                                AuditLabel(static_cast<AuditNumber>(i)) + "'");
-    }
+    if (HasNoValue(row)) return;
+    std::optional<std::uint64_t>& number = facts_.numbers[static_cast<std::size_t>(row)];
+    number = ParseNumber(value);
+    if (!number)
+      facts_.faults.push_back("audit.txt has no number behind '" + AuditLabel(row) + "'");
   }
 
   bool IsThere(Row row) const { return seen_[static_cast<std::size_t>(PlaceOf(row))]; }
@@ -213,16 +187,9 @@ class BlockReader {
 
 }  // namespace
 
-const char* AuditLabel(AuditNumber number) {
-  constexpr std::array kLabels = {"Database total documents",
-                                  "Data",
-                                  "Design",
-                                  "Profile",
-                                  "Exported total documents",
-                                  "Failed total documents",
-                                  "Total documents processed",
-                                  "Documents exported with warnings"};
-  return kLabels[static_cast<std::size_t>(number)];
+std::string AuditLabel(AuditRow row) {
+  const std::string_view begin = kRows[static_cast<std::size_t>(row)].begin;
+  return std::string(begin.substr(0, begin.find_last_not_of(" :") + 1));
 }
 
 AuditFacts ReadAuditFile(const std::wstring& folder) {

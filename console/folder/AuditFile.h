@@ -12,20 +12,33 @@
 
 namespace larkspan::console {
 
-enum class AuditNumber {
-  kListed,
+// The lines of a block, in their order.
+enum class AuditRow {
+  kStarted,
+  kUser,
+  kServer,
+  kPath,
+  kWithFullAccess,
+  kWithoutFullAccess,
+  kSizeBefore,
+  kSizeAfter,
+  kEnded,
+  kRuntime,
+  kListed,  // From here on numbers, but for the title and the sentence.
+  kCountsTitle,
   kData,
   kDesign,
   kProfile,
   kExported,
   kFailed,
   kProcessed,
-  kWarned
+  kWarned,
+  kTellsOfLosses,
 };
-inline constexpr std::size_t kAuditNumbers = 8;
+inline constexpr std::size_t kAuditRows = 20;
 
-// What stands before the number in its line, without blanks and colon.
-const char* AuditLabel(AuditNumber number);
+// What stands before the value in its line, without blanks and colon.
+std::string AuditLabel(AuditRow row);
 
 struct AuditFacts {
   FileReading reading = FileReading::kMissing;
@@ -33,11 +46,11 @@ struct AuditFacts {
   bool isBegun = false;        // There is a line with which a block begins.
   bool isClosed = false;       // It has the closing block's first line.
   bool tellsOfLosses = false;  // It ends with the sentence that points to the log.
-  std::array<std::optional<std::uint64_t>, kAuditNumbers> numbers;
+  std::array<std::optional<std::uint64_t>, kAuditRows> numbers;
   std::vector<std::string> faults;  // Sentences: lines that are damaged, doubled or missing.
 
-  std::optional<std::uint64_t> Number(AuditNumber number) const {
-    return numbers[static_cast<std::size_t>(number)];
+  std::optional<std::uint64_t> Number(AuditRow row) const {
+    return numbers[static_cast<std::size_t>(row)];
   }
 };
 

@@ -37,4 +37,19 @@ std::optional<std::size_t> SharedFile::Read(std::span<char> buffer) {
   return taken;
 }
 
+std::optional<std::string> SharedFile::ReadAll() {
+  constexpr std::size_t kPiece = std::size_t{1} << 20;
+  constexpr std::size_t kMost = std::size_t{1} << 30;
+  std::string text;
+  while (text.size() < kMost) {
+    const std::size_t before = text.size();
+    text.resize(before + kPiece);
+    const std::optional<std::size_t> size = Read({text.data() + before, kPiece});
+    if (!size) return std::nullopt;
+    text.resize(before + *size);
+    if (*size < kPiece) return text;
+  }
+  return std::nullopt;
+}
+
 }  // namespace larkspan::console

@@ -27,6 +27,9 @@ class SharedFile {
   // value when the system refuses.
   std::optional<std::size_t> Read(std::span<char> buffer);
 
+  // All that is left of it. No value when the system refuses, or it has a gigabyte and more.
+  std::optional<std::string> ReadAll();
+
  private:
   HANDLE handle_;
   FileReading state_ = FileReading::kRead;

@@ -1,5 +1,7 @@
 #include "console/follow/EarlierRun.h"
 
+#include "console/bag/Bag.h"
+#include "console/bag/SealState.h"
 #include "console/follow/AtomicFolder.h"
 #include "console/follow/OutputFolder.h"
 #include "console/text/Utf.h"
@@ -13,6 +15,10 @@ bool HoldsSomething(const std::wstring& folder) {
 }
 
 }  // namespace
+
+OutcomeReading ReadEarlierOutcome(const std::wstring& folder, Outcome& outcome) {
+  return ReadOutcome(ExportWithin(folder), outcome);
+}
 
 bool IsSameExport(const Outcome& outcome, const ExportRequest& request) {
   return outcome.server == request.server && outcome.path == request.path &&
@@ -37,8 +43,10 @@ std::string AdoptEarlierRun(ExportRequest& request) {
   const std::optional<std::wstring> folder = FolderToResume(request);
   if (!folder) return {};
   const std::string name = "'" + WideToUtf8(*folder) + "'";
+  if (const std::string fault = WhySealIsUnfinished(*folder); !fault.empty())
+    return "the folder " + name + " is half sealed. " + fault;
   Outcome earlier;
-  if (ReadOutcome(*folder, earlier) != OutcomeReading::kRead) {
+  if (ReadEarlierOutcome(*folder, earlier) != OutcomeReading::kRead) {
     return "the folder " + name + " has no outcome.json to go on from";
   }
   if (request.path.empty()) {

@@ -9,6 +9,9 @@
 
 namespace larkspan::console {
 
+// What the run in this folder says of itself, also when it was sealed since.
+OutcomeReading ReadEarlierOutcome(const std::wstring& folder, Outcome& outcome);
+
 // Whether the run was of this database, in this form.
 bool IsSameExport(const Outcome& outcome, const ExportRequest& request);
 

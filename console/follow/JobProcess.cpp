@@ -12,22 +12,6 @@ namespace {
 
 constexpr wchar_t kPasswordVariable[] = L"LARKSPAN_PASSWORD";
 
-// By the rules by which the system splits it again: backslashes count before a quote alone.
-std::wstring Quoted(const std::wstring& argument) {
-  if (!argument.empty() && argument.find_first_of(L" \t\n\v\"") == std::wstring::npos) {
-    return argument;
-  }
-  std::wstring quoted = L"\"";
-  std::size_t backslashes = 0;
-  for (const wchar_t unit : argument) {
-    if (unit == L'"') quoted.append(backslashes + 1, L'\\');
-    backslashes = unit == L'\\' ? backslashes + 1 : 0;
-    quoted.push_back(unit);
-  }
-  quoted.append(backslashes, L'\\');
-  return quoted + L'"';
-}
-
 SystemHandle MakeJob() {
   SystemHandle job(CreateJobObjectW(nullptr, nullptr));
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
@@ -76,15 +60,6 @@ class InheritedHandles {
 };
 
 }  // namespace
-
-std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments) {
-  std::wstring line;
-  for (const std::wstring& argument : arguments) {
-    if (!line.empty()) line += L' ';
-    line += Quoted(argument);
-  }
-  return line;
-}
 
 std::wstring OwnPath() {
   std::array<wchar_t, 32768> path{};

@@ -9,12 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/CommandLineText.h"
 #include "console/follow/SystemHandle.h"
 
 namespace larkspan::console {
-
-// A command line whose arguments, the first being the program, parse back to these texts.
-std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments);
 
 // This program's own file; empty when the system does not tell its path whole.
 std::wstring OwnPath();

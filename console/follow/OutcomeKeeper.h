@@ -20,6 +20,9 @@ class OutcomeKeeper {
   // The folder has another name now.
   void MoveTo(std::wstring folder) { folder_ = std::move(folder); }
 
+  // From now on the file is left as it is.
+  void WriteNothing() { writes_ = false; }
+
   // Writes it. False when it cannot be written; the earlier one stays then.
   bool Write();
 
@@ -30,6 +33,7 @@ class OutcomeKeeper {
   std::wstring folder_;
   Outcome outcome_;
   std::uint64_t written_ = 0;
+  bool writes_ = true;
 };
 
 }  // namespace larkspan::console

@@ -2,6 +2,7 @@
 // where there is one.
 #include <charconv>
 
+#include "console/bag/BagText.h"
 #include "console/page/Html.h"
 #include "console/page/Sections.h"
 #include "console/text/Sizes.h"
@@ -45,7 +46,8 @@ std::string DatabaseFactsHtml(const PageContent& content) {
   return Fact("Database", PathOf(content)) + Fact("Server", ServerOf(content)) +
          Fact("Replica ID", content.database.replicaId) +
          Fact("Form", content.account.archive ? "archive" : "plain export of design notes") +
-         Fact("Size of the database", SizeOf(audit.sizeBefore));
+         Fact("Size of the database", SizeOf(audit.sizeBefore)) +
+         Fact("Sealed", content.bag ? BagVerdictText(*content.bag) : "");
 }
 
 std::string ByWhom(const Outcome& outcome) {

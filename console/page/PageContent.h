@@ -8,6 +8,7 @@
 
 #include "console/account/Account.h"
 #include "console/account/Outcome.h"
+#include "console/bag/Bag.h"
 #include "console/page/NotesFacts.h"
 #include "console/page/ViewFile.h"
 
@@ -27,7 +28,8 @@ struct PageContent {
   ExitCode verdict = ExitCode::kWhole;
   Account account;
   OutcomeReading outcomeReading = OutcomeReading::kMissing;
-  Outcome outcome;  // When it was read.
+  Outcome outcome;                // When it was read.
+  std::optional<BagVerdict> bag;  // Of a sealed folder.
   DatabaseFacts database;
   std::vector<ViewOnPage> views;  // By name; those without one come last.
   std::string folder;             // As it was given.

@@ -24,19 +24,6 @@ void MakeInheritable(const UniqueSystemHandle& handle) {
   SetHandleInformation(handle.get(), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
 }
 
-// One argument by the quoting rules of the system's own parser.
-std::wstring Quote(const std::wstring& argument) {
-  if (!argument.empty() && argument.find_first_of(L" \t\"") == std::wstring::npos) return argument;
-  std::wstring quoted = L"\"";
-  std::size_t backslashes = 0;
-  for (const wchar_t character : argument) {
-    if (character == L'"') quoted.append(backslashes + 1, L'\\');
-    backslashes = character == L'\\' ? backslashes + 1 : 0;
-    quoted.push_back(character);
-  }
-  return quoted.append(backslashes, L'\\') + L'"';
-}
-
 int CountOccurrences(const std::string& text, const std::string& part) {
   int count = 0;
   for (std::size_t at = text.find(part); at != std::string::npos;
@@ -53,15 +40,6 @@ std::wstring ProgramFolder() {
   GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
   const std::wstring file = path.data();
   return file.substr(0, file.find_last_of(L"\\/"));
-}
-
-std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments) {
-  std::wstring line;
-  for (const std::wstring& argument : arguments) {
-    if (!line.empty()) line.push_back(L' ');
-    line += Quote(argument);
-  }
-  return line;
 }
 
 StopPipe::StopPipe() {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/CommandLineText.h"
 #include "tests/support/SystemProcess.h"
 
 namespace larkspan::testing {
@@ -15,8 +16,7 @@ namespace larkspan::testing {
 // The folder of the running test program, where the product and the stand-in library are too.
 std::wstring ProgramFolder();
 
-// A command line whose arguments, the first being the program, parse back to these texts.
-std::wstring BuildCommandLine(const std::vector<std::wstring>& arguments);
+using larkspan::BuildCommandLine;
 
 struct ProgramResult {
   std::uint32_t exitCode = 0;

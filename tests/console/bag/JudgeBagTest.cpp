@@ -1,11 +1,15 @@
 // Bags made by hand, each with one thing that is odd or wrong about it.
 #include <gtest/gtest.h>
+#include <windows.h>
 
 #include <string>
 #include <vector>
 
+#include "console/bag/BagPath.h"
+#include "console/text/Utf.h"
 #include "tests/console/bag/BagCase.h"
 #include "tests/console/bag/HandMadeBag.h"
+#include "tests/support/FileBytes.h"
 #include "tests/support/ParameterName.h"
 
 namespace larkspan::console {
@@ -155,6 +159,7 @@ const std::vector<BagCase> kPaths = {
     {"DotSlash", "1.0", ListsFileAs("data/d.txt", "./data/d.txt"), {"warning uneven"}},
     {"Star", "0.97", ListsFileAs("data/d.txt", "*data/d.txt"), {"warning uneven"}},
     {"Backslash097", "0.97", ListsFileAs("data/d/e.txt", "data\\d\\e.txt"), {"warning uneven"}},
+    {"DotAtTheEndOfNothing", "1.0", ListsPath("data/a.txt."), {"unsafe-path data/a.txt."}},
     {"BlankInName", "1.0", ListsFileAs("data/d  e.txt", "data/d  e.txt"), {}},
     {"LongName",
      "1.0",
@@ -163,6 +168,28 @@ const std::vector<BagCase> kPaths = {
      {}},
 };
 
+struct OddName {
+  std::string name;
+  Lines told;
+};
+
+class OddNameTest : public ::testing::TestWithParam<OddName> {};
+
+// Only a path without limits reaches the file.
+TEST_P(OddNameTest, AFileThatTheFolderListsLiesInIt) {
+  const HandMadeBag bag;
+  const std::wstring path = UnlimitedPath(bag.folder()) + L"\\data\\" + Utf8ToWide(GetParam().name);
+  WriteBytes(path, "x");
+  bag.Append(kManifest, HandMadeBag::Line("sha256", "data/" + GetParam().name, "x"));
+  bag.Replace(kInfo, "9.2", "10.3");
+  EXPECT_EQ(bag.Told(), GetParam().told);
+  EXPECT_TRUE(DeleteFileW(path.c_str()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, OddNameTest,
+    ::testing::Values(OddName{"d.", {"warning uneven"}}, OddName{"d ", {"warning uneven"}},
+                      OddName{"aux.c", {"unsafe-path data/aux.c", "unlisted data/aux.c"}}));
 INSTANTIATE_TEST_SUITE_P(Plain, JudgeBagTest, ::testing::ValuesIn(kPlainBags), kNameOf);
 INSTANTIATE_TEST_SUITE_P(Declarations, JudgeBagTest, ::testing::ValuesIn(kDeclarations), kNameOf);
 INSTANTIATE_TEST_SUITE_P(Paths, JudgeBagTest, ::testing::ValuesIn(kPaths), kNameOf);

@@ -54,6 +54,13 @@ std::string InUtf16(const std::string& ascii, bool isBigEnd) {
   return wide;
 }
 
+// Without the byte order mark with which it begins.
+Change CutMarks() {
+  return [](const HandMadeBag& bag) {
+    for (const char* name : {kManifest, kInfo}) bag.WriteFile(name, bag.ReadFile(name).substr(2));
+  };
+}
+
 Change ListsInUtf16(bool isBigEnd) {
   return [=](const HandMadeBag& bag) {
     bag.WriteFile("bagit.txt", "BagIt-Version: 1.0\nTag-File-Character-Encoding: UTF-16\n");
@@ -195,6 +202,27 @@ const std::vector<BagCase> kEncodings = {
     {"Utf8", "1.0", ListsEncoded("UTF-8", "\u00E4"), {}},
     {"Utf16", "1.0", ListsInUtf16(false), {}},
     {"Utf16BigEnd", "1.0", ListsInUtf16(true), {}},
+    {"Utf16WithoutMark",
+     "1.0",
+     [](const HandMadeBag& bag) {
+       ListsInUtf16(false)(bag);
+       CutMarks()(bag);
+     },
+     {}},
+    {"Utf16BigEndWithoutMark",
+     "1.0",
+     [](const HandMadeBag& bag) {
+       ListsInUtf16(true)(bag);
+       CutMarks()(bag);
+     },
+     {}},
+    {"Utf16WithWrongOrder",
+     "1.0",
+     [](const HandMadeBag& bag) {
+       ListsInUtf16(false)(bag);
+       bag.Replace("bagit.txt", "UTF-16", "UTF-16BE");
+     },
+     {}},
 };
 
 const std::vector<BagCase> kTagLists = {
@@ -220,7 +248,24 @@ const std::vector<BagCase> kTagLists = {
     {"ListsPayload",
      "1.0",
      TagListed(kNothing, AppendTo("tagmanifest-sha256.txt", LineOfA())),
-     {"manifest data/a.txt"}},
+     {"warning manifest"}},
+    {"ListsItself",
+     "1.0",
+     TagListed(kNothing, AppendTo("tagmanifest-sha256.txt",
+                                  HandMadeBag::Line("sha256", "tagmanifest-sha256.txt", ""))),
+     {"manifest tagmanifest-sha256.txt", "sum tagmanifest-sha256.txt"}},
+    {"ListsAnother097",
+     "0.97",
+     [](const HandMadeBag& bag) {
+       bag.WriteTagManifest();
+       bag.WriteFile("tagmanifest-md5.txt",
+                     HandMadeBag::Line("md5", "tagmanifest-sha256.txt",
+                                       bag.ReadFile("tagmanifest-sha256.txt")) +
+                         HandMadeBag::Line("md5", kManifest, bag.ReadFile(kManifest)) +
+                         HandMadeBag::Line("md5", kInfo, bag.ReadFile(kInfo)) +
+                         HandMadeBag::Line("md5", "bagit.txt", bag.ReadFile("bagit.txt")));
+     },
+     {"warning manifest"}},
     {"ManifestUnlisted",
      "1.0",
      WriteOver("tagmanifest-md5.txt",

@@ -275,6 +275,44 @@ TEST_F(SealTest, WhatWasChangedWhileItWasMovedIsNoticed) {
   EXPECT_EQ(SealStateOf(export_->folder()), SealState::kMoved);
 }
 
+// A watch that lets so many calls pass.
+VerifyProgress StopsAfter(int calls) {
+  return [calls](std::uint64_t, std::uint64_t) mutable { return calls-- > 0; };
+}
+
+TEST_F(SealTest, StoppedWhileTheExportIsAccountedForItChangesNothing) {
+  WriteExport();
+  const SealResult result = Seal({StopsAfter(0), {}, {}});
+  EXPECT_EQ(result.code, ExitCode::kStopped);
+  EXPECT_EQ(result.reason, "The sealing was stopped; nothing was changed.");
+  EXPECT_EQ(testing::DescribeDifferences(before_, Tree()), "");
+}
+
+TEST_F(SealTest, StoppedWhileSumsAreCalculatedItGoesOnWhenItIsCalledAgain) {
+  WriteExport();
+  for (const int calls : {0, 1}) {
+    const SealResult result = Seal({{}, StopsAfter(calls), {}});
+    EXPECT_EQ(result.code, ExitCode::kStopped);
+    EXPECT_EQ(SealStateOf(export_->folder()), SealState::kMoved);
+    EXPECT_EQ(result.reason, calls == 0 ? "The sealing was stopped. Call it again, and it goes on."
+                                        : "The sealing was stopped; nothing was changed.");
+  }
+  EXPECT_EQ(Seal().code, ExitCode::kWhole);
+  ExpectSealed();
+}
+
+TEST_F(SealTest, AJudgementThatIsStoppedSaysSo) {
+  WriteExport();
+  Seal();
+  for (const SealWatch& watch :
+       {SealWatch{{}, StopsAfter(0), {}}, SealWatch{StopsAfter(0), {}, {}}}) {
+    const SealResult result = Seal(watch);
+    EXPECT_EQ(result.code, ExitCode::kStopped);
+    EXPECT_EQ(result.reason, "The check was broken off.");
+  }
+  ExpectSealed();
+}
+
 class SealFaultTest : public SealTest, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(SealFaultTest, WhatTheSystemRefusesIsToldAndTakenUpAgain) {

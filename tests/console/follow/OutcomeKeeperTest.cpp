@@ -25,6 +25,13 @@ class OutcomeKeeperTest : public ::testing::Test {
   OutcomeKeeper keeper_{folder_.path(), console::Outcome()};
 };
 
+TEST_F(OutcomeKeeperTest, WritesNothingWhereItMayNot) {
+  keeper_.WriteNothing();
+  EXPECT_TRUE(keeper_.Write());
+  keeper_.Renew(1'000'000);
+  EXPECT_FALSE(Exists(folder_ / L"\\outcome.json"));
+}
+
 TEST_F(OutcomeKeeperTest, IsRenewedOnceAMinute) {
   constexpr std::uint64_t kBegin = 1'000'000;
   Enter("opening");

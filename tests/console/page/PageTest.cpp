@@ -76,6 +76,16 @@ TEST(PageTest, ATextThatNamesAPartOfTheFrameIsText) {
   EXPECT_EQ(TimesIn(page, kNonce), 4u);
 }
 
+TEST(PageTest, ASealedFolderSaysSoAndWhatBecameOfItsBag) {
+  PageContent content = ContentWithLosses();
+  EXPECT_FALSE(PageHas(RenderedPage(content), "Sealed"));
+  content.bag.emplace();
+  EXPECT_TRUE(
+      PageHas(RenderedPage(content), "<dt>Sealed</dt><dd dir=\"auto\">The bag is valid.</dd>"));
+  content.bag->errors.resize(2);
+  EXPECT_TRUE(PageHas(RenderedPage(content), ">The bag is not valid: 2 errors.<"));
+}
+
 TEST(PageTest, LettersOfAllLanguagesStandAsTheyAre) {
   PageContent content = ContentWithLosses();
   content.database.title = "Glash\xC3\xA4user \xE3\x83\x84\xE3\x83\x90\xE3\x82\xAD";

@@ -177,6 +177,17 @@ TEST_F(ExportAtomicTest, WhatWasLeftIsPlacedWhenItIsTakenUpAgain) {
   EXPECT_FALSE(Exists(Attempt(1)));
 }
 
+TEST_F(ExportAtomicTest, WhatWasLeftAndIsDamagedSinceGetsNoName) {
+  AddNotes(2);
+  ASSERT_EQ(Export().code, 0u);
+  std::filesystem::rename(out_, Attempt(1));
+  WriteBytes(Attempt(1) + L"\\data\\00000902.dxl", "other");
+  const ConsoleEnd end = ExportAtomic({L"--resume"});
+  EXPECT_EQ(end.code, 5u);
+  EXPECT_TRUE(Holds(end.output + end.errors, "not accounted for: data/00000902.dxl")) << end.output;
+  EXPECT_FALSE(Exists(out_));
+}
+
 TEST_F(ExportAtomicTest, ConfirmNeedsAtomic) {
   AddNotes(1);
   EXPECT_EQ(Export({L"--confirm"}).code, 1u);

@@ -77,9 +77,10 @@ TEST_F(ExportResumeTest, ANoteAtWhichItIsCutOffTwiceIsLost) {
   run_.ChangeFaults(kThirdNoteHangs);
   {
     const auto process = StartExport({L"--resume"});
-    // The marker that the first run left is gone by then.
+    // The marker and the line that the first run left are gone by then.
     AwaitOutcome(out_, [](const Json& outcome) { return outcome.at("resumed").size() == 1; });
-    AwaitFile(out_ + L"\\marker.txt");
+    const auto isOpen = [this] { return Holds(ReadIfThere(L"unidindex.txt"), "0000090A,"); };
+    EXPECT_TRUE(AwaitCondition(isOpen));
     process->EndByForce();
     process->AwaitNothingLeft();
   }
