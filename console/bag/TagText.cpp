@@ -99,7 +99,7 @@ std::optional<std::string> TextFrom(std::string_view content, CodePage codePage)
   if (codePage == kUtf16 || codePage == kUtf16BigEnd)
     return FromUtf16(content, codePage == kUtf16BigEnd);
   if (codePage == kUtf8CodePage && content.starts_with(kByteOrderMark))
-    content.remove_prefix(std::size(kByteOrderMark) - 1);
+    content.remove_prefix(kByteOrderMark.size());
   if (content.empty()) return std::string();
   const int bytes = static_cast<int>(content.size());
   const DWORD flags = MB_ERR_INVALID_CHARS;

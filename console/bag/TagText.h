@@ -9,6 +9,7 @@
 
 #include "console/bag/BagFaults.h"
 #include "console/bag/BagTree.h"
+#include "console/text/Utf.h"
 
 namespace larkspan::console {
 
@@ -19,8 +20,6 @@ inline constexpr CodePage kUtf8CodePage = 65001;
 // Of a name such as "UTF-8" or "ISO-8859-1"; no value for one that Windows does not know or cannot
 // read.
 std::optional<CodePage> CodePageOf(std::string_view name);
-
-inline constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
 // The content as UTF-8, without a byte order mark. No value when it is no text of that code page.
 std::optional<std::string> TextFrom(std::string_view content, CodePage codePage);

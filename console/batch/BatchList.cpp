@@ -13,26 +13,10 @@ namespace larkspan::console {
 
 namespace {
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 
 // A name of this machine that the exporter takes too.
 constexpr char kLocal[] = "<Local>";
-
-std::optional<std::string> ReadWhole(const std::wstring& path) {
-  SharedFile file(path);
-  if (file.state() != FileReading::kRead) return std::nullopt;
-  std::string text;
-  while (true) {
-    constexpr std::size_t kAtOnce = std::size_t{1} << 16;
-    const std::size_t begin = text.size();
-    text.resize(begin + kAtOnce);
-    const auto read = file.Read({text.data() + begin, kAtOnce});
-    if (!read) return std::nullopt;
-    text.resize(begin + *read);
-    if (*read < kAtOnce) return text;
-  }
-}
 
 std::string FromUtf16(std::string_view bytes) {
   std::wstring units;
@@ -49,7 +33,7 @@ std::optional<std::string> AsUtf8(std::string text) {
   if (text.starts_with(kUtf16Mark)) {
     return FromUtf16(std::string_view(text).substr(kUtf16Mark.size()));
   }
-  if (text.starts_with(kUtf8Mark)) text.erase(0, kUtf8Mark.size());
+  if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   if (!IsUtf8(text) || text.find('\0') != std::string::npos) return std::nullopt;
   return text;
 }
@@ -156,7 +140,7 @@ std::string ParseBatchList(std::string_view text, BatchList& list) {
 }
 
 std::string ReadBatchList(const std::wstring& file, BatchList& list) {
-  std::optional<std::string> bytes = ReadWhole(file);
+  std::optional<std::string> bytes = SharedFile(file).ReadAll();
   if (!bytes) return "it cannot be read";
   const std::optional<std::string> text = AsUtf8(std::move(*bytes));
   if (!text) return "it is no UTF-8 text";

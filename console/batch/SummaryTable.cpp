@@ -1,13 +1,11 @@
-#include "base/Utf8.h"
 #include "console/batch/Summary.h"
 #include "console/text/Csv.h"
 #include "console/text/Times.h"
+#include "console/text/Utf.h"
 
 namespace larkspan::console {
 
 namespace {
-
-constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
 
 std::string Number(std::uint64_t number) { return std::to_string(number); }
 
@@ -41,7 +39,7 @@ CsvRow RowOf(const BatchEntry& entry) {
 }  // namespace
 
 std::string SummaryTable(const std::vector<BatchEntry>& entries) {
-  std::string table = kByteOrderMark;
+  std::string table(kByteOrderMark);
   table += CsvLine({"server", "path", "title", "state", "exit_code", "reason", "listed", "exported",
                     "lost", "losses", "findings", "warnings", "started", "ended", "seconds",
                     "folder", "lies_in"});

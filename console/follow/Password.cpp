@@ -21,7 +21,7 @@ constexpr std::size_t kLongestPassword = 1024;
 // The first line, without a byte order mark.
 std::wstring FirstLine(std::string text) {
   text.resize(std::min(text.find_first_of("\r\n"), text.size()));
-  if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+  if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   std::wstring line = Utf8ToWide(text);
   Wipe(text);
   return line;

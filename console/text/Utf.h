@@ -9,6 +9,9 @@
 
 namespace larkspan::console {
 
+// Some programs begin a text in UTF-8 with it.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // Every character of it is whole and allowed there.
 bool IsUtf8(std::string_view bytes);
 
