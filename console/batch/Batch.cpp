@@ -8,6 +8,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -118,8 +119,8 @@ class Batch {
     arguments.insert(arguments.end(), {"--atomic", "--json", "--stop-on-stdin-end"});
     if (entry.wasResumed) arguments.emplace_back("--resume");
     arguments.insert(arguments.end(), request_.exportOptions.begin(), request_.exportOptions.end());
-    std::vector<std::wstring> wide;
-    for (const std::string& argument : arguments) wide.push_back(Utf8ToWide(argument));
+    std::vector<std::wstring> wide(arguments.size());
+    std::transform(arguments.begin(), arguments.end(), wide.begin(), Utf8ToWide);
     return wide;
   }
 

@@ -86,7 +86,7 @@ class Chooser {
     for (std::size_t index = 0; index < databases_.size(); ++index) KeepEarlier(index);
     for (std::size_t index = 0; index < databases_.size(); ++index)
       if (names_[index].empty()) FindFree(index);
-    for (std::wstring& name : names_) name = root_ + L"\\" + name;
+    for (std::wstring& name : names_) name.insert(0, root_ + L"\\");
     return std::move(names_);
   }
 

@@ -31,7 +31,7 @@ std::string FromUtf16(std::string_view bytes) {
 // No value: neither UTF-8 nor marked as UTF-16.
 std::optional<std::string> AsUtf8(std::string text) {
   if (text.starts_with(kUtf16Mark)) {
-    return FromUtf16(std::string_view(text).substr(kUtf16Mark.size()));
+    return FromUtf16(text.substr(kUtf16Mark.size()));
   }
   if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
   if (!IsUtf8(text) || text.find('\0') != std::string::npos) return std::nullopt;

@@ -102,11 +102,11 @@ std::wstring FolderNameWithSum(const ListedDatabase& database) {
          Utf8ToWide(sum.substr(0, kSumDigits));
 }
 
-bool IsRefused(const std::wstring& folderName) {
+bool IsRefused(std::wstring_view folderName) {
   if (folderName.size() > kLongestName) return true;
   for (std::size_t begin = 0; begin != std::wstring::npos;) {
     const std::size_t end = folderName.find(L'\\', begin);
-    if (IsAttempt(std::wstring_view(folderName).substr(begin, end - begin))) return true;
+    if (IsAttempt(folderName.substr(begin, end - begin))) return true;
     begin = end == std::wstring::npos ? end : end + 1;
   }
   return false;

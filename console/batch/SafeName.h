@@ -22,6 +22,6 @@ std::wstring FolderNameWithSum(const ListedDatabase& database);
 
 // Whether a name or one above it is too long, or is that of an attempt ("orders.nsf.attempt-1"), so
 // that no export may have it.
-bool IsRefused(const std::wstring& folderName);
+bool IsRefused(std::wstring_view folderName);
 
 }  // namespace larkspan::console

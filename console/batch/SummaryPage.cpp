@@ -48,7 +48,7 @@ std::string LinkTo(const std::wstring& folder, const std::string& root) {
 }
 
 std::string NumberCell(const std::string& text, const std::string& value) {
-  return "<td class=\"number\" data-value=\"" + value + "\">" + text + "</td>";
+  return R"(<td class="number" data-value=")" + value + "\">" + text + "</td>";
 }
 
 std::string CountCell(const std::optional<std::uint64_t>& number) {
@@ -96,8 +96,11 @@ std::string Choices(const std::vector<BatchEntry>& entries) {
       return state == StateWord(entry);
     });
     if (count > 0)
-      choices += "<option value=\"" + state + "\">" + state + " (" +
-                 GroupedText(static_cast<std::uint64_t>(count)) + ")</option>";
+      choices.append("<option value=\"")
+          .append(state)
+          .append("\">")
+          .append(state)
+          .append(" (" + GroupedText(static_cast<std::uint64_t>(count)) + ")</option>");
   }
   return choices;
 }
