@@ -57,6 +57,7 @@ ExitCode RunCommand(BatchOptions& options) {
   if (request.listFile.empty()) return Refuse(ExitCode::kUsage, "LIST is empty");
   if (request.root.empty()) return Refuse(ExitCode::kUsage, "--root is empty");
   if (options.perServer > 0) request.limits.perServer = options.perServer;
+  request.wanted = exports.request;
   request.exportOptions = ExportArguments(exports);
   request.stopOnStdinEnd = exports.request.stopOnStdinEnd;
   StopRequests stops;
@@ -94,11 +95,13 @@ CommandRun AddBatchCommand(CLI::App& app) {
   command
       ->add_option("--per-server", options->perServer,
                    "So many exports at once of databases of one server")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(std::size_t{1}, kMostJobs));
   AddContentOptions(*command, options->exports);
   AddEndOptions(*command, options->exports);
   AddDisplayOptions(*command, options->exports.display);
   command->footer(
+      "Without --jobs one export at a time. Exit code, the worst of all: 0 whole, 3 done with\n"
+      "losses, 2 some could not run, 5 some are incomplete, 4 stopped; 1 a wrong option\n"
       "Example:\n  larkspan-console batch databases.csv --root D:\\export --jobs 4\n"
       "The same command again goes on where it ended.\n");
   return [options] { return RunCommand(*options); };

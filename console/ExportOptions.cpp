@@ -12,6 +12,8 @@ namespace larkspan::console {
 
 namespace {
 
+constexpr std::uint32_t kMostLosses = 1'000'000;  // In a row.
+
 // "5" or "2.5%".
 std::optional<LossLimit> ParseLossLimit(std::string text) {
   LossLimit limit;
@@ -77,7 +79,7 @@ void AddEndOptions(CLI::App& command, ExportOptions& options) {
   command
       .add_option("--give-up", options.giveUp,
                   "End the run when so many notes in a row are lost for the same cause")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Range(1u, kMostLosses));
   AddText(command, "--max-losses", options.maxLosses,
           "Fail when more is lost: a number, or a share such as 2%");
   command.add_flag("--stop-on-stdin-end", options.request.stopOnStdinEnd,

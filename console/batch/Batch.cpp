@@ -9,16 +9,17 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <utility>
 
 #include "base/Pause.h"
+#include "base/Retry.h"
 #include "console/batch/EarlierExport.h"
 #include "console/batch/EventReader.h"
 #include "console/batch/ExportConsole.h"
 #include "console/batch/PlanEntries.h"
+#include "console/batch/Root.h"
 #include "console/batch/Summary.h"
 #include "console/follow/Host.h"
 #include "console/follow/OutputFolder.h"
@@ -31,6 +32,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kPause{50};
 constexpr std::uint64_t kSessionEndMilliseconds = 4'000;
+constexpr int kLastTries = 5;
+constexpr std::chrono::milliseconds kLastPause{500};
 
 struct RunningExport {
   RunningExport(const std::vector<std::wstring>& arguments, const std::wstring& password,
@@ -52,16 +55,19 @@ class Batch {
         !fault.empty()) {
       return Refuse("the list '" + request_.listFile + "': " + fault);
     }
-    std::error_code error;
-    std::filesystem::create_directories(root_, error);
-    if (!FolderExists(root_)) return Refuse("'" + request_.root + "' cannot be made");
-    const FolderLock lock(root_);
-    if (!lock.IsHeld()) return Refuse("another larkspan-console is at work in the folder");
-    entries_ = PlanEntries(root_, list.databases);
+    if (const std::string fault = MakeRoot(root_); !fault.empty())
+      return Refuse("'" + request_.root + "' " + fault);
+    const RootLock lock(root_);
+    if (!lock.IsHeld())
+      return Refuse("another batch is at work in '" + request_.root + "', or it refuses files");
+    entries_ = PlanEntries(root_, list.databases, request_.wanted);
     around_.display.Start(
         {request_.listFile, WideToUtf8(root_), list.repeated, request_.limits.jobs},
         CountEntries(entries_));
-    if (!KeepSummary()) return Refuse("the summary cannot be written into '" + request_.root + "'");
+    for (const BatchEntry& entry : entries_)
+      if (entry.state == BatchState::kDone) around_.display.Finish(entry);
+    if (!KeepSummary())
+      around_.display.Error("the summary cannot be written now; it is tried again at each end");
     WorkThrough();
     return End();
   }
@@ -127,8 +133,9 @@ class Batch {
   void Begin(std::size_t index) {
     BatchEntry& entry = entries_[index];
     entry.state = BatchState::kRunning;
-    entry.started = UtcNow();
+    entry.started = entry.since = UtcNow();
     around_.display.Begin(entry);
+    KeepSummary();
     auto running =
         std::make_unique<RunningExport>(ArgumentsOf(entry), around_.password, entry.database);
     if (running->console.Started()) {
@@ -209,7 +216,9 @@ class Batch {
     end.code = CodeOfAll();
     if (end.counts.notBegun > 0)
       end.reason = stopTold_ ? "it was stopped" : "less than 64 MB are free on the disk";
-    if (KeepSummary()) {
+    // Whoever reads it may hold it for a moment.
+    if (RetryWithPause(
+            kLastTries, kLastPause, [this] { return KeepSummary(); }, [](int) {})) {
       end.summary = WideToUtf8(root_ + kSummaryPage);
     } else {
       around_.display.Error("the summary cannot be written");

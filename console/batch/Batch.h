@@ -8,6 +8,7 @@
 #include "console/batch/BatchDisplay.h"
 #include "console/batch/BatchList.h"
 #include "console/batch/Schedule.h"
+#include "console/follow/ExportRequest.h"
 #include "console/follow/StopRequests.h"
 
 namespace larkspan::console {
@@ -16,7 +17,8 @@ struct BatchRequest {
   std::string listFile;
   std::string root;
   ScheduleLimits limits;
-  std::vector<std::string> exportOptions;  // For each export, without its database and its folder.
+  ExportRequest wanted;                    // Of each export, without its database and folder.
+  std::vector<std::string> exportOptions;  // The same as arguments.
   bool stopOnStdinEnd = false;
 };
 

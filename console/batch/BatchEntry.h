@@ -29,7 +29,8 @@ struct BatchEntry {
   std::optional<ExitCode> code;  // With kDone and kFinished.
   std::string reason;            // One sentence for a code other than 0.
   std::wstring out;              // Where it lies: in the folder, or an attempt; empty: nowhere.
-  std::string started;           // UTC; of the export that is done.
+  std::string started;           // UTC; of the export, when it was begun first, ...
+  std::string since;             // ... and when it was last gone on with.
   std::string ended;
   std::optional<NoteCounts> counts;  // None when there was nothing to judge.
   std::uint64_t losses = 0;

@@ -1,7 +1,5 @@
 #include "console/batch/BatchFolders.h"
 
-#include <windows.h>
-
 #include <optional>
 #include <set>
 
@@ -10,7 +8,9 @@
 #include "console/bag/Bag.h"
 #include "console/batch/SafeName.h"
 #include "console/follow/AtomicFolder.h"
+#include "console/follow/EarlierRun.h"
 #include "console/follow/OutputFolder.h"
+#include "console/text/Utf.h"
 
 namespace larkspan::console {
 
@@ -18,16 +18,16 @@ namespace {
 
 enum class Holder { kNobody, kThis, kAnother };
 
-bool HoldsExport(const std::wstring& folder) {
-  return FileExists(ExportWithin(folder) + kOutcomeFile) || IsBag(folder);
-}
-
 Holder HolderOfFolder(const std::wstring& folder, const ListedDatabase& database) {
+  if (FileExists(folder)) return Holder::kAnother;
   if (!FolderExists(folder) || IsEmptyFolder(folder)) return Holder::kNobody;
-  Outcome outcome;
-  if (ReadOutcome(ExportWithin(folder), outcome) != OutcomeReading::kRead) return Holder::kAnother;
-  return outcome.server == database.server && outcome.path == database.path ? Holder::kThis
-                                                                            : Holder::kAnother;
+  // In the midst of a sealing the file is on its way.
+  for (const wchar_t* place : {L"", L"\\data.new", L"\\data"}) {
+    Outcome outcome;
+    if (ReadOutcome(folder + place, outcome) != OutcomeReading::kRead) continue;
+    return IsOfDatabase(outcome, database.server, database.path) ? Holder::kThis : Holder::kAnother;
+  }
+  return Holder::kAnother;
 }
 
 // An attempt that was cut off before it said of what it is, is nobody's.
@@ -51,7 +51,7 @@ Holder HolderOf(const std::wstring& root, const std::wstring& name,
 class Claims {
  public:
   bool IsFree(const std::wstring& name) const {
-    const std::wstring key = Key(name);
+    const std::wstring key = UpperCase(name);
     if (names_.contains(key) || above_.contains(key)) return false;
     for (std::size_t end = key.find(L'\\'); end != std::wstring::npos;
          end = key.find(L'\\', end + 1))
@@ -60,7 +60,7 @@ class Claims {
   }
 
   void Add(const std::wstring& name) {
-    const std::wstring key = Key(name);
+    const std::wstring key = UpperCase(name);
     names_.insert(key);
     for (std::size_t end = key.find(L'\\'); end != std::wstring::npos;
          end = key.find(L'\\', end + 1))
@@ -68,11 +68,6 @@ class Claims {
   }
 
  private:
-  static std::wstring Key(std::wstring name) {
-    CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
-    return name;
-  }
-
   std::set<std::wstring> names_;
   std::set<std::wstring> above_;
 };
@@ -85,8 +80,9 @@ class Chooser {
   std::vector<std::wstring> Choose() {
     for (std::size_t index = 0; index < databases_.size(); ++index) KeepEarlier(index);
     for (std::size_t index = 0; index < databases_.size(); ++index)
-      if (names_[index].empty()) FindFree(index);
-    for (std::wstring& name : names_) name.insert(0, root_ + L"\\");
+      if (names_[index].empty() && !databases_[index].isFolder) FindFree(index);
+    for (std::wstring& name : names_)
+      if (!name.empty()) name.insert(0, root_ + L"\\");
     return std::move(names_);
   }
 
@@ -94,7 +90,8 @@ class Chooser {
   void KeepEarlier(std::size_t index) {
     const ListedDatabase& database = databases_[index];
     for (const std::wstring& name : {FolderNameOf(database), FolderNameWithSum(database)}) {
-      if (IsRefused(name) || HolderOf(root_, name, database) != Holder::kThis) continue;
+      if (IsRefused(name) || !claims_.IsFree(name)) continue;
+      if (HolderOf(root_, name, database) != Holder::kThis) continue;
       return Take(index, name);
     }
   }
@@ -119,6 +116,10 @@ class Chooser {
 };
 
 }  // namespace
+
+bool HoldsExport(const std::wstring& folder) {
+  return FileExists(folder + kOutcomeFile) || IsBag(folder);
+}
 
 std::vector<std::wstring> ChooseFolders(const std::wstring& root,
                                         const std::vector<ListedDatabase>& databases) {

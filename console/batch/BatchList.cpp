@@ -38,12 +38,12 @@ std::optional<std::string> AsUtf8(std::string text) {
   return text;
 }
 
-// Takes each database once.
+// Takes each database once. The case of a server's letters does not count.
 class Collector {
  public:
   void Add(ListedDatabase database) {
     if (database.server == kLocal) database.server.clear();
-    if (seen_.emplace(database.server, database.path).second) {
+    if (seen_.emplace(UpperCase(Utf8ToWide(database.server)), database.path).second) {
       list_.databases.push_back(std::move(database));
     } else {
       ++list_.repeated;
@@ -54,7 +54,7 @@ class Collector {
 
  private:
   BatchList list_;
-  std::set<std::pair<std::string, std::string>> seen_;
+  std::set<std::pair<std::wstring, std::string>> seen_;
 };
 
 std::string_view WithoutBlanks(std::string_view line) {
@@ -89,8 +89,10 @@ struct Columns {
   std::optional<std::size_t> kind;
 };
 
-std::optional<std::size_t> ColumnOf(const CsvRow& titles, const char* title) {
-  const auto found = std::find(titles.begin(), titles.end(), title);
+std::optional<std::size_t> ColumnOf(const CsvRow& titles, const wchar_t* title) {
+  const auto found = std::find_if(titles.begin(), titles.end(), [title](const std::string& given) {
+    return IsSameName(Utf8ToWide(given), title);
+  });
   if (found == titles.end()) return std::nullopt;
   return static_cast<std::size_t>(found - titles.begin());
 }
@@ -101,8 +103,8 @@ std::string Field(const CsvRow& row, const std::optional<std::size_t>& column) {
 
 std::string ParseRows(const std::vector<CsvRow>& rows, Collector& collector) {
   const CsvRow& titles = rows.front();
-  const Columns columns = {ColumnOf(titles, "server"), ColumnOf(titles, "path"),
-                           ColumnOf(titles, "title"), ColumnOf(titles, "kind")};
+  const Columns columns = {ColumnOf(titles, L"server"), ColumnOf(titles, L"path"),
+                           ColumnOf(titles, L"title"), ColumnOf(titles, L"kind")};
   for (std::size_t row = 1; row < rows.size(); ++row) {
     if (rows[row].size() != titles.size()) {
       return "row " + std::to_string(row + 1) + " has " + std::to_string(rows[row].size()) +
@@ -117,11 +119,39 @@ std::string ParseRows(const std::vector<CsvRow>& rows, Collector& collector) {
   return {};
 }
 
+std::optional<CsvRow> FirstRow(std::string_view text) {
+  std::optional<std::vector<CsvRow>> rows = ParseCsv(text.substr(0, text.find_first_of("\r\n")));
+  if (!rows || rows->empty()) return std::nullopt;
+  return std::move(rows->front());
+}
+
+bool HasTitles(const std::optional<CsvRow>& titles) {
+  return titles && ColumnOf(*titles, L"server") && ColumnOf(*titles, L"path");
+}
+
 // A table begins with its titles.
-bool IsTable(std::string_view text) {
-  const std::optional<std::vector<CsvRow>> first = ParseCsv(text.substr(0, text.find('\n')));
-  return first && !first->empty() && ColumnOf(first->front(), "server") &&
-         ColumnOf(first->front(), "path");
+bool IsTable(std::string_view text) { return HasTitles(FirstRow(text)); }
+
+// A table of other separators than commas, as some spreadsheets write it.
+bool IsForeignTable(std::string_view text) {
+  std::string first(text.substr(0, text.find_first_of("\r\n")));
+  const auto isSeparator = [](char letter) { return letter == ';' || letter == '\t'; };
+  if (std::none_of(first.begin(), first.end(), isSeparator)) return false;
+  std::replace_if(first.begin(), first.end(), isSeparator, ',');
+  return HasTitles(FirstRow(first));
+}
+
+// Older shells write the type of its rows above a table.
+std::string_view WithoutType(std::string_view text) {
+  if (!text.starts_with("#TYPE ")) return text;
+  const std::size_t end = text.find('\n');
+  return end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+}
+
+bool HasReturnsAlone(std::string_view text) {
+  const std::size_t end = text.find('\r');
+  return end != std::string_view::npos && end + 1 < text.size() &&
+         text.find('\n') == std::string_view::npos;
 }
 
 }  // namespace
@@ -129,9 +159,14 @@ bool IsTable(std::string_view text) {
 std::string ParseBatchList(std::string_view text, BatchList& list) {
   Collector collector;
   std::string fault;
-  if (IsTable(text)) {
+  text = WithoutType(text);
+  if (HasReturnsAlone(text)) {
+    fault = "its lines end in a carriage return alone";
+  } else if (IsForeignTable(text)) {
+    fault = "its fields are not separated by commas";
+  } else if (IsTable(text)) {
     const std::optional<std::vector<CsvRow>> rows = ParseCsv(text);
-    fault = rows ? ParseRows(*rows, collector) : "a quote is not closed";
+    fault = rows ? ParseRows(*rows, collector) : "its quotes do not fit";
   } else {
     fault = ParseLines(text, collector);
   }

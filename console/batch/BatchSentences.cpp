@@ -21,7 +21,7 @@ std::string NotesAndTime(const BatchEntry& entry) {
   if (entry.counts && entry.counts->listed > 0)
     text = ", " + GroupedText(entry.counts->exported) + " of " +
            CountText(entry.counts->listed, "note", "notes");
-  if (const auto seconds = SecondsBetween(entry.started, entry.ended))
+  if (const auto seconds = SecondsBetween(entry.since, entry.ended))
     text += " in " + DurationText(*seconds);
   return text;
 }

@@ -2,10 +2,12 @@
 
 #include <optional>
 
+#include "base/FolderFiles.h"
 #include "base/Utf8.h"
 #include "console/account/Outcome.h"
-#include "console/bag/Bag.h"
+#include "console/bag/SealState.h"
 #include "console/follow/AtomicFolder.h"
+#include "console/follow/EarlierRun.h"
 #include "console/follow/OutputFolder.h"
 
 namespace larkspan::console {
@@ -14,15 +16,24 @@ namespace {
 
 std::optional<Outcome> OutcomeOf(const std::wstring& folder, const ListedDatabase& database) {
   Outcome outcome;
-  if (ReadOutcome(ExportWithin(folder), outcome) != OutcomeReading::kRead) return std::nullopt;
-  if (outcome.server != database.server || outcome.path != database.path) return std::nullopt;
+  if (ReadEarlierOutcome(folder, outcome) != OutcomeReading::kRead) return std::nullopt;
+  if (!IsOfDatabase(outcome, database.server, database.path)) return std::nullopt;
   return outcome;
 }
 
-// One that came to its end by itself, and is not all there, would come to the same end again.
-bool CanGoOn(const Outcome& outcome) {
-  return outcome.state == Outcome::State::kRunning || outcome.stop ||
-         outcome.exitCode != ExitCode::kIncomplete;
+// An export that is gone on with keeps the options that it was begun with.
+bool HasOptions(const Outcome& outcome, const ExportRequest& wanted) {
+  return outcome.archive == wanted.archive && outcome.views == wanted.views &&
+         outcome.fullAccess == wanted.fullAccess && outcome.idFile == wanted.idFile &&
+         outcome.notesIni == wanted.notesIni;
+}
+
+// One that came to its end by itself, and is not all there, would come to the same end again. What
+// was given up was lost for one cause, in a row, and would stay lost.
+bool CanGoOn(const Outcome& outcome, const ExportRequest& wanted) {
+  if (!HasOptions(outcome, wanted)) return false;
+  if (outcome.stop) return outcome.stop->by != "give-up";
+  return outcome.state == Outcome::State::kRunning || outcome.exitCode != ExitCode::kIncomplete;
 }
 
 void Take(const Outcome& outcome, const std::wstring& out, BatchEntry& entry) {
@@ -30,6 +41,7 @@ void Take(const Outcome& outcome, const std::wstring& out, BatchEntry& entry) {
   entry.reason = outcome.reason;
   entry.out = out;
   entry.started = outcome.started;
+  entry.since = outcome.resumed.empty() ? outcome.started : outcome.resumed.back().time;
   entry.ended = outcome.ended;
   entry.warnings = outcome.warnings.size();
   if (!outcome.account) return;
@@ -39,24 +51,39 @@ void Take(const Outcome& outcome, const std::wstring& out, BatchEntry& entry) {
   entry.warnings += outcome.account->warnings.size();
 }
 
+// Empty: a finished export of this database in this form, which the entry tells of then.
+std::string WhyNotFinished(const ExportRequest& wanted, BatchEntry& entry) {
+  const std::string name = "the folder '" + WideToUtf8(entry.folder) + "' ";
+  if (const std::string fault = WhySealIsUnfinished(entry.folder); !fault.empty())
+    return name + "is half sealed. " + fault;
+  const std::optional<Outcome> outcome = OutcomeOf(entry.folder, entry.database);
+  if (!outcome) return name + "holds something that is not this export";
+  if (outcome->archive != wanted.archive) return name + "holds an export of it in another form";
+  if (!IsFinished(*outcome))
+    return name +
+           "holds an export of it that has not come to a good end: go on with that by "
+           "'larkspan-console export --resume', or give the folder another name";
+  Take(*outcome, entry.folder, entry);
+  return {};
+}
+
+Earlier JudgeFolder(const ExportRequest& wanted, BatchEntry& entry) {
+  const std::string whyNot = WhyNotFinished(wanted, entry);
+  if (whyNot.empty()) return Earlier::kFinished;
+  entry.code = ExitCode::kCouldNotRun;
+  entry.reason = whyNot;
+  return Earlier::kInTheWay;
+}
+
 }  // namespace
 
-Earlier LookForEarlier(BatchEntry& entry) {
-  if (FolderExists(entry.folder) && !IsEmptyFolder(entry.folder)) {
-    const std::optional<Outcome> outcome = OutcomeOf(entry.folder, entry.database);
-    if (outcome && outcome->state == Outcome::State::kEnded && outcome->exitCode) {
-      Take(*outcome, entry.folder, entry);
-      return Earlier::kFinished;
-    }
-    entry.reason = "the folder '" + WideToUtf8(entry.folder) +
-                   "' holds something that is not this export, finished";
-    entry.code = ExitCode::kCouldNotRun;
-    return Earlier::kForeign;
-  }
+Earlier LookForEarlier(const ExportRequest& wanted, BatchEntry& entry) {
+  if (FileExists(entry.folder) || (FolderExists(entry.folder) && !IsEmptyFolder(entry.folder)))
+    return JudgeFolder(wanted, entry);
   const std::optional<std::wstring> attempt = LastAttempt(entry.folder);
   if (!attempt) return Earlier::kNothing;
   const std::optional<Outcome> outcome = OutcomeOf(*attempt, entry.database);
-  return outcome && CanGoOn(*outcome) ? Earlier::kCutOff : Earlier::kNothing;
+  return outcome && CanGoOn(*outcome, wanted) ? Earlier::kCutOff : Earlier::kNothing;
 }
 
 bool TakeOutcome(const std::wstring& out, BatchEntry& entry) {

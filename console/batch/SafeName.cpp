@@ -97,9 +97,11 @@ std::wstring FolderNameWithSum(const ListedDatabase& database) {
   std::wstring flat;
   for (const std::wstring& part : PartsOf(database.path))
     flat += (flat.empty() ? L"" : L"_") + part;
-  const std::string sum = DigestOfText(DigestKind::kSha256, database.server + "!!" + database.path);
-  return ServerPart(database) + L"\\" + Cut(flat, kLongestPart / 2) + L"~" +
-         Utf8ToWide(sum.substr(0, kSumDigits));
+  const std::string sum =
+      DigestOfText(DigestKind::kSha256,
+                   WideToUtf8(UpperCase(Utf8ToWide(database.server))) + "!!" + database.path);
+  return SafePart(Cut(ServerPart(database), kLongestPart / 2)) + L"\\" +
+         Cut(flat, kLongestPart / 2) + L"~" + Utf8ToWide(sum.substr(0, kSumDigits));
 }
 
 bool IsRefused(std::wstring_view folderName) {

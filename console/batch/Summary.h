@@ -26,7 +26,8 @@ struct SummaryContent {
 // The page, with a random text that lets its own style and script in and no other.
 std::string SummaryPage(const SummaryContent& content, const std::string& nonce);
 
-// Writes both into the root, each whole or as it was before. False when one could not be.
+// Writes both into the root, each whole or as it was before. False when one could not be, as while
+// somebody holds it.
 bool WriteSummary(const std::wstring& root, const SummaryContent& content);
 
 }  // namespace larkspan::console

@@ -63,7 +63,7 @@ std::string NotesCell(const BatchEntry& entry) {
 }
 
 std::string TimeCell(const BatchEntry& entry) {
-  const auto seconds = SecondsBetween(entry.started, entry.ended);
+  const auto seconds = SecondsBetween(entry.since, entry.ended);
   return seconds ? NumberCell(DurationText(*seconds), std::to_string(*seconds))
                  : NumberCell("", "");
 }

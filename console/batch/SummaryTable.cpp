@@ -15,7 +15,7 @@ std::string NumberOf(const BatchEntry& entry, std::uint64_t NoteCounts::*count) 
 }
 
 CsvRow RowOf(const BatchEntry& entry) {
-  const auto seconds = SecondsBetween(entry.started, entry.ended);
+  const auto seconds = SecondsBetween(entry.since, entry.ended);
   const auto judged = [&](std::uint64_t number) { return entry.counts ? Number(number) : ""; };
   return {entry.database.server,
           entry.database.path,

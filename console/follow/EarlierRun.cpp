@@ -20,9 +20,12 @@ OutcomeReading ReadEarlierOutcome(const std::wstring& folder, Outcome& outcome) 
   return ReadOutcome(ExportWithin(folder), outcome);
 }
 
+bool IsOfDatabase(const Outcome& outcome, const std::string& server, const std::string& path) {
+  return IsSameName(Utf8ToWide(outcome.server), Utf8ToWide(server)) && outcome.path == path;
+}
+
 bool IsSameExport(const Outcome& outcome, const ExportRequest& request) {
-  return outcome.server == request.server && outcome.path == request.path &&
-         outcome.archive == request.archive;
+  return IsOfDatabase(outcome, request.server, request.path) && outcome.archive == request.archive;
 }
 
 bool IsFinished(const Outcome& outcome) {

@@ -12,6 +12,9 @@ namespace larkspan::console {
 // What the run in this folder says of itself, also when it was sealed since.
 OutcomeReading ReadEarlierOutcome(const std::wstring& folder, Outcome& outcome);
 
+// Whether the run was of this database. The case of a server's letters does not count.
+bool IsOfDatabase(const Outcome& outcome, const std::string& server, const std::string& path);
+
 // Whether the run was of this database, in this form.
 bool IsSameExport(const Outcome& outcome, const ExportRequest& request);
 

@@ -31,23 +31,32 @@ class PasswordInEnvironment {
   PasswordInEnvironment& operator=(const PasswordInEnvironment&) = delete;
 };
 
-// What a new process inherits: these handles and, whatever else is inheritable here, no other.
-class InheritedHandles {
+// What a new process inherits, these handles and, whatever else is inheritable here, no other; and
+// the job in which it begins, so that there is no moment at which it would outlive this program.
+class ProcessAttributes {
  public:
-  explicit InheritedHandles(std::vector<HANDLE> handles) : handles_(std::move(handles)) {
+  ProcessAttributes(std::vector<HANDLE> handles, HANDLE job)
+      : handles_(std::move(handles)), job_(job) {
+    constexpr DWORD kCount = 2;
     SIZE_T size = 0;
-    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    InitializeProcThreadAttributeList(nullptr, kCount, 0, &size);
     space_ = std::make_unique<std::byte[]>(size);
-    initialised_ = InitializeProcThreadAttributeList(list(), 1, 0, &size);
+    initialised_ = InitializeProcThreadAttributeList(list(), kCount, 0, &size);
     if (!initialised_) return;
     UpdateProcThreadAttribute(list(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
                               handles_.size() * sizeof(HANDLE), nullptr, nullptr);
+    // Mingw's older headers do not have its name, and Windows before 10 does not know it.
+    constexpr DWORD_PTR kJobList = 0x0002000D;
+    beginsInJob_ = job_ != nullptr && UpdateProcThreadAttribute(list(), 0, kJobList, &job_,
+                                                                sizeof job_, nullptr, nullptr);
   }
-  ~InheritedHandles() {
+  ~ProcessAttributes() {
     if (initialised_) DeleteProcThreadAttributeList(list());
   }
-  InheritedHandles(const InheritedHandles&) = delete;
-  InheritedHandles& operator=(const InheritedHandles&) = delete;
+  ProcessAttributes(const ProcessAttributes&) = delete;
+  ProcessAttributes& operator=(const ProcessAttributes&) = delete;
+
+  bool BeginsInJob() const { return beginsInJob_; }
 
   LPPROC_THREAD_ATTRIBUTE_LIST list() const {
     return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(space_.get());
@@ -55,9 +64,22 @@ class InheritedHandles {
 
  private:
   std::vector<HANDLE> handles_;
+  HANDLE job_;
   std::unique_ptr<std::byte[]> space_;
   bool initialised_ = false;
+  bool beginsInJob_ = false;
 };
+
+// Suspended. In a group of its own, since a Ctrl+C is for this program, which passes it on as a
+// stop. False, with the reason in GetLastError, when the system refuses.
+bool Create(const std::wstring& program, std::wstring commandLine, STARTUPINFOEXW startup,
+            const ProcessAttributes& attributes, PROCESS_INFORMATION& created) {
+  constexpr DWORD kFlags =
+      CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT | CREATE_NEW_PROCESS_GROUP;
+  startup.lpAttributeList = attributes.list();
+  return CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, kFlags,
+                        nullptr, nullptr, &startup.StartupInfo, &created);
+}
 
 }  // namespace
 
@@ -87,9 +109,10 @@ std::wstring ExportProcesses::StopPipeText() const {
   return std::to_wstring(reinterpret_cast<INT_PTR>(stop_.readEnd.get()));
 }
 
-StartedProcess ExportProcesses::Start(const std::wstring& program, std::wstring commandLine) const {
+StartedProcess ExportProcesses::Start(const std::wstring& program,
+                                      const std::wstring& commandLine) const {
   const PasswordInEnvironment environment(password_);
-  const InheritedHandles inherited({output_.writeEnd.get(), stop_.readEnd.get()});
+  const std::vector<HANDLE> inherited = {output_.writeEnd.get(), stop_.readEnd.get()};
   STARTUPINFOEXW startup{};
   startup.StartupInfo.cb = sizeof startup;
   startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
@@ -98,18 +121,15 @@ StartedProcess ExportProcesses::Start(const std::wstring& program, std::wstring 
     startup.StartupInfo.hStdInput = stop_.readEnd.get();
     startup.StartupInfo.hStdError = output_.writeEnd.get();
   }
-  startup.lpAttributeList = inherited.list();
   PROCESS_INFORMATION created{};
-  // In a group of its own, since a Ctrl+C is for this program, which passes it on as a stop.
-  constexpr DWORD kFlags =
-      CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT | CREATE_NEW_PROCESS_GROUP;
-  if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, kFlags, nullptr,
-                      nullptr, &startup.StartupInfo, &created)) {
-    return {{}, 0, GetLastError()};
+  const ProcessAttributes inJob(inherited, job_.get());
+  if (!inJob.BeginsInJob() || !Create(program, commandLine, startup, inJob, created)) {
+    if (!Create(program, commandLine, startup, {inherited, nullptr}, created))
+      return {{}, 0, GetLastError()};
+    // Before it can start a worker. In a job of somebody else's it may be refused; the exporter
+    // then outlives this program if that is ended by force.
+    AssignProcessToJobObject(job_.get(), created.hProcess);
   }
-  // Before it can start a worker. In a job of somebody else's it may be refused; the exporter then
-  // outlives this program if that is ended by force.
-  AssignProcessToJobObject(job_.get(), created.hProcess);
   ResumeThread(created.hThread);
   CloseHandle(created.hThread);
   return {SystemHandle(created.hProcess), created.dwProcessId, 0};

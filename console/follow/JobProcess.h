@@ -43,7 +43,7 @@ class ExportProcesses {
   // The value for "-pipe".
   std::wstring StopPipeText() const;
 
-  StartedProcess Start(const std::wstring& program, std::wstring commandLine) const;
+  StartedProcess Start(const std::wstring& program, const std::wstring& commandLine) const;
 
   HANDLE job() const { return job_.get(); }
 

@@ -26,6 +26,11 @@ bool IsSameName(std::wstring_view one, std::wstring_view other) {
                               static_cast<int>(other.size()), TRUE) == CSTR_EQUAL;
 }
 
+std::wstring UpperCase(std::wstring text) {
+  CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
+  return text;
+}
+
 std::string NoteIdText(std::uint32_t id) {
   std::array<char, 9> digits;
   std::snprintf(digits.data(), digits.size(), "%08X", static_cast<unsigned>(id));

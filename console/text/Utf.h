@@ -21,6 +21,9 @@ std::wstring Utf8ToWide(std::string_view text);
 // Whether Windows takes both for the name of the same file: the case of letters does not count.
 bool IsSameName(std::wstring_view one, std::wstring_view other);
 
+// As the names of files are compared by; the same for two that are the same.
+std::wstring UpperCase(std::wstring text);
+
 // "0000090A".
 std::string NoteIdText(std::uint32_t id);
 

@@ -21,7 +21,7 @@ BatchEntry EntryEndedAs(const std::string& path, ExitCode code, const std::strin
   entry.code = code;
   entry.reason = reason;
   entry.out = L"D:\\export\\Mill\\a.attempt-1";
-  entry.started = "2026-11-22T07:00:00Z";
+  entry.since = "2026-11-22T07:00:00Z";
   entry.ended = "2026-11-22T07:02:00Z";
   entry.counts = NoteCounts{1'234, 1'200, 0, 0, 34, 0, 0, 0};
   entry.losses = 35;

@@ -103,6 +103,22 @@ TEST_F(BatchFoldersTest, NothingGoesIntoTheFolderOfAnotherExport) {
   EXPECT_EQ(Choose({below}), (Names{FolderNameWithSum(below)}));
 }
 
+TEST_F(BatchFoldersTest, ALineThatNamesAFolderTakesNoName) {
+  EXPECT_EQ(ChooseFolders(root_, {{"Mill", "m", "", true}, On("Mill", "m\\a.nsf")}),
+            (Names{L"", root_ + L"\\Mill\\m\\a.nsf"}));
+}
+
+TEST_F(BatchFoldersTest, AFileTakesANameToo) {
+  std::filesystem::create_directories(root_ + L"\\Mill");
+  WriteBytes(root_ + L"\\Mill\\a.nsf", "mine");
+  EXPECT_EQ(Choose({On("Mill", "a.nsf")}), (Names{FolderNameWithSum(On("Mill", "a.nsf"))}));
+}
+
+TEST_F(BatchFoldersTest, AServerInAnotherCaseKeepsItsFolders) {
+  MakeExport(L"Mill\\a.nsf", On("Mill", "a.nsf"));
+  EXPECT_EQ(Choose({On("MILL", "a.nsf")}), (Names{L"MILL\\a.nsf"}));
+}
+
 TEST_F(BatchFoldersTest, AnEmptyFolderIsFree) {
   std::filesystem::create_directories(root_ + L"\\Mill\\a.nsf");
   EXPECT_EQ(Choose({On("Mill", "a.nsf")}), (Names{L"Mill\\a.nsf"}));

@@ -73,7 +73,28 @@ TEST(BatchListTest, ATableIsReadByItsTitles) {
 TEST(BatchListTest, ARowMustHaveAllFieldsAndAPath) {
   EXPECT_EQ(FaultOf("server,path\nMill,a.nsf\nMill\n"), "row 3 has 1 fields, not 2");
   EXPECT_EQ(FaultOf("server,path\nMill,\n"), "row 2 names no path");
-  EXPECT_EQ(FaultOf("server,path\nMill,\"a.nsf\n"), "a quote is not closed");
+  EXPECT_EQ(FaultOf("server,path\nMill,\"a.nsf\n"), "its quotes do not fit");
+}
+
+// As spreadsheets and shells write it.
+TEST(BatchListTest, TitlesMayBeQuotedInAnyCaseAndLast) {
+  EXPECT_EQ(NamesOf("server,path\r\nMill,a.nsf\r\n"), "Mill!!a.nsf\n");
+  EXPECT_EQ(NamesOf("\"Path\",\"Server\"\r\n\"a.nsf\",\"Mill\"\r\n"), "Mill!!a.nsf\n");
+  EXPECT_EQ(NamesOf("#TYPE System.Object\r\n\"server\",\"path\"\r\n\"Mill\",\"a.nsf\"\r\n"),
+            "Mill!!a.nsf\n");
+}
+
+TEST(BatchListTest, WhatOnlyLooksLikeATableIsRefused) {
+  EXPECT_EQ(FaultOf("server;path\r\nMill;a.nsf\r\n"), "its fields are not separated by commas");
+  EXPECT_EQ(FaultOf("Path\tServer\na.nsf\tMill\n"), "its fields are not separated by commas");
+  EXPECT_EQ(FaultOf("server,path\rMill,a.nsf\r"), "its lines end in a carriage return alone");
+  EXPECT_EQ(NamesOf("a;b.nsf\n"), "!!a;b.nsf\n");
+  EXPECT_EQ(NamesOf("a.nsf\r"), "!!a.nsf\n");
+}
+
+TEST(BatchListTest, AServerIsTheSameInAnyCase) {
+  EXPECT_EQ(NamesOf("Garden!!a.nsf\nGARDEN!!a.nsf\nGarden!!A.nsf\n"),
+            "Garden!!a.nsf\nGarden!!A.nsf\n");
 }
 
 TEST(BatchListTest, AnEmptyListHasNoDatabase) {

@@ -25,7 +25,8 @@ BatchEntry WithLosses() {
   entry.code = ExitCode::kLosses;
   entry.reason = "2 losses, each of which is listed";
   entry.out = entry.folder;
-  entry.started = "2026-11-22T07:00:00Z";
+  entry.started = "2026-11-21T17:00:00Z";
+  entry.since = "2026-11-22T07:00:00Z";
   entry.ended = "2026-11-22T07:01:30Z";
   entry.counts = NoteCounts{1'234, 1'232, 0, 0, 2, 0, 0, 0};
   entry.losses = 2;
@@ -52,7 +53,7 @@ TEST(SummaryTest, TheTableHasARowForEachDatabase) {
                                  "started", "ended", "seconds", "folder", "lies_in"}));
   EXPECT_EQ(rows->at(1), (CsvRow{"Mill/Example", "a.nsf", "Orders, \"old\"", "losses", "3",
                                  "2 losses, each of which is listed", "1234", "1232", "2", "2", "0",
-                                 "1", "2026-11-22T07:00:00Z", "2026-11-22T07:01:30Z", "90",
+                                 "1", "2026-11-21T17:00:00Z", "2026-11-22T07:01:30Z", "90",
                                  "D:\\export\\Mill\\a.nsf", "D:\\export\\Mill\\a.nsf"}));
   EXPECT_EQ(rows->at(2), (CsvRow{"", "b.nsf", "", "waiting", "", "", "", "", "", "", "", "", "", "",
                                  "", "D:\\export\\Mill\\a.nsf", ""}));

@@ -2,8 +2,8 @@
 #include <filesystem>
 
 #include "base/Utf8.h"
+#include "console/batch/Root.h"
 #include "console/batch/SafeName.h"
-#include "console/follow/OutputFolder.h"
 #include "tests/console/system/BatchTest.h"
 
 namespace larkspan::console {
@@ -50,11 +50,11 @@ TEST_F(BatchOptionsTest, ARootThatCannotBeMadeIsCodeTwo) {
 TEST_F(BatchOptionsTest, OneBatchWorksBelowARoot) {
   List({"a.nsf"});
   std::filesystem::create_directories(root_);
-  const FolderLock lock(root_);
+  const RootLock lock(root_);
   ASSERT_TRUE(lock.IsHeld());
   const ConsoleEnd end = Batch();
   EXPECT_EQ(end.code, 2u);
-  EXPECT_TRUE(Holds(end.errors, "another larkspan-console is at work")) << end.errors;
+  EXPECT_TRUE(Holds(end.errors, "another batch is at work in ")) << end.errors;
 }
 
 TEST_F(BatchOptionsTest, AnEmptyListIsWhole) {
@@ -93,9 +93,39 @@ TEST_F(BatchOptionsTest, TheTableOfAListingIsTaken) {
 
 TEST_F(BatchOptionsTest, ANameThatCannotBeHandedOnIsToldAndTheOthersAreDone) {
   List({"=b.nsf", "a.nsf"});
-  EXPECT_EQ(Batch().code, 2u);
+  const ConsoleEnd end = Batch();
+  EXPECT_EQ(end.code, 2u);
+  EXPECT_TRUE(Holds(end.output,
+                    "Could not run: =b.nsf: a name that begins with '=' cannot be "
+                    "handed to larkspan.exe"))
+      << end.output;
   EXPECT_EQ(States(),
             (std::map<std::string, std::string>{{"=b.nsf", "failed"}, {"a.nsf", "whole"}}));
+}
+
+TEST_F(BatchOptionsTest, ARootWithinAnExportIsRefused) {
+  List({"a.nsf"});
+  EXPECT_EQ(Batch().code, 0u);
+  const std::wstring inside = FolderOf("a.nsf") + L"\\data\\more";
+  Words words = BatchWords();
+  words[3] = inside;
+  const ConsoleEnd end = Run(words);
+  EXPECT_EQ(end.code, 2u);
+  EXPECT_TRUE(Holds(end.errors, "lies in the folder of an export")) << end.errors;
+  EXPECT_FALSE(std::filesystem::exists(inside));
+}
+
+TEST_F(BatchOptionsTest, WhatIsAtWorkSaysSoInTheSummary) {
+  run_.AddDatabase(L"b.nsf",
+                   testing::DocumentsJson(
+                       2, testing::FaultsMember(R"({"entry": "DXLExportNote", "wait": 1500})")));
+  List({"b.nsf"});
+  const auto process = Start(BatchWords());
+  EXPECT_TRUE(AwaitCondition([this] {
+    return std::filesystem::exists(root_ + L"\\summary.csv") &&
+           Holds(ReadBytes(root_ + L"\\summary.csv"), ",b.nsf,,running,");
+  }));
+  EXPECT_EQ(process->WaitForEnd().code, 0u);
 }
 
 TEST_F(BatchOptionsTest, ForeignFoldersAreLeftAlone) {
@@ -181,13 +211,15 @@ TEST_F(BatchOptionsTest, WhatASealHasMadeABagIsFinished) {
   EXPECT_EQ(EventsIn(end.output).back().at("counts").at("finishedBefore"), 1);
 }
 
-TEST_F(BatchOptionsTest, ASummaryThatCannotBeWrittenEndsItAtOnce) {
+TEST_F(BatchOptionsTest, ASummaryThatCannotBeWrittenStopsNoExport) {
   List({"a.nsf"});
   std::filesystem::create_directories(root_ + L"\\summary.csv");
   const ConsoleEnd end = Batch();
-  EXPECT_EQ(end.code, 2u);
-  EXPECT_TRUE(Holds(end.errors, "the summary cannot be written")) << end.errors;
-  EXPECT_FALSE(std::filesystem::exists(FolderOf("a.nsf")));
+  EXPECT_EQ(end.code, 5u);
+  EXPECT_TRUE(Holds(end.errors, "the summary cannot be written now; it is tried again"));
+  EXPECT_TRUE(Holds(end.errors, "the summary cannot be written\n")) << end.errors;
+  EXPECT_TRUE(std::filesystem::exists(FolderOf("a.nsf")));
+  EXPECT_TRUE(Holds(ReadBytes(root_ + L"\\summary.html"), "<strong>Whole</strong>"));
 }
 
 TEST_F(BatchOptionsTest, AnAttemptWithoutAnOutcomeIsLeftAndANewOneMade) {
