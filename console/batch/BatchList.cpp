@@ -29,13 +29,11 @@ std::string FromUtf16(std::string_view bytes) {
 }
 
 // No value: neither UTF-8 nor marked as UTF-16.
-std::optional<std::string> AsUtf8(std::string text) {
-  if (text.starts_with(kUtf16Mark)) {
-    return FromUtf16(text.substr(kUtf16Mark.size()));
-  }
-  if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
-  if (!IsUtf8(text) || text.find('\0') != std::string::npos) return std::nullopt;
-  return text;
+std::optional<std::string> AsUtf8(std::string_view text) {
+  if (text.starts_with(kUtf16Mark)) return FromUtf16(text.substr(kUtf16Mark.size()));
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  if (!IsUtf8(text) || text.find('\0') != std::string_view::npos) return std::nullopt;
+  return std::string(text);
 }
 
 // Takes each database once. The case of a server's letters does not count.
@@ -175,9 +173,9 @@ std::string ParseBatchList(std::string_view text, BatchList& list) {
 }
 
 std::string ReadBatchList(const std::wstring& file, BatchList& list) {
-  std::optional<std::string> bytes = SharedFile(file).ReadAll();
+  const std::optional<std::string> bytes = SharedFile(file).ReadAll();
   if (!bytes) return "it cannot be read";
-  const std::optional<std::string> text = AsUtf8(std::move(*bytes));
+  const std::optional<std::string> text = AsUtf8(*bytes);
   if (!text) return "it is no UTF-8 text";
   return ParseBatchList(*text, list);
 }
