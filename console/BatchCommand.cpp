@@ -17,7 +17,7 @@ namespace larkspan::console {
 
 namespace {
 
-// More would not fit into what the system waits for, and no machine bears them.
+// The Notes library is loaded by two processes of each; no machine bears more of them.
 constexpr std::size_t kMostJobs = 64;
 
 struct BatchOptions {

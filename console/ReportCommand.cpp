@@ -11,9 +11,10 @@
 #include "console/CommandLine.h"
 #include "console/account/AccountText.h"
 #include "console/bag/VerifyExport.h"
+#include "console/folder/WholeFile.h"
 #include "console/page/Page.h"
+#include "console/page/PageFile.h"
 #include "console/page/Pieces.h"
-#include "console/page/WritePage.h"
 #include "console/show/Output.h"
 #include "console/show/Sentences.h"
 #include "console/text/Utf.h"
@@ -92,7 +93,7 @@ ExitCode RunReport(const ReportOptions& options) {
   const std::string nonce = MakeNonce();
   if (nonce.empty()) return Refuse("the system gives no random bytes");
   const PageContent content = ContentOf(options, std::move(*verdict));
-  if (!WritePage(Utf8ToWide(options.file), RenderPage(content, nonce)))
+  if (!WriteWholeFile(Utf8ToWide(options.file), RenderPage(content, nonce)))
     return Refuse(options.file + ": the page cannot be written there");
   TellOfPageInside(options, content);
   if (!options.quiet)

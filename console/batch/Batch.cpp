@@ -3,7 +3,7 @@
 //   2. What an earlier run has finished is passed over.
 //   3. Exports are begun as long as there are places, and followed. Each is this program again, in
 //      a job, so that a fault in one takes no other along.
-//   4. After each that ends the summary is written anew.
+//   4. Whenever one begins or ends the summary is written anew.
 #include "console/batch/Batch.h"
 
 #include <windows.h>
@@ -31,7 +31,6 @@ namespace larkspan::console {
 namespace {
 
 constexpr std::chrono::milliseconds kPause{50};
-constexpr std::uint64_t kSessionEndMilliseconds = 4'000;
 constexpr int kLastTries = 5;
 constexpr std::chrono::milliseconds kLastPause{500};
 

@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <vector>
 
 #include "console/bag/Digests.h"
+#include "console/follow/AtomicFolder.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -22,8 +22,6 @@ constexpr std::size_t kLongestName = 140;
 constexpr std::size_t kLongestPart = 100;
 
 constexpr std::size_t kSumDigits = 8;
-
-constexpr wchar_t kAttempt[] = L".attempt-";
 
 bool IsRefusedCharacter(wchar_t unit) {
   return unit < L' ' || unit == 0x7F || kRefusedCharacters.find(unit) != std::wstring_view::npos;
@@ -71,8 +69,8 @@ std::wstring ServerPart(const ListedDatabase& database) {
 
 bool IsAttempt(std::wstring_view part) {
   const std::size_t begin = part.rfind(L'.');
-  constexpr std::size_t kLength = std::size(kAttempt) - 1;
-  return begin != std::wstring_view::npos && IsSameName(part.substr(begin, kLength), kAttempt);
+  return begin != std::wstring_view::npos &&
+         IsSameName(part.substr(begin, kAttemptSuffix.size()), kAttemptSuffix);
 }
 
 }  // namespace

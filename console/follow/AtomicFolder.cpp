@@ -13,7 +13,6 @@ namespace larkspan::console {
 
 namespace {
 
-constexpr wchar_t kSuffix[] = L".attempt-";
 constexpr int kTries = 120;
 constexpr std::chrono::milliseconds kPause{250};
 
@@ -25,8 +24,10 @@ unsigned AttemptNumber(std::wstring_view text) {
   return std::to_string(number) == digits ? number : 0;
 }
 
+std::wstring Beginning(std::wstring out) { return out.append(kAttemptSuffix); }
+
 unsigned LastAttemptNumber(const std::wstring& out) {
-  const std::wstring beginning = out + kSuffix;
+  const std::wstring beginning = Beginning(out);
   const std::size_t length = beginning.size() - (beginning.find_last_of(L'\\') + 1);
   WIN32_FIND_DATAW found{};
   const HANDLE search = FindFirstFileW((beginning + L'*').c_str(), &found);
@@ -43,13 +44,13 @@ unsigned LastAttemptNumber(const std::wstring& out) {
 }  // namespace
 
 std::wstring NextAttempt(const std::wstring& out) {
-  return out + kSuffix + std::to_wstring(LastAttemptNumber(out) + 1);
+  return Beginning(out) + std::to_wstring(LastAttemptNumber(out) + 1);
 }
 
 std::optional<std::wstring> LastAttempt(const std::wstring& out) {
   const unsigned last = LastAttemptNumber(out);
   if (last == 0) return std::nullopt;
-  return out + kSuffix + std::to_wstring(last);
+  return Beginning(out) + std::to_wstring(last);
 }
 
 bool PlaceAttempt(const std::wstring& attempt, const std::wstring& out,

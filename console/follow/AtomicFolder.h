@@ -5,8 +5,12 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace larkspan::console {
+
+// Between the name and the number of an attempt.
+inline constexpr std::wstring_view kAttemptSuffix = L".attempt-";
 
 // The attempt behind the last one that is there.
 std::wstring NextAttempt(const std::wstring& out);

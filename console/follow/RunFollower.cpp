@@ -26,7 +26,6 @@ namespace {
 
 constexpr DWORD kRoundMilliseconds = 100;
 constexpr std::uint64_t kDiskPeriod = 1000;
-constexpr std::uint64_t kSessionEndMilliseconds = 4000;
 constexpr std::uint64_t kSilenceToTell = 600'000;
 constexpr std::chrono::milliseconds kLastLines{2000};
 constexpr std::string_view kMajor = "#WARNING# - Major: ";

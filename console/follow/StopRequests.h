@@ -5,11 +5,15 @@
 #include <windows.h>
 
 #include <atomic>
+#include <cstdint>
 #include <string>
 
 #include "console/follow/SystemHandle.h"
 
 namespace larkspan::console {
+
+// How long what is at work may take to end by itself when the session or the window goes.
+inline constexpr std::uint64_t kSessionEndMilliseconds = 4'000;
 
 class StopRequests {
  public:

@@ -81,7 +81,7 @@ TEST_F(BatchAgainTest, AFileInThePlaceOfTheFolderIsToldAtOnce) {
   EXPECT_NE(Summary().at("a.nsf").at("folder"), WideToUtf8(FolderOf("a.nsf")));
 }
 
-// Sizes of nights do not count.
+// What lies between a night and the next one is no work.
 TEST_F(BatchAgainTest, TheSecondsAreThoseOfTheLastRun) {
   MakeOutcome(FolderOf("a.nsf") + L".attempt-1",
               {{"started", "2001-01-01T00:00:00Z"}, {"state", "running"}});

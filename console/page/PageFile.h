@@ -1,14 +1,9 @@
-// The file of the page: there whole, or as it was before.
+// Where the file of a page may lie.
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace larkspan::console {
-
-// Writes the page beside its place and moves it there, over an earlier one. False when that cannot
-// be done; an earlier page then stays, and no half one is left.
-bool WritePage(const std::wstring& file, std::string_view page);
 
 // Whether a file's name is that of a page, so that no file of an export has it.
 bool IsNamedAsPage(const std::wstring& file);

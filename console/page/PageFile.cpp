@@ -1,10 +1,8 @@
-#include "console/page/WritePage.h"
+#include "console/page/PageFile.h"
 
 #include <windows.h>
 
 #include <cwchar>
-
-#include "console/folder/WholeFile.h"
 
 namespace larkspan::console {
 
@@ -20,10 +18,6 @@ std::wstring WholePath(const std::wstring& path) {
 }
 
 }  // namespace
-
-bool WritePage(const std::wstring& file, std::string_view page) {
-  return WriteWholeFile(file, page);
-}
 
 bool IsNamedAsPage(const std::wstring& file) {
   const std::size_t dot = file.find_last_of(L"./\\");
