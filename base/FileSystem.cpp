@@ -15,6 +15,10 @@ std::size_t Write(std::FILE* file, std::string_view bytes) {
   return system_files::Write(file, bytes);
 }
 
+std::size_t WriteThrough(std::FILE* file, std::string_view bytes) {
+  return system_files::WriteThrough(file, bytes);
+}
+
 bool Flush(std::FILE* file) { return system_files::Flush(file); }
 
 bool Close(UniqueFile file) { return system_files::Close(file.release()); }

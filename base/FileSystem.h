@@ -36,6 +36,11 @@ UniqueFile OpenTemporary();
 // when that is fewer than given, errno has the reason.
 std::size_t Write(std::FILE* file, std::string_view bytes);
 
+// Writes bytes as they are in one write of the system, past what the stream may hold back: for a
+// stream in binary mode that is written in no other way. Returns how many were taken; when that is
+// fewer than given, GetLastError has the reason. Close does not tell of it.
+std::size_t WriteThrough(std::FILE* file, std::string_view bytes);
+
 // Hands on what the stream holds back. False, with the reason in errno, when not all that was
 // written to it by now has reached the file.
 bool Flush(std::FILE* file);

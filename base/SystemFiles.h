@@ -73,10 +73,18 @@ inline std::size_t Write(std::FILE* file, std::string_view bytes) {
   return std::fwrite(bytes.data(), 1, bytes.size(), file);
 }
 
+inline std::size_t WriteThrough(std::FILE* file, std::string_view bytes) {
+  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+  DWORD written = 0;
+  WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  return written;
+}
+
 inline bool Flush(std::FILE* file) { return std::fflush(file) == 0 && std::ferror(file) == 0; }
 
+// A runtime's fclose can return 0 though what it still had to write did not fit on the disk.
 inline bool Close(std::FILE* file) {
-  const bool written = std::ferror(file) == 0;
+  const bool written = Flush(file);
   return std::fclose(file) == 0 && written;
 }
 

@@ -9,21 +9,65 @@ namespace larkspan {
 
 namespace {
 
-// Room for seven fields of any value.
-using TimeText = std::array<char, 100>;
+// Puts a date-time together. A view has so many that formatting them shows.
+class TimeText {
+ public:
+  const char* c_str() const { return text_.data(); }
+
+  void AddDate(const CalendarTime& at) {
+    AddNumber(at.year, 4);
+    AddNumber(at.month, 2);
+    AddNumber(at.day, 2);
+  }
+
+  void AddTime(const CalendarTime& at) {
+    Add('T');
+    AddNumber(at.hour, 2);
+    AddNumber(at.minute, 2);
+    AddNumber(at.second, 2);
+    Add(',');
+    AddNumber(at.hundredth, 2);
+  }
+
+  void AddUniversalZone() {
+    for (const char character : {'+', '0', '0'}) Add(character);
+  }
+
+ private:
+  void Add(char character) { text_[length_++] = character; }
+
+  // Two or four digits at least, with zeros in front.
+  void AddNumber(int number, int digits) {
+    const int limit = digits == 2 ? 100 : 10000;
+    if (number < 0 || number >= limit) return AddAnyNumber(number, digits);
+    for (int i = digits - 1; i >= 0; --i, number /= 10) {
+      text_[length_ + static_cast<std::size_t>(i)] = static_cast<char>('0' + number % 10);
+    }
+    length_ += static_cast<std::size_t>(digits);
+  }
+
+  // The library may leave anything in a field.
+  void AddAnyNumber(int number, int digits) {
+    length_ += static_cast<std::size_t>(
+        std::snprintf(text_.data() + length_, text_.size() - length_, "%0*d", digits, number));
+  }
+
+  // Room for seven fields of any value.
+  std::array<char, 100> text_{};
+  std::size_t length_ = 0;
+};
 
 TimeText FormatDateTime(const notes_api::TIMEDATE& time) {
   const CalendarTime at = ToUniversalTime(time);
-  TimeText text{};
+  TimeText text;
   if (JulianDay(time) == notes_api::kNoTimePart) {
-    std::snprintf(text.data(), text.size(), "T%02d%02d%02d,%02d", at.hour, at.minute, at.second,
-                  at.hundredth);
-  } else if (TimeOfDay(time) == notes_api::kNoTimePart) {
-    std::snprintf(text.data(), text.size(), "%04d%02d%02d", at.year, at.month, at.day);
-  } else {
-    std::snprintf(text.data(), text.size(), "%04d%02d%02dT%02d%02d%02d,%02d+00", at.year, at.month,
-                  at.day, at.hour, at.minute, at.second, at.hundredth);
+    text.AddTime(at);
+    return text;
   }
+  text.AddDate(at);
+  if (TimeOfDay(time) == notes_api::kNoTimePart) return text;
+  text.AddTime(at);
+  text.AddUniversalZone();
   return text;
 }
 
@@ -31,7 +75,7 @@ TimeText FormatDateTime(const notes_api::TIMEDATE& time) {
 
 void WriteDateTime(tinyxml2::XMLPrinter& printer, const notes_api::TIMEDATE& time) {
   printer.OpenElement("datetime");
-  printer.PushText(FormatDateTime(time).data());
+  printer.PushText(FormatDateTime(time).c_str());
   printer.CloseElement();
 }
 

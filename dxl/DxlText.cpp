@@ -1,6 +1,8 @@
 #include "dxl/DxlText.h"
 
-#include <string>
+#include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "dxl/FormattedAttribute.h"
 
@@ -22,33 +24,41 @@ void WriteNonXmlCharacter(tinyxml2::XMLPrinter& printer, unsigned int code) {
   printer.CloseElement();
 }
 
-void Flush(tinyxml2::XMLPrinter& printer, std::string& run) {
-  if (!run.empty()) printer.PushText(run.c_str());
-  run.clear();
+// The printer takes text that ends with a NUL, in as many pieces as it comes.
+void WriteRun(tinyxml2::XMLPrinter& printer, std::string_view run) {
+  std::array<char, 512> piece;
+  while (!run.empty()) {
+    const std::size_t length = run.copy(piece.data(), piece.size() - 1);
+    piece[length] = '\0';
+    printer.PushText(piece.data());
+    run.remove_prefix(length);
+  }
 }
 
 bool IsText(unsigned char byte) { return byte >= 0x20 || byte == '\t'; }
 
 bool IsBreak(unsigned char byte) { return byte == '\0' || byte == '\n' || byte == '\r'; }
 
+void WriteCharacter(tinyxml2::XMLPrinter& printer, unsigned char byte) {
+  if (IsBreak(byte)) {
+    WriteBreak(printer);
+  } else {
+    WriteNonXmlCharacter(printer, byte);
+  }
+}
+
 }  // namespace
 
 void WriteDxlText(tinyxml2::XMLPrinter& printer, const char* utf8, std::int32_t length) {
-  std::string run;
-  for (std::int32_t i = 0; i < length; ++i) {
-    const auto byte = static_cast<unsigned char>(utf8[i]);
-    if (IsText(byte)) {
-      run.push_back(utf8[i]);
-      continue;
-    }
-    Flush(printer, run);
-    if (IsBreak(byte)) {
-      WriteBreak(printer);
-    } else {
-      WriteNonXmlCharacter(printer, byte);
-    }
+  std::string_view rest(utf8, static_cast<std::size_t>(std::max<std::int32_t>(length, 0)));
+  while (!rest.empty()) {
+    const auto end = std::find_if_not(rest.begin(), rest.end(), IsText);
+    const auto runLength = static_cast<std::size_t>(end - rest.begin());
+    WriteRun(printer, rest.substr(0, runLength));
+    if (end == rest.end()) return;
+    WriteCharacter(printer, static_cast<unsigned char>(*end));
+    rest.remove_prefix(runLength + 1);
   }
-  Flush(printer, run);
 }
 
 }  // namespace larkspan

@@ -28,6 +28,8 @@ using TextBuffer = std::array<char, kMaxTextBytes + 1>;
 // Views carry this mark in texts that only their display has a use for.
 constexpr std::string_view kDisplayMark = "\x7F$0\xFF";
 
+bool HasMark(std::string_view text) { return text.find(kDisplayMark) != text.npos; }
+
 // Copies the text without the marks and returns the number of bytes. A mark that appears only when
 // one inside it is removed stays, since the search never goes back.
 std::size_t CopyWithoutMarks(std::string_view text, TextBuffer& copy) {
@@ -38,6 +40,20 @@ std::size_t CopyWithoutMarks(std::string_view text, TextBuffer& copy) {
     text.remove_prefix(isMark ? kDisplayMark.size() : 1);
   }
   return length;
+}
+
+void WriteTranslated(XMLPrinter& printer, std::string_view text) {
+  TextBuffer utf8;
+  const std::string_view translated = NotesToUtf8(text, std::span(utf8).first(kMaxTextBytes));
+  printer.OpenElement("text");
+  WriteDxlText(printer, translated.data(), static_cast<std::int32_t>(translated.size()));
+  printer.CloseElement();
+}
+
+// Most texts have no marks, and need no copy.
+void WriteWithoutMarks(XMLPrinter& printer, std::string_view text) {
+  TextBuffer copy;
+  WriteTranslated(printer, {copy.data(), CopyWithoutMarks(text, copy)});
 }
 
 void WriteTextList(XMLPrinter& printer, Bytes value) {
@@ -106,14 +122,13 @@ void WriteTimeRange(XMLPrinter& printer, ByteReader data) {
 }  // namespace
 
 void WriteTextElement(XMLPrinter& printer, std::string_view text) {
-  TextBuffer copy;
-  TextBuffer utf8;
-  const std::size_t length = CopyWithoutMarks(text.substr(0, kMaxTextBytes), copy);
-  const std::string_view translated =
-      NotesToUtf8({copy.data(), length}, std::span(utf8).first(kMaxTextBytes));
-  printer.OpenElement("text");
-  WriteDxlText(printer, translated.data(), static_cast<std::int32_t>(translated.size()));
-  printer.CloseElement();
+  // The library is always given an address.
+  text = text.empty() ? std::string_view("") : text.substr(0, kMaxTextBytes);
+  if (HasMark(text)) {
+    WriteWithoutMarks(printer, text);
+  } else {
+    WriteTranslated(printer, text);
+  }
 }
 
 void WriteItemValue(XMLPrinter& printer, const IntlSettings& numbers, Bytes value) {

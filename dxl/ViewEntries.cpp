@@ -2,6 +2,8 @@
 // found ends the reading of all that follow.
 #include "dxl/ViewEntries.h"
 
+#include <utility>
+
 namespace larkspan {
 
 namespace {
@@ -49,10 +51,18 @@ bool ReadSummary(ByteReader& reader, Summary& summary) {
   return true;
 }
 
+// The entries of a view have about as many values each, so the room for them is kept.
+void Clear(ViewEntry& entry) {
+  std::vector<Bytes> values = std::move(entry.summary.values);
+  values.clear();
+  entry = {};
+  entry.summary.values = std::move(values);
+}
+
 }  // namespace
 
 bool ReadViewEntry(ByteReader& reader, ViewEntry& entry) {
-  entry = {};
+  Clear(entry);
   return reader.Read(entry.noteId) && reader.Skip(kCounts) && reader.Read(entry.indent) &&
          SkipIndexPosition(reader) && ReadSummary(reader, entry.summary);
 }

@@ -2,8 +2,10 @@
 #include "dxl/ViewEntryElement.h"
 
 #include <array>
+#include <charconv>
+#include <cstdint>
 
-#include "dxl/FormattedAttribute.h"
+#include "base/HexText.h"
 #include "dxl/ItemValue.h"
 #include "notes/Summary.h"
 
@@ -32,9 +34,16 @@ bool IsConflict(const Summary& summary) {
   return summary.isWhole && FindSummaryValue(summary.bytes, "$Conflict", value);
 }
 
+void PushIndent(XMLPrinter& printer, std::uint16_t indent) {
+  std::array<char, 6> text{};
+  std::to_chars(text.data(), text.data() + text.size() - 1, indent);
+  printer.PushAttribute("indent", text.data());
+}
+
 void WriteAttributes(XMLPrinter& printer, const ViewEntry& entry) {
-  if (KindOf(entry) == EntryKind::kDocument) PushFormatted(printer, "noteId", "%08X", entry.noteId);
-  if (entry.indent != 0) PushFormatted(printer, "indent", "%d", int{entry.indent});
+  if (KindOf(entry) == EntryKind::kDocument)
+    printer.PushAttribute("noteId", EightHexDigits(entry.noteId).c_str());
+  if (entry.indent != 0) PushIndent(printer, entry.indent);
   if (IsConflict(entry.summary)) printer.PushAttribute("conflict", "true");
 }
 

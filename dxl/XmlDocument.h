@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/FileSystem.h"
+#include "dxl/BufferedPrinter.h"
 #include "notes/Status.h"
 
 namespace larkspan {
@@ -18,9 +19,9 @@ class XmlDocument {
   XmlDocument();
 
   // Hands the printer, which indents by four spaces a level, to a function that prints the content
-  // and says whether it is complete. Returns what that says. Without a temporary file, where all
-  // that is printed would be kept in memory, the function is not called, and true tells to go on
-  // with Save, which then fails.
+  // and says whether it is complete. Returns what that says. Without a temporary file, where
+  // nothing that is printed would be kept, the function is not called, and true tells to go on with
+  // Save, which then fails.
   template <typename PrintContent>
   bool Print(PrintContent printContent) {
     return file_ == nullptr || printContent(printer_);
@@ -35,12 +36,12 @@ class XmlDocument {
  private:
   enum class Copy { kComplete, kRefused, kFailed };
 
-  bool IsPrinted() const;
+  bool IsPrinted();
   Copy CopyTo(const std::wstring& path);
   bool Place(const std::wstring& path);
 
   file_system::UniqueFile file_;
-  tinyxml2::XMLPrinter printer_;
+  BufferedPrinter printer_;
 };
 
 }  // namespace larkspan

@@ -38,16 +38,17 @@ std::size_t BytesBeforeLineEnds(std::string_view chunk, std::size_t linesWritten
 }
 
 // A chunk with its line ends is one write of the system, in which a full disk shows. Through a
-// stream of the C runtime it could be several.
-bool AppendChunk(std::string_view chunk) {
-  const std::string lines = WithCarriageReturns(chunk);
+// stream of the C runtime it could be several. `lines` is room for it.
+bool AppendChunk(std::string_view chunk, std::string& lines) {
+  lines.clear();
+  AppendWithCarriageReturns(chunk, lines);
   const file_system::Appended appended = file_system::Append(StagedFilePath(), lines);
   if (!appended.opened) {
     LogDebug(L"Unable to open temp file for writing: %s", kBareName);
     return false;
   }
-  const std::size_t written = BytesBeforeLineEnds(chunk, appended.written);
-  if (written < chunk.size()) {
+  if (appended.written < lines.size()) {
+    const std::size_t written = BytesBeforeLineEnds(chunk, appended.written);
     LogDebug(L"Only wrote %u bytes of %u to temp file: %s", static_cast<unsigned int>(written),
              static_cast<unsigned int>(chunk.size()), kBareName);
   } else if (!appended.complete) {
@@ -56,13 +57,14 @@ bool AppendChunk(std::string_view chunk) {
   return appended.complete;
 }
 
-// Takes the chunks of one export until one cannot be written; the others are dropped.
+// Takes the chunks of one export until one cannot be written; the others are dropped. They share
+// the room for their lines: new memory for each would cost more than to fill it.
 class TemporaryOutput {
  public:
   void Write(std::string_view chunk) {
     if (writeFailed_) return;
     try {
-      writeFailed_ = !AppendChunk(chunk);
+      writeFailed_ = !AppendChunk(chunk, lines_);
     } catch (...) {
       writeFailed_ = true;
     }
@@ -72,6 +74,7 @@ class TemporaryOutput {
   Status Conclude(Status status) const { return writeFailed_ ? kOutputNotWritten : status; }
 
  private:
+  std::string lines_;
   bool writeFailed_ = false;
 };
 

@@ -16,7 +16,8 @@ class ListingFile {
   // an earlier one. False when that fails.
   bool Open(std::wstring_view name);
 
-  // Writes a line, which has no line end of its own. What fails is told by Close; no line is
+  // Writes a line and its end. Line feeds inside it, which a name from the library may have, become
+  // carriage return and line feed too. What fails is told by Close; no line is
   // written after it, so that the file holds the listing's beginning and no gap.
   void WriteLine(std::string_view line);
 
@@ -25,6 +26,7 @@ class ListingFile {
 
  private:
   file_system::UniqueFile file_;
+  std::string bytes_;  // Of the line that is written; the room for them is kept.
   bool isWritten_ = true;
 };
 

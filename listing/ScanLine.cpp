@@ -2,12 +2,15 @@
 // process ends before its line.
 #include "listing/ScanLine.h"
 
+#include <array>
 #include <bit>
+#include <charconv>
 #include <cstdint>
-#include <cstdio>
+#include <span>
 #include <string_view>
 
 #include "base/BoundsCheck.h"
+#include "base/HexText.h"
 #include "notes/Properties.h"
 #include "notes/Summary.h"
 #include "notes/Utf8Text.h"
@@ -17,23 +20,29 @@ namespace larkspan {
 
 namespace {
 
-std::string TranslateOrEnd(std::string_view text) {
-  constexpr std::size_t kBufferBytes = 1024;
-  std::string utf8 = NotesToUtf8(text, kBufferBytes);
-  if (utf8.size() >= kBufferBytes) EndForBoundsViolation();
-  return utf8;
+void AppendTranslated(std::string_view text, std::string& line) {
+  std::array<char, 1024> buffer;
+  const std::string_view utf8 = NotesToUtf8(text, buffer);
+  if (utf8.size() >= buffer.size()) EndForBoundsViolation();
+  line.append(utf8);
 }
 
-std::string TimeText(const notes_api::TIMEDATE& time) {
+void AppendInteger(std::int64_t number, std::string& line) {
+  std::array<char, 20> digits;
+  char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  line.append(digits.data(), end);
+}
+
+void AppendTime(const notes_api::TIMEDATE& time, std::string& line) {
   constexpr std::int64_t kFirstDay = 1721424;
   constexpr std::int64_t kHundredthsPerDay = 8640000;
   const std::int64_t days = JulianDay(time) - kFirstDay;
-  return std::to_string(TimeOfDay(time) + days * kHundredthsPerDay);
+  AppendInteger(TimeOfDay(time) + days * kHundredthsPerDay, line);
 }
 
 // The bits of the number, so that none of it is lost.
-std::string NumberText(double number) {
-  return std::to_string(std::bit_cast<std::int64_t>(number));
+void AppendNumber(double number, std::string& line) {
+  AppendInteger(std::bit_cast<std::int64_t>(number), line);
 }
 
 // Whether the summary has an item of the type; gives its bytes.
@@ -45,17 +54,19 @@ bool FindValueOfType(const notes_api::ItemTable& summary, const char* name, std:
   return true;
 }
 
-std::string TitleText(const notes_api::ItemTable& summary) {
+void AppendTitle(const notes_api::ItemTable& summary, std::string& line) {
   constexpr std::size_t kMaxInfoBytes = 128;
   constexpr std::uint16_t kTitleLimit = 127;
   Bytes info;
-  if (!FindValueOfType(summary, "$Info", notes_api::kTypeText, info)) return {};
+  if (!FindValueOfType(summary, "$Info", notes_api::kTypeText, info)) return;
   if (info.size() > kMaxInfoBytes) EndForBoundsViolation();
-  const std::string ended(AsText(info));
-  std::string title = TranslateOrEnd(ParseTitle(ended.c_str(), kTitleLimit));
-  ReplaceControlCharacters(title);
-  title.erase(title.find_last_not_of(' ') + 1);
-  return title;
+  std::array<char, kMaxInfoBytes + 1> ended{};
+  AsText(info).copy(ended.data(), kMaxInfoBytes);
+  InformationField title;
+  const std::size_t start = line.size();
+  AppendTranslated(ParseTitle(ended.data(), kTitleLimit, title), line);
+  ReplaceControlCharacters(std::span(line).subspan(start));
+  while (line.size() > start && line.back() == ' ') line.pop_back();
 }
 
 bool FindNumber(const notes_api::ItemTable& summary, const char* name, double& number) {
@@ -65,52 +76,51 @@ bool FindNumber(const notes_api::ItemTable& summary, const char* name, double& n
 }
 
 // The database and what it keeps in attachment storage.
-std::string SizeText(const notes_api::ItemTable& summary) {
+void AppendSize(const notes_api::ItemTable& summary, std::string& line) {
   double size = 0;
   double stored = 0;
   FindNumber(summary, "$Length", size);
   if (FindNumber(summary, "$DAOSSTOREDBYTES", stored)) size += stored;
-  return NumberText(size);
+  AppendNumber(size, line);
 }
 
-std::string IdentifierText(const notes_api::SearchMatch& match) {
-  char text[17];
-  std::snprintf(text, sizeof text, "%08lX%08lX",
-                static_cast<unsigned long>(match.noteTime.innards[1]),
-                static_cast<unsigned long>(match.noteTime.innards[0]));
-  return text;
+void AppendIdentifier(const notes_api::SearchMatch& match, std::string& line) {
+  line.append(EightHexDigits(match.noteTime.innards[1]));
+  line.append(EightHexDigits(match.noteTime.innards[0]));
 }
 
 }  // namespace
 
-std::string SummaryValueText(const notes_api::ItemTable& summary, const char* name) {
+void AppendSummaryValue(const notes_api::ItemTable& summary, const char* name, std::string& line) {
   SummaryValue value;
-  if (!FindSummaryValue(summary, name, value)) return {};
+  if (!FindSummaryValue(summary, name, value)) return;
   ByteReader reader(value.bytes);
   notes_api::TIMEDATE time{};
   double number = 0;
-  switch (value.type) {
-    case notes_api::kTypeText:
-      return TranslateOrEnd(AsText(value.bytes));
-    case notes_api::kTypeTime:
-      return reader.Read(time) ? TimeText(time) : "";
-    case notes_api::kTypeNumber:
-      return reader.Read(number) ? NumberText(number) : "";
-    default:
-      return {};
+  if (value.type == notes_api::kTypeText) {
+    AppendTranslated(AsText(value.bytes), line);
+  } else if (value.type == notes_api::kTypeTime && reader.Read(time)) {
+    AppendTime(time, line);
+  } else if (value.type == notes_api::kTypeNumber && reader.Read(number)) {
+    AppendNumber(number, line);
   }
 }
 
-void WriteScanLine(ListingFile& file, const notes_api::SearchMatch& match,
-                   const notes_api::ItemTable& summary) {
+void ScanLines::Write(const notes_api::SearchMatch& match, const notes_api::ItemTable& summary) {
   constexpr char kSeparator = '\t';
-  std::string line = SummaryValueText(summary, "$Path");
-  for (const std::string& field :
-       {TitleText(summary), SummaryValueText(summary, "$DATAMOD"),
-        SummaryValueText(summary, "$NONDATAMOD"), SizeText(summary), IdentifierText(match)}) {
-    line += kSeparator + field;
-  }
-  file.WriteLine(line);
+  line_.clear();
+  AppendSummaryValue(summary, "$Path", line_);
+  line_.push_back(kSeparator);
+  AppendTitle(summary, line_);
+  line_.push_back(kSeparator);
+  AppendSummaryValue(summary, "$DATAMOD", line_);
+  line_.push_back(kSeparator);
+  AppendSummaryValue(summary, "$NONDATAMOD", line_);
+  line_.push_back(kSeparator);
+  AppendSize(summary, line_);
+  line_.push_back(kSeparator);
+  AppendIdentifier(match, line_);
+  file_.WriteLine(line_);
 }
 
 }  // namespace larkspan

@@ -43,9 +43,10 @@ void ListDirectory(ListingFile& file) {
     return;
   }
   file.WriteLine(ServerOf(directory, path));
+  ScanLines lines(file);
   SearchDirectory(directory,
                   [&](const notes_api::SearchMatch& match, const notes_api::ItemTable& summary) {
-                    WriteScanLine(file, match, summary);
+                    lines.Write(match, summary);
                   });
 }
 

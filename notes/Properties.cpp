@@ -15,15 +15,13 @@ namespace {
 using notes_api::DWORD;
 
 // The limit of a parsed field may be exceeded by its NUL.
-constexpr std::size_t kCapacity = 1024;
-constexpr std::size_t kFieldLimit = kCapacity - 1;
-using TextBuffer = std::array<char, kCapacity>;
+constexpr std::size_t kFieldLimit = sizeof(InformationField) - 1;
 
 using PathPartBuffer = std::array<char, 256>;
 
-std::string ParseField(const char* info, notes_api::WORD field, notes_api::WORD limit) {
-  TextBuffer text{};
-  notes_api::NSFDbInfoParse(info, field, text.data(), limit);
+std::string ParseField(const char* info, notes_api::WORD field) {
+  InformationField text{};
+  notes_api::NSFDbInfoParse(info, field, text.data(), kFieldLimit);
   return EndedText(std::span(text).first(kFieldLimit));
 }
 
@@ -73,15 +71,17 @@ Status DatabaseInformation::Get(const Database& database) {
 }
 
 std::string DatabaseInformation::Title() const {
-  return ParseField(buffer_.data(), notes_api::kInfoTitle, kFieldLimit);
+  return ParseField(buffer_.data(), notes_api::kInfoTitle);
 }
 
 std::string DatabaseInformation::Categories() const {
-  return ParseField(buffer_.data(), notes_api::kInfoCategories, kFieldLimit);
+  return ParseField(buffer_.data(), notes_api::kInfoCategories);
 }
 
-std::string ParseTitle(const char* info, std::uint16_t limit) {
-  return ParseField(info, notes_api::kInfoTitle, limit);
+std::string_view ParseTitle(const char* info, std::uint16_t limit, InformationField& field) {
+  std::fill_n(field.begin(), limit + 1, '\0');
+  notes_api::NSFDbInfoParse(info, notes_api::kInfoTitle, field.data(), limit);
+  return EndedView(std::span(field).first(limit));
 }
 
 Status GetDatabaseId(const Database& database, notes_api::DatabaseId& id) {

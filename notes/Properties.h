@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "notes/Handles.h"
 #include "notes/NotesApi.h"
@@ -30,9 +31,12 @@ Status GetDatabaseSize(const std::string& path, std::uint64_t& bytes);
 
 Status GetReplicaId(const Database& database, notes_api::DatabaseId& id);
 
+// Room for a field of a database's information.
+using InformationField = std::array<char, 1024>;
+
 // The title in a database's information, which is ended with NUL; at most `limit` bytes, and that
-// at most 1,023.
-std::string ParseTitle(const char* info, std::uint16_t limit);
+// at most 1,023. The view is one of the field, of which the rest has no meaning.
+std::string_view ParseTitle(const char* info, std::uint16_t limit, InformationField& field);
 
 // The information of a database, as the library keeps it in one buffer.
 class DatabaseInformation {

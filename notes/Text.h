@@ -12,10 +12,11 @@ namespace larkspan {
 // Size in bytes of the buffers that hold a path in the Notes character set, the NUL included.
 inline constexpr std::size_t kNotesPathCapacity = 1024;
 
-// The text up to its NUL, or all of it where it has none.
-inline std::string EndedText(std::span<const char> text) {
-  return std::string(text.data(), strnlen(text.data(), text.size()));
+// The text up to its NUL, or all of it where it has none. The view is one of the given bytes.
+inline std::string_view EndedView(std::span<const char> text) {
+  return {text.data(), strnlen(text.data(), text.size())};
 }
+inline std::string EndedText(std::span<const char> text) { return std::string(EndedView(text)); }
 
 // Translates into at most kNotesPathCapacity - 1 bytes of the Notes character set. False when not
 // all of the text fits, or when the library translates a text to nothing; what came out is then of

@@ -30,7 +30,7 @@ std::string NotesToUtf8(std::string_view text, std::size_t maxBytes) {
   return utf8;
 }
 
-void ReplaceControlCharacters(std::string& utf8) {
+void ReplaceControlCharacters(std::span<char> utf8) {
   const auto isControl = [](char byte) { return byte >= 1 && byte <= 31; };
   std::replace_if(utf8.begin(), utf8.end(), isControl, ' ');
 }

@@ -16,6 +16,6 @@ std::string_view NotesToUtf8(std::string_view text, std::span<char> buffer);
 std::string NotesToUtf8(std::string_view text, std::size_t maxBytes);
 
 // Makes each byte from 1 to 31 a space.
-void ReplaceControlCharacters(std::string& utf8);
+void ReplaceControlCharacters(std::span<char> utf8);
 
 }  // namespace larkspan

@@ -193,7 +193,11 @@ void HangForever() {
 }
 
 void PauseMilliseconds(std::uint32_t milliseconds) {
+#ifdef _WIN32
+  Sleep(milliseconds);
+#else
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+#endif
 }
 
 }  // namespace larkspan::standin

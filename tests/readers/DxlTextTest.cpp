@@ -54,6 +54,15 @@ INSTANTIATE_TEST_SUITE_P(
                          "><nonxmlchar value=\"0001\"/>a<nonxmlchar value=\"001F\"/></text>"},
                     Case{"a\x1B[", ">a<nonxmlchar value=\"001B\"/>[</text>"}));
 
+// The printer gets a long text in pieces, wherever a character is cut by that.
+TEST(DxlTextTest, LongTextIsWrittenWhole) {
+  std::string text;
+  for (int i = 0; i < 2000; ++i) {
+    text += i % 7 == 0 ? "\xC3\xA4" : std::string(1, static_cast<char>('a' + i % 26));
+    ASSERT_EQ(Text(text, static_cast<std::int32_t>(text.size())), "<text>" + text + "</text>") << i;
+  }
+}
+
 TEST(DxlTextTest, EveryControlCharacterIsAnElementButTheTab) {
   for (char byte = 0; byte < 0x20; ++byte) {
     const std::string printed = Text(std::string_view(&byte, 1), 1);

@@ -38,6 +38,23 @@ TEST(ViewEntriesTest, EntryHasItsIdIndentAndValues) {
   EXPECT_TRUE(entry.summary.isWhole);
 }
 
+// One entry after another is read into the same place.
+TEST(ViewEntriesTest, NothingOfTheEntryBeforeIsLeft) {
+  const ExactBytes full = EntryBytes(0x8FA, 2, {{"Plant", TextValue("Iris")}});
+  const ExactBytes bare = EntryBytes(0x8FE, 0, {});
+  ViewEntry entry;
+  ASSERT_TRUE(Read(full, entry));
+  ASSERT_TRUE(Read(bare, entry));
+  EXPECT_EQ(entry.noteId, 0x8FEU);
+  EXPECT_EQ(entry.indent, 0);
+  EXPECT_TRUE(entry.summary.values.empty());
+  EXPECT_EQ(entry.summary.bytes.size(), 4U);
+  ASSERT_FALSE(Read({}, entry));
+  EXPECT_EQ(entry.noteId, 0U);
+  EXPECT_TRUE(entry.summary.bytes.empty());
+  EXPECT_FALSE(entry.summary.isWhole);
+}
+
 TEST(ViewEntriesTest, EntryWithoutItemsIsWhole) {
   ViewEntry entry;
   ASSERT_TRUE(Read(EntryBytes(0x8FA, 0, {}), entry));

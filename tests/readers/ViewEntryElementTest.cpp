@@ -57,6 +57,12 @@ TEST_F(ViewEntryElementTest, TopTwoBitsOfTheIdChooseTheElement) {
   EXPECT_EQ(ElementWithoutColumns(kTotal, 0), "<total/>");
 }
 
+TEST_F(ViewEntryElementTest, NoteIdHasEightDigits) {
+  EXPECT_EQ(ElementWithoutColumns(0, 0), R"(<document noteId="00000000"/>)");
+  EXPECT_EQ(ElementWithoutColumns(0x1234ABCD, 0), R"(<document noteId="1234ABCD"/>)");
+  EXPECT_EQ(ElementWithoutColumns(0x3FFFFFFF, 0), R"(<document noteId="3FFFFFFF"/>)");
+}
+
 TEST_F(ViewEntryElementTest, IndentIsToldUnlessItIsZero) {
   EXPECT_EQ(ElementWithoutColumns(kCategory, 1), R"(<category indent="1"/>)");
   EXPECT_EQ(ElementWithoutColumns(kDocument, 12), R"(<document noteId="000008FA" indent="12"/>)");

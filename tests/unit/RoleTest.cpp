@@ -191,9 +191,10 @@ TEST_F(LongOutputFolderTest, ThatTheSystemTakesAsItStandsHasTheLengthThatItCount
   EXPECT_EQ(RoleWithOutputFolder(longest + L'a'), Role::kRefused);
 }
 
+BOOLEAN WINAPI LongPathsAreEnabled() { return TRUE; }
+
 FARPROC WINAPI TellThatLongPathsAreEnabled(HMODULE, const char*) {
-  return reinterpret_cast<FARPROC>(
-      reinterpret_cast<void*>(static_cast<BOOLEAN(WINAPI*)()>([]() -> BOOLEAN { return TRUE; })));
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(LongPathsAreEnabled));
 }
 
 TEST_F(LongOutputFolderTest, WhereLongPathsAreEnabledIsUsed) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/Utf8.h"
@@ -86,10 +87,40 @@ TEST_F(XmlDocumentTest, LargeDocumentIsCopiedWhole) {
   EXPECT_EQ(ReadBytes(path_), std::string(kDeclaration) + "\r\n<view>" + text + "</view>\r\n");
 }
 
+// A carriage return in front makes no difference.
+TEST_F(XmlDocumentTest, EveryLineFeedGetsACarriageReturn) {
+  EXPECT_TRUE(SaveText(std::string(100000, '\n') + "a\r\nb").ok());
+  std::string expected;
+  for (int i = 0; i < 100000; ++i) expected += "\r\n";
+  EXPECT_EQ(ReadBytes(path_),
+            std::string(kDeclaration) + "\r\n<view>" + expected + "a\r\r\nb</view>\r\n");
+}
+
+// What is copied at once ends before, at and behind the byte.
+TEST_F(XmlDocumentTest, CopyEndsAtThatByteWhereverItStands) {
+  const std::size_t before = std::string_view(kDeclaration).size() + 7;
+  for (std::size_t length = 65535; length <= 65537; ++length) {
+    const std::string text(length - before, 'x');
+    EXPECT_TRUE(SaveText(text + "\xFF\n").ok());
+    EXPECT_EQ(ReadBytes(path_), std::string(kDeclaration) + "\r\n<view>" + text);
+  }
+}
+
 // No text in UTF-8 has such a byte.
 TEST_F(XmlDocumentTest, CopyEndsAtTheFirstByteThatIsNoText) {
   EXPECT_TRUE(SaveText(std::string(70000, 'x') + "\xFFy").ok());
   EXPECT_EQ(ReadBytes(path_), std::string(kDeclaration) + "\r\n<view>" + std::string(70000, 'x'));
+}
+
+// It is printed in three pieces.
+TEST_F(XmlDocumentTest, DocumentWithAGapIsNotSaved) {
+  WriteBytes(path_, "earlier");
+  for (const char* const piece : {"1", "2", "3"}) {
+    const FileFaults faults(std::string("write (temporary) ") + piece + " diskFull");
+    EXPECT_EQ(SaveText(std::string(200000, 'x')).code(), 270) << piece;
+    EXPECT_EQ(ReadBytes(path_), "earlier") << piece;
+  }
+  EXPECT_EQ(LogLines(), Lines(3, unwritten_));
 }
 
 TEST_F(XmlDocumentTest, ContentThatIsNotCompleteIsTold) {
@@ -137,6 +168,7 @@ TEST_P(XmlDocumentFailureTest, LeavesNoFileWhereThereWasNone) {
 INSTANTIATE_TEST_SUITE_P(
     Files, XmlDocumentFailureTest,
     testing::Values("open (temporary) * accessDenied", "write (temporary) * diskFull",
+                    "write (temporary) * diskFull 7", "write (temporary) * noError 7",
                     "flush (temporary) * diskFull", "read (temporary) * accessDenied",
                     "write a.xml.new * diskFull", "write a.xml.new * diskFull 7",
                     "write a.xml.new * noError 7", "close a.xml.new * diskFull",

@@ -30,6 +30,14 @@ TEST_F(ListingFileTest, LineIsOnDiskBeforeTheNextIsBegun) {
   EXPECT_EQ(ReadBytes(PathOf(L"lines.txt")), "first\r\nsecond\r\n");
 }
 
+TEST_F(ListingFileTest, LineFeedInsideALineIsWrittenAsText) {
+  ListingFile file;
+  ASSERT_TRUE(file.Open(L"\\lines.txt"));
+  file.WriteLine("a\nb");
+  ASSERT_TRUE(file.Close());
+  EXPECT_EQ(ReadBytes(PathOf(L"lines.txt")), "a\r\nb\r\n");
+}
+
 TEST_F(ListingFileTest, LineThatIsNotWrittenShowsAtTheClose) {
   EXPECT_FALSE(IsWholeWith("write lines.txt 1 diskFull"));
 }

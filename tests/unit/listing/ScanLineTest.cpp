@@ -35,7 +35,10 @@ class ScanLineTest : public NotesFixture {
 
   static std::string ValueText(const ExactBytes& value) {
     const ExactBytes summary = SummaryBytes({{"Item", value}});
-    return SummaryValueText(*reinterpret_cast<const notes_api::ItemTable*>(summary.data()), "Item");
+    std::string text;
+    AppendSummaryValue(*reinterpret_cast<const notes_api::ItemTable*>(summary.data()), "Item",
+                       text);
+    return text;
   }
 
   // The line of an entry with these items, without its line end.
@@ -45,7 +48,7 @@ class ScanLineTest : public NotesFixture {
     match.noteTime = identifier;
     ListingFile file;
     EXPECT_TRUE(file.Open(L"\\lines.txt"));
-    WriteScanLine(file, match, *reinterpret_cast<const notes_api::ItemTable*>(summary.data()));
+    ScanLines(file).Write(match, *reinterpret_cast<const notes_api::ItemTable*>(summary.data()));
     EXPECT_TRUE(file.Close());
     const Lines lines = ReadLines(PathOf(L"lines.txt"));
     EXPECT_EQ(lines.size(), 1U);
@@ -130,8 +133,9 @@ TEST_F(ScanLineTest, NumbersOfTheNextLineAreDecimalAgain) {
   const ExactBytes summary = SummaryBytes(items);
   notes_api::SearchMatch match{};
   match.noteTime = {{0xABCDEF12, 0x1}};
+  ScanLines lines(file);
   for (int i = 0; i < 2; ++i) {
-    WriteScanLine(file, match, *reinterpret_cast<const notes_api::ItemTable*>(summary.data()));
+    lines.Write(match, *reinterpret_cast<const notes_api::ItemTable*>(summary.data()));
   }
   ASSERT_TRUE(file.Close());
   const std::string line = "\t\t\t\t4697254411347427328\t00000001ABCDEF12";
@@ -158,6 +162,11 @@ TEST_F(ScanLineTest, TitleKeepsTheLineWhole) {
             "\xC3\xBC"
             "ber");
   EXPECT_EQ(Title(TextValue("\x7F")), "\x7F");
+}
+
+TEST_F(ScanLineTest, SpacesAreCutFromTheTitleAlone) {
+  EXPECT_EQ(Line({{"$Path", TextValue("a\tb  ")}, {"$Info", TextValue("   ")}}),
+            "a\tb  \t\t\t\t0\t0000000000000000");
 }
 
 WORD LARKSPAN_NOTES_CALL CopyText(WORD, const char* in, WORD length, char* out, WORD) {
