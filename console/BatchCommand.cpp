@@ -1,5 +1,6 @@
 // larkspan-console batch
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,7 +25,19 @@ struct BatchOptions {
   BatchRequest request;
   ExportOptions exports;
   std::size_t perServer = 0;
+  std::size_t mostWorkers = 0;
 };
+
+// As many exports as their workers together allow. Empty, or what is wrong.
+std::string TakeLimits(BatchOptions& options) {
+  ScheduleLimits& limits = options.request.limits;
+  if (options.perServer > 0) limits.perServer = options.perServer;
+  if (options.mostWorkers == 0) return {};
+  const std::size_t fitting = options.mostWorkers / options.exports.request.workers;
+  if (fitting == 0) return "--most-workers is less than --workers";
+  limits.jobs = std::min(limits.jobs, fitting);
+  return {};
+}
 
 // The options of each export, as this program takes them again. The password is no one of them.
 std::vector<std::string> ExportArguments(const ExportOptions& options) {
@@ -45,6 +58,7 @@ std::vector<std::string> ExportArguments(const ExportOptions& options) {
   addText("--stall", options.stall);
   if (options.giveUp > 0) addText("--give-up", std::to_string(options.giveUp));
   addText("--max-losses", options.maxLosses);
+  if (request.workers > 1) addText("--workers", std::to_string(request.workers));
   return arguments;
 }
 
@@ -56,7 +70,9 @@ ExitCode RunCommand(BatchOptions& options) {
   }
   if (request.listFile.empty()) return Refuse(ExitCode::kUsage, "LIST is empty");
   if (request.root.empty()) return Refuse(ExitCode::kUsage, "--root is empty");
-  if (options.perServer > 0) request.limits.perServer = options.perServer;
+  if (const std::string fault = TakeLimits(options); !fault.empty()) {
+    return Refuse(ExitCode::kUsage, fault);
+  }
   request.wanted = exports.request;
   request.exportOptions = ExportArguments(exports);
   request.stopOnStdinEnd = exports.request.stopOnStdinEnd;
@@ -95,6 +111,10 @@ CommandRun AddBatchCommand(CLI::App& app) {
   command
       ->add_option("--per-server", options->perServer,
                    "So many exports at once of databases of one server")
+      ->check(CLI::Range(std::size_t{1}, kMostJobs));
+  command
+      ->add_option("--most-workers", options->mostWorkers,
+                   "So many workers at once, those of all exports together")
       ->check(CLI::Range(std::size_t{1}, kMostJobs));
   AddContentOptions(*command, options->exports);
   AddEndOptions(*command, options->exports);

@@ -10,7 +10,7 @@ namespace larkspan::console {
 CheckWatch::CheckWatch(bool isShown)
     : output_(STD_OUTPUT_HANDLE), isShown_(isShown && output_.IsTerminal()) {}
 
-VerifyProgress CheckWatch::Watch(std::string verb) {
+FileProgress CheckWatch::Watch(std::string verb) {
   FileProgressLine& line = lines_.emplace_back(output_, std::move(verb));
   return [this, &line](std::uint64_t done, std::uint64_t all) {
     if (isShown_) line.Show(done, all);

@@ -5,7 +5,7 @@
 #include <list>
 #include <string>
 
-#include "console/account/VerifyProgress.h"
+#include "console/folder/FileProgress.h"
 #include "console/follow/StopRequests.h"
 #include "console/show/FileProgressLine.h"
 #include "console/show/Output.h"
@@ -18,7 +18,7 @@ class CheckWatch {
   explicit CheckWatch(bool isShown);
 
   // What is done to the files now: "Checking". To be used while this object is there.
-  VerifyProgress Watch(std::string verb);
+  FileProgress Watch(std::string verb);
 
   bool IsStopped() const { return stops_.Count() > 0; }
 

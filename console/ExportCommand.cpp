@@ -36,6 +36,9 @@ ExitCode RunCommand(ExportOptions& options, const std::vector<std::string>& argu
   const std::string fault = AdoptEarlierRun(request);
   if (!fault.empty()) return Refuse(ExitCode::kCouldNotRun, fault);
   if (request.path.empty()) return Refuse(ExitCode::kUsage, "--path is required");
+  // The run that is taken up may be of the plain form.
+  if (!request.archive && request.workers > 1)
+    return Refuse(ExitCode::kUsage, "--workers is not for the plain form");
   // From here on Ctrl+C does not end this program, which might leave a terminal without its echo.
   StopRequests stops;
   std::optional<LineSource> input;

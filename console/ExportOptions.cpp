@@ -12,6 +12,9 @@ namespace larkspan::console {
 
 namespace {
 
+// More wait for each other, at the server or at this machine's disk.
+constexpr std::uint32_t kMostWorkers = 16;
+
 constexpr std::uint32_t kMostLosses = 1'000'000;  // In a row.
 
 // "5" or "2.5%".
@@ -67,8 +70,14 @@ void AddContentOptions(CLI::App& command, ExportOptions& options) {
   AddIdentityOptions(command, request.idFile, options.password);
   command.add_flag("--full-access", request.fullAccess, "Open with full administrator access");
   command.add_flag("--no-views", options.noViews, "Leave the views out");
-  command.add_flag("--design-only", options.designOnly,
-                   "Export the design notes alone, without pictures, into one folder");
+  CLI::Option* const designOnly =
+      command.add_flag("--design-only", options.designOnly,
+                       "Export the design notes alone, without pictures, into one folder");
+  command
+      .add_option("--workers", request.workers,
+                  "So many workers export at once: for a large database on a server")
+      ->check(CLI::Range(1u, kMostWorkers))
+      ->excludes(designOnly);
   AddText(command, "--notes-ini", request.notesIni, "Configuration file of the Notes library");
   command.add_flag("--debug", request.debug, "Write debug lines into log.txt");
 }

@@ -60,7 +60,7 @@ void LogEndOutsideANote(const WorkerEnding& ending, const RunLog& log) {
 std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& commandLine,
                            std::uint32_t noteId, bool noteIsLost, const RunLog& log) {
   log.Debug(L"Top of Archive Main Loop with nid %08X", noteId);
-  if (noteIsLost) log.Warning(L"Major: Incomplete run detected for note id %08X", noteId);
+  if (noteIsLost) LogLostNote(noteId, log);
   log.Debug(L"Invoking child process");
   const EndSignal signal(log.outputFolder(), noteId);
   const WorkerEnding ending = launcher.RunToEnd(WorkerCommandLine(commandLine, noteId), signal);
@@ -73,8 +73,8 @@ std::uint32_t RunOneWorker(WorkerLauncher& launcher, const std::wstring& command
   return markedNoteId;
 }
 
-void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
-                FirstWorker first) {
+void RunUntilNoMarker(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
+                      FirstWorker first) {
   auto [noteId, noteIsLost] = first;
   std::uint32_t retries = 0;
   while (noteId != kNoNoteId) {
@@ -98,16 +98,25 @@ std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t no
   return FormatWide(L"%s -l %08X", commandLine.c_str(), noteId);
 }
 
+void LogLostNote(std::uint32_t noteId, const RunLog& log) {
+  log.Warning(L"Major: Incomplete run detected for note id %08X", noteId);
+}
+
+void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
+                FirstWorker first) {
+  // One that an earlier run left behind would be taken for the first worker's.
+  DeleteLastMarkerFile(log);
+  RunUntilNoMarker(launcher, commandLine, log, first);
+  log.Debug(L"End of Archive Main Loop");
+  // What a worker that died on a note left of it is deleted by the next export. There may be none.
+  file_system::Delete(output::Join(log.outputFolder(), output::kTemporary));
+}
+
 void RunSupervisor(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
                    FirstWorker first) {
   const std::time_t startTime = std::time(nullptr);
   WriteAuditBegin(startTime, log);
-  // One that an earlier run left behind would be taken for the first worker's.
-  DeleteLastMarkerFile(log);
   RunWorkers(launcher, commandLine, log, first);
-  log.Debug(L"End of Archive Main Loop");
-  // What a worker that died on a note left of it is deleted by the next export. There may be none.
-  file_system::Delete(output::Join(log.outputFolder(), output::kTemporary));
   WriteAuditEnd(startTime, log);
 }
 

@@ -16,11 +16,20 @@ namespace larkspan {
 // ID appended.
 std::wstring WorkerCommandLine(const std::wstring& commandLine, std::uint32_t noteId);
 
+// Writes the line of a note at which a worker has died.
+void LogLostNote(std::uint32_t noteId, const RunLog& log);
+
 // Where a run begins.
 struct FirstWorker {
   std::uint32_t noteId = 0;  // It goes on after this note; 0 begins the export.
   bool noteIsLost = false;   // Workers have died at that note before, so the log gets its line.
 };
+
+// Runs workers into the log's output folder, one after another, without the blocks of the audit
+// report: for an export that is more than the workers of this call. commandLine is that of all of
+// them, without a note ID. Otherwise as RunSupervisor.
+void RunWorkers(WorkerLauncher& launcher, const std::wstring& commandLine, const RunLog& log,
+                FirstWorker first);
 
 // Runs the export into the log's output folder. commandLine is the supervisor's own, exactly as it
 // was given. Returns when the audit report's closing block is written. What the launcher throws

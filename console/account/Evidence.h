@@ -1,6 +1,8 @@
 // All that the account is made from, and what each part of it adds.
 #pragma once
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -19,6 +21,12 @@ struct Evidence {
   NoteList list;
   UnidIndex index;
   RunLogFacts log;
+
+  // What the logs of parts that are not joined tell as lost, and has no file there; and the notes
+  // of which files are still to be moved, though the run's log has their lines already.
+  std::map<std::uint32_t, NoteLine> lostInParts;
+  std::set<std::uint32_t> halfJoined;
+
   AuditFacts audit;
   OutcomeReading outcomeReading = OutcomeReading::kMissing;
   Outcome outcome;

@@ -5,29 +5,23 @@
 #include <algorithm>
 #include <optional>
 #include <tuple>
+#include <utility>
 
 #include "base/OutputPaths.h"
 #include "console/account/Outcome.h"
 #include "console/folder/FolderTree.h"
 #include "console/folder/HexDigits.h"
+#include "console/folder/SystemFile.h"
+#include "console/parts/JoinParts.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
 
 namespace {
 
-bool IsSameName(std::wstring_view name, std::wstring_view known) {
-  return CompareStringOrdinal(name.data(), static_cast<int>(name.size()), known.data(),
-                              static_cast<int>(known.size()), TRUE) == CSTR_EQUAL;
-}
-
 // Of "\log.txt" in the output folder.
 bool IsRootFile(std::wstring_view name, std::wstring_view known) {
   return IsSameName(name, known.substr(1));
-}
-
-bool IsOfTheSystem(std::wstring_view name) {
-  return IsSameName(name, L"desktop.ini") || IsSameName(name, L"Thumbs.db");
 }
 
 // The ID in "0000090A.dxl".
@@ -75,6 +69,7 @@ class Sorter {
       case TreeEntry::Kind::kUnlisted:
         return AddStranger(entry, "unreadable", " cannot be listed");
       case TreeEntry::Kind::kFile:
+        if (IsInParts(entry.folder)) return AddPart();
         CountForAudit(entry);
         if (!IsOfTheSystem(entry.name)) TakeFile(entry);
     }
@@ -152,6 +147,14 @@ class Sorter {
     AddStranger(entry, "left-over", " was left by a run that did not come to its end");
   }
 
+  // There are as many files in it as notes, and none of them says more than the first.
+  void AddPart() {
+    if (!std::exchange(hasParts_, true))
+      files_.strangers.push_back({"left-over", std::nullopt, "parts",
+                                  "parts holds what several workers have exported and nobody has "
+                                  "joined; take the export up again with --resume"});
+  }
+
   void AddStranger(const TreeEntry& entry, const char* kind, const char* what) {
     const std::string name = SlashedName(entry);
     files_.strangers.push_back({kind, std::nullopt, name, name + what});
@@ -160,6 +163,7 @@ class Sorter {
   bool archive_;
   const NoteList& list_;
   ExportFiles& files_;
+  bool hasParts_ = false;
 };
 
 bool IsLess(const ExportFile& a, const ExportFile& b) {

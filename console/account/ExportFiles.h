@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "console/account/Account.h"
-#include "console/account/VerifyProgress.h"
 #include "console/folder/DxlReader.h"
+#include "console/folder/FileProgress.h"
 #include "console/folder/NoteList.h"
 
 namespace larkspan::console {
@@ -65,7 +65,7 @@ bool ListExportFiles(const std::wstring& folder, bool archive, const NoteList& l
                      ExportFiles& files);
 
 // Reads each file, several at a time. False when it was broken off.
-bool ReadExportFiles(const std::wstring& folder, const VerifyProgress& progress,
+bool ReadExportFiles(const std::wstring& folder, const FileProgress& progress,
                      std::vector<ExportFile>& files);
 
 }  // namespace larkspan::console

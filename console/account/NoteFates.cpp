@@ -2,8 +2,11 @@
 //   1. It has a file. A line that says it was not exported contradicts that, but for a design note
 //      without its raw copy: there the line tells of the copy. A worker that died at it died late.
 //      What else is missing of it - raw copy, pictures, index line - is a loss.
-//   2. It has no file, and a line tells why: it is lost.
-//   3. It has neither. After an ERROR that ends a run at a note without naming it, it was not
+//   2. The parts of several workers are joined half, and its file is still to be moved: whatever
+//   the
+//      log says, it is not lost, and not accounted for.
+//   3. It has no file, and a line, or one of a part that is not joined, tells why: it is lost.
+//   4. It has neither. After an ERROR that ends a run at a note without naming it, it was not
 //      reached; otherwise nothing accounts for it.
 #include <algorithm>
 #include <array>
@@ -46,7 +49,8 @@ class NoteJudge {
         id_(id),
         lines_(LinesOf(evidence.log, id)),
         files_(NoteFilesOf(evidence, id)),
-        hasRawCopy_(evidence.files.Find(FileKind::kRawCopy, id) != nullptr) {}
+        hasRawCopy_(evidence.files.Find(FileKind::kRawCopy, id) != nullptr),
+        isHalfJoined_(evidence.halfJoined.contains(id)) {}
 
   Fate Judge() {
     CheckPlaces();
@@ -75,7 +79,7 @@ class NoteJudge {
                WhatFailed(line->fault) + (line->cause.empty() ? "" : " (" + line->cause + ")"));
       return Fate::kContradicted;
     }
-    if (const NoteLine* const line = FindLine(lines_, NoteFault::kExport))
+    if (const NoteLine* const line = FindLine(lines_, NoteFault::kExport); line && !isHalfJoined_)
       Lose(LossKind::kRawCopy, "raw copy", line->cause);
     if (FindLine(lines_, NoteFault::kDeath) == nullptr) return Fate::kExported;
     JudgeLateDeath();
@@ -85,7 +89,7 @@ class NoteJudge {
   void JudgeLateDeath() {
     verdicts_.AddWarning("worker-death", "a worker died at note " + NoteIdText(id_) +
                                              " after its file " + files_[0].Name() + " was placed");
-    if (MayLackRawCopy() && FindLine(lines_, NoteFault::kExport) == nullptr)
+    if (MayLackRawCopy() && !isHalfJoined_ && FindLine(lines_, NoteFault::kExport) == nullptr)
       Lose(LossKind::kRawCopy, DeathStage(),
            "a worker died at it: its raw copy may be missing, if it was to have one");
   }
@@ -117,11 +121,19 @@ class NoteJudge {
            "its pictures were left out; log.txt has no line of it");
   }
 
-  Fate JudgeMissing() {
+  // Of a missing note; null when nothing tells of it.
+  const NoteLine* FindLoss() const {
     const auto loss = std::find_if(lines_.begin(), lines_.end(), [](const NoteLine& line) {
       return line.fault != NoteFault::kPictures;
     });
-    if (loss != lines_.end()) {
+    if (loss != lines_.end()) return &*loss;
+    const auto inParts = evidence_.lostInParts.find(id_);
+    return inParts == evidence_.lostInParts.end() ? nullptr : &inParts->second;
+  }
+
+  Fate JudgeMissing() {
+    if (isHalfJoined_) return MissWithoutReason();
+    if (const NoteLine* const loss = FindLoss()) {
       const bool died = loss->fault == NoteFault::kDeath;
       Lose(LossKind::kNote, died ? DeathStage() : StageOf(loss->fault),
            died ? DeathCause() : loss->cause);
@@ -135,7 +147,8 @@ class NoteJudge {
 
   Fate MissWithoutReason() {
     const std::string& error = evidence_.log.lastError;
-    std::string text = "has neither a file nor a line in log.txt";
+    std::string text = isHalfJoined_ ? "is in a part that nobody has joined"
+                                     : "has neither a file nor a line in log.txt";
     if (!error.empty()) text += "; the log's last ERROR is: " + error;
     verdicts_.CiteError(error);
     Find("unaccounted", "", text);
@@ -160,6 +173,7 @@ class NoteJudge {
     const bool wasOpened = !files_.empty() || FindLine(lines_, NoteFault::kDecrypt) != nullptr ||
                            FindLine(lines_, NoteFault::kExport) != nullptr;
     const bool isReadable = evidence_.index.reading != FileReading::kUnreadable;
+    if (!evidence_.halfJoined.empty()) return;  // The index may be to follow.
     if (!verdicts_.IsArchive() || !wasOpened || !isReadable || fate == Fate::kNotReached) return;
     if (evidence_.index.Find(id_) == nullptr)
       Lose(LossKind::kIndexLine, "index", "unidindex.txt has no line for it");
@@ -180,6 +194,7 @@ class NoteJudge {
   std::span<const NoteLine> lines_;
   std::span<const ExportFile> files_;
   bool hasRawCopy_;
+  bool isHalfJoined_;
   bool losesSomething_ = false;
 };
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "console/account/ExportFiles.h"
-#include "console/folder/ReadingCrew.h"
+#include "console/folder/FileCrew.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -18,9 +18,9 @@ std::wstring PathOf(const std::wstring& folder, const ExportFile& file) {
 
 }  // namespace
 
-bool ReadExportFiles(const std::wstring& folder, const VerifyProgress& progress,
+bool ReadExportFiles(const std::wstring& folder, const FileProgress& progress,
                      std::vector<ExportFile>& files) {
-  return ReadFiles(files.size(), progress, [&] {
+  return WorkOnFiles(files.size(), progress, [&] {
     return [&, reader = std::make_shared<DxlReader>()](std::size_t i) {
       files[i].facts = reader->Read(PathOf(folder, files[i]));
     };

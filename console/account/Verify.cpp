@@ -10,8 +10,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/FolderFiles.h"
 #include "base/OutputPaths.h"
 #include "console/account/Evidence.h"
+#include "console/folder/HexDigits.h"
+#include "console/folder/NoteFiles.h"
+#include "console/parts/JoinParts.h"
+#include "console/parts/PartFolders.h"
 
 namespace larkspan::console {
 
@@ -32,8 +37,23 @@ std::vector<FileRecord> RecordsOf(const std::vector<ExportFile>& files) {
   return records;
 }
 
+void GatherParts(const std::wstring& folder, Evidence& evidence) {
+  for (const std::wstring& part : AllPartFolders(folder)) {
+    for (const NoteLine& line : ReadRunLogFile(part).notes)
+      if (line.fault != NoteFault::kPictures && !HasNoteFile(part, line.id))
+        evidence.lostInParts.emplace(line.id, line);
+  }
+  for (const std::wstring& part : HalfJoinedFolders(folder)) {
+    for (const wchar_t* name : kNoteFolders)
+      VisitFiles(output::Join(part, name), L"*.*", [&](std::wstring_view file) {
+        if (const auto id = ParseNoteId(file.substr(0, file.find(L'.'))))
+          evidence.halfJoined.insert(*id);
+      });
+  }
+}
+
 // False, and why not, when it could not be done.
-bool Gather(const std::wstring& folder, const VerifyProgress& progress, Evidence& evidence,
+bool Gather(const std::wstring& folder, const FileProgress& progress, Evidence& evidence,
             Account& account, std::string& whyNot) {
   evidence.outcomeReading = ReadOutcome(folder, evidence.outcome);
   account.archive = evidence.outcomeReading == OutcomeReading::kRead ? evidence.outcome.archive
@@ -41,6 +61,7 @@ bool Gather(const std::wstring& folder, const VerifyProgress& progress, Evidence
   evidence.list = ReadNoteList(folder);
   if (account.archive) evidence.index = ReadUnidIndex(folder);
   evidence.log = ReadRunLogFile(folder);
+  GatherParts(folder, evidence);
   evidence.audit = ReadAuditFile(folder);
   whyNot = "The folder cannot be listed.";
   if (!ListExportFiles(folder, account.archive, evidence.list, evidence.files)) return false;
@@ -77,7 +98,7 @@ bool IsOfAnExport(const std::wstring& folder) {
   return exists(output::kIdTable) || exists(output::kAudit) || exists(kOutcomeFile);
 }
 
-std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,
+std::optional<Account> VerifyFolder(const std::wstring& folder, const FileProgress& progress,
                                     std::string& whyNot) {
   const std::wstring path = WithoutEndingSlashes(folder);
   const DWORD attributes = GetFileAttributesW(folder.c_str());

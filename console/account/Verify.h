@@ -7,7 +7,7 @@
 #include <string>
 
 #include "console/account/Account.h"
-#include "console/account/VerifyProgress.h"
+#include "console/folder/FileProgress.h"
 
 namespace larkspan::console {
 
@@ -16,7 +16,7 @@ bool IsOfAnExport(const std::wstring& folder);
 
 // No value when it was broken off, or when the folder cannot be listed, or is none of an export:
 // `whyNot` is then a sentence.
-std::optional<Account> VerifyFolder(const std::wstring& folder, const VerifyProgress& progress,
+std::optional<Account> VerifyFolder(const std::wstring& folder, const FileProgress& progress,
                                     std::string& whyNot);
 
 }  // namespace larkspan::console

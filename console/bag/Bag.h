@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "console/account/Account.h"
-#include "console/account/VerifyProgress.h"
+#include "console/folder/FileProgress.h"
 
 namespace larkspan::console {
 
@@ -27,7 +27,7 @@ struct BagVerdict {
 // Judges the bag as the RFC does, every sum included. Nothing is written, and nothing is opened
 // that does not lie in the folder. No value when that cannot be listed, or when it was broken off:
 // `whyNot` is then a sentence. Throws std::runtime_error when the system cannot calculate sums.
-std::optional<BagVerdict> JudgeBag(const std::wstring& folder, const VerifyProgress& progress,
+std::optional<BagVerdict> JudgeBag(const std::wstring& folder, const FileProgress& progress,
                                    std::string& whyNot);
 
 // Whether the folder is called a bag: it has a bagit.txt.

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "console/account/VerifyProgress.h"
 #include "console/bag/Digests.h"
+#include "console/folder/FileProgress.h"
 
 namespace larkspan::console {
 
@@ -19,7 +19,7 @@ struct FileSum {
 
 // Fills in the digests of files of the folder. False when it was broken off. Throws
 // std::runtime_error when the system cannot calculate them.
-bool CalculateSums(const std::wstring& folder, const VerifyProgress& progress,
+bool CalculateSums(const std::wstring& folder, const FileProgress& progress,
                    std::vector<FileSum>& files);
 
 }  // namespace larkspan::console

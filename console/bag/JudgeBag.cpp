@@ -33,7 +33,7 @@ class BagJudge {
       : tree_(tree), verdict_(verdict), faults_(verdict.errors, verdict.warnings) {}
 
   // False when it was broken off.
-  bool Judge(const VerifyProgress& progress) {
+  bool Judge(const FileProgress& progress) {
     ReadLists();
     CheckTree();
     for (const Manifest& manifest : manifests_) CheckEntries(manifest);
@@ -165,7 +165,7 @@ class BagJudge {
     return sums;
   }
 
-  bool CheckSums(const VerifyProgress& progress) {
+  bool CheckSums(const FileProgress& progress) {
     std::vector<std::size_t> places(tree_.files().size());
     std::vector<FileSum> sums = WantedSums(places);
     if (!CalculateSums(tree_.folder(), progress, sums)) return false;
@@ -198,7 +198,7 @@ bool HasFile(const std::wstring& path) {
 
 }  // namespace
 
-std::optional<BagVerdict> JudgeBag(const std::wstring& folder, const VerifyProgress& progress,
+std::optional<BagVerdict> JudgeBag(const std::wstring& folder, const FileProgress& progress,
                                    std::string& whyNot) {
   const std::wstring path = UnlimitedPath(folder);
   const DWORD attributes = GetFileAttributesW(path.c_str());

@@ -118,7 +118,7 @@ class Sealing {
   }
 
   // Takes down that the watch has broken off what it watched.
-  VerifyProgress Watched(const VerifyProgress& progress) {
+  FileProgress Watched(const FileProgress& progress) {
     return [this, &progress](std::uint64_t done, std::uint64_t all) {
       isStopped_ = progress && !progress(done, all);
       return !isStopped_;

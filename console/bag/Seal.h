@@ -8,14 +8,14 @@
 
 #include "console/ExitCode.h"
 #include "console/account/Account.h"
-#include "console/account/VerifyProgress.h"
 #include "console/bag/Bag.h"
+#include "console/folder/FileProgress.h"
 
 namespace larkspan::console {
 
 struct SealWatch {
-  VerifyProgress checking;  // The export is accounted for.
-  VerifyProgress summing;   // The sums of its files are calculated.
+  FileProgress checking;  // The export is accounted for.
+  FileProgress summing;   // The sums of its files are calculated.
 
   // Called before each change to the disk; a test ends the sealing there by an exception.
   std::function<void()> beforeStep;

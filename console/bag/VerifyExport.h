@@ -5,14 +5,14 @@
 #include <string>
 
 #include "console/account/Account.h"
-#include "console/account/VerifyProgress.h"
 #include "console/bag/Bag.h"
+#include "console/folder/FileProgress.h"
 
 namespace larkspan::console {
 
 struct VerifyWatch {
-  VerifyProgress summing;   // Of a sealed one, the sums of its files are calculated first.
-  VerifyProgress checking;  // The export is accounted for.
+  FileProgress summing;   // Of a sealed one, the sums of its files are calculated first.
+  FileProgress checking;  // The export is accounted for.
 };
 
 struct ExportVerdict {

@@ -31,6 +31,9 @@ namespace larkspan::console {
 namespace {
 
 constexpr std::chrono::milliseconds kPause{50};
+// Between two renewals of the summary, which takes longer the more databases it has.
+constexpr std::uint64_t kRenewalMilliseconds = 500;
+constexpr std::uint64_t kRenewalShare = 10;  // Times as long as one takes.
 constexpr int kLastTries = 5;
 constexpr std::chrono::milliseconds kLastPause{500};
 
@@ -65,8 +68,9 @@ class Batch {
         CountEntries(entries_));
     for (const BatchEntry& entry : entries_)
       if (entry.state == BatchState::kDone) around_.display.Finish(entry);
-    if (!KeepSummary())
-      around_.display.Error("the summary cannot be written now; it is tried again at each end");
+    isSummaryStale_ = !KeepSummary();
+    if (isSummaryStale_)
+      around_.display.Error("the summary cannot be written now; it is tried again");
     WorkThrough();
     return End();
   }
@@ -83,6 +87,7 @@ class Batch {
       BeginSome();
       if (running_.empty()) return;
       Follow();
+      RenewSummary();
       ShowAll();
       Pause(kPause);
     }
@@ -134,7 +139,7 @@ class Batch {
     entry.state = BatchState::kRunning;
     entry.started = entry.since = UtcNow();
     around_.display.Begin(entry);
-    KeepSummary();
+    isSummaryStale_ = true;
     auto running =
         std::make_unique<RunningExport>(ArgumentsOf(entry), around_.password, entry.database);
     if (running->console.Started()) {
@@ -186,7 +191,16 @@ class Batch {
     entry.reason = code == ExitCode::kWhole ? "" : reason;
     if (entry.ended < entry.started) entry.ended = UtcNow();
     around_.display.Finish(entry);
-    KeepSummary();
+    isSummaryStale_ = true;
+  }
+
+  // Whoever reads it may hold it for a moment; it is renewed when it is let go.
+  void RenewSummary() {
+    const std::uint64_t begun = Now();
+    if (!isSummaryStale_ || begun < summaryWaitsUntil_) return;
+    isSummaryStale_ = !KeepSummary();
+    const std::uint64_t end = Now();
+    summaryWaitsUntil_ = end + std::max(kRenewalMilliseconds, kRenewalShare * (end - begun));
   }
 
   void ShowAll() {
@@ -236,6 +250,8 @@ class Batch {
   std::vector<BatchEntry> entries_;
   std::map<std::size_t, std::unique_ptr<RunningExport>> running_;
   std::optional<std::uint64_t> sessionEndsAt_;
+  std::uint64_t summaryWaitsUntil_ = 0;
+  bool isSummaryStale_ = false;
   bool stopTold_ = false;
   bool endedAtOnce_ = false;
   bool isFull_ = false;  // No export is begun any more.

@@ -9,6 +9,7 @@
 #include "console/follow/AtomicFolder.h"
 #include "console/follow/EarlierRun.h"
 #include "console/follow/OutputFolder.h"
+#include "console/parts/JoinParts.h"
 
 namespace larkspan::console {
 
@@ -29,11 +30,13 @@ bool HasOptions(const Outcome& outcome, const ExportRequest& wanted) {
 }
 
 // One that came to its end by itself, and is not all there, would come to the same end again. What
-// was given up was lost for one cause, in a row, and would stay lost.
-bool CanGoOn(const Outcome& outcome, const ExportRequest& wanted) {
+// was given up was lost for one cause, in a row, and would stay lost. What several workers have
+// exported and could not be joined is joined when it is gone on with.
+bool CanGoOn(const Outcome& outcome, const std::wstring& out, const ExportRequest& wanted) {
   if (!HasOptions(outcome, wanted)) return false;
   if (outcome.stop) return outcome.stop->by != "give-up";
-  return outcome.state == Outcome::State::kRunning || outcome.exitCode != ExitCode::kIncomplete;
+  return outcome.state == Outcome::State::kRunning || outcome.exitCode != ExitCode::kIncomplete ||
+         HasParts(out);
 }
 
 void Take(const Outcome& outcome, const std::wstring& out, BatchEntry& entry) {
@@ -83,7 +86,7 @@ Earlier LookForEarlier(const ExportRequest& wanted, BatchEntry& entry) {
   const std::optional<std::wstring> attempt = LastAttempt(entry.folder);
   if (!attempt) return Earlier::kNothing;
   const std::optional<Outcome> outcome = OutcomeOf(*attempt, entry.database);
-  return outcome && CanGoOn(*outcome, wanted) ? Earlier::kCutOff : Earlier::kNothing;
+  return outcome && CanGoOn(*outcome, *attempt, wanted) ? Earlier::kCutOff : Earlier::kNothing;
 }
 
 bool TakeOutcome(const std::wstring& out, BatchEntry& entry) {

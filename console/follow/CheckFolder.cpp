@@ -43,7 +43,7 @@ void TakeBrokenOffCheck(ExportWork& work, int stopsBefore) {
 }
 
 // An attempt that is sealed already is judged as a bag, too.
-std::optional<Account> AccountOf(ExportWork& work, const VerifyProgress& progress) {
+std::optional<Account> AccountOf(ExportWork& work, const FileProgress& progress) {
   try {
     std::optional<ExportVerdict> verdict =
         VerifyExport(work.folder(), {progress, progress}, work.facts.cannotJudge);

@@ -8,6 +8,7 @@
 //   5. outcome.json says how it ended; with --atomic a good export gets its name.
 #include "console/follow/Export.h"
 
+#include "base/PathLimits.h"
 #include "console/bag/SealState.h"
 #include "console/follow/AtomicFolder.h"
 #include "console/follow/CheckFolder.h"
@@ -17,6 +18,7 @@
 #include "console/follow/Placement.h"
 #include "console/follow/RunExporter.h"
 #include "console/follow/TakeUp.h"
+#include "console/parts/PartFolders.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -39,6 +41,10 @@ class Export {
     if (const std::string fault = WhySealIsUnfinished(work_.out); !fault.empty())
       return EndWithoutRun("the folder '" + request_.out + "' is half sealed. " + fault);
     if (const std::optional<ExitCode> finished = FinishedBefore()) return *finished;
+    if (!HasRoomForParts())
+      return EndWithoutRun(
+          "the path of the folder is too long for several workers, whose folders lie "
+          "below it: take a shorter one, or leave --workers out");
     const FolderLock lock(work_.folder());
     if (!lock.IsHeld()) return EndWithoutRun("another larkspan-console is at work in the folder");
     const std::string fault = earlier ? TakeUp(work_) : PrepareFolder(work_);
@@ -47,14 +53,20 @@ class Export {
   }
 
  private:
+  // A worker refuses a folder whose files the system could not reach, and says nothing.
+  bool HasRoomForParts() const {
+    return request_.workers == 1 || IsWithinPathLimit(PartFolder(work_.folder(), 0), true);
+  }
+
   void TellStart() {
     work_.around.display.Start({request_.server, request_.path, WideToUtf8(work_.folder()),
                                 request_.archive ? "archive" : "design", work_.around.command});
   }
 
   ExitCode EndWithoutRun(const std::string& reason) {
-    work_.TellEnd({ExitCode::kCouldNotRun, reason}, std::nullopt, 0);
-    return ExitCode::kCouldNotRun;
+    const ExitCode code = work_.outcome().stop ? ExitCode::kStopped : ExitCode::kCouldNotRun;
+    work_.TellEnd({code, reason}, std::nullopt, 0);
+    return code;
   }
 
   // Where a finished export has its name already, nothing is done.

@@ -25,6 +25,8 @@ struct ExportRequest {
   bool debug = false;
   bool archive = true;  // False: the plain form of design notes.
 
+  std::uint32_t workers = 1;  // At work at once.
+
   bool stopOnStdinEnd = false;
   std::optional<std::uint64_t> stallMilliseconds;
   std::optional<std::uint32_t> giveUp;

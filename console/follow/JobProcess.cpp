@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 #include "base/Wipe.h"
@@ -20,15 +21,20 @@ SystemHandle MakeJob() {
   return job;
 }
 
-// The environment is this program's own for the moment in which the exporter gets its copy.
+// The environment is this program's own for the moment in which the exporter gets its copy, and
+// that of one thread.
 class PasswordInEnvironment {
  public:
-  explicit PasswordInEnvironment(const std::wstring& password) {
+  explicit PasswordInEnvironment(const std::wstring& password) : lock_(mutex_) {
     SetEnvironmentVariableW(kPasswordVariable, password.empty() ? nullptr : password.c_str());
   }
   ~PasswordInEnvironment() { SetEnvironmentVariableW(kPasswordVariable, nullptr); }
   PasswordInEnvironment(const PasswordInEnvironment&) = delete;
   PasswordInEnvironment& operator=(const PasswordInEnvironment&) = delete;
+
+ private:
+  static inline std::mutex mutex_;
+  const std::lock_guard<std::mutex> lock_;
 };
 
 // What a new process inherits, these handles and, whatever else is inheritable here, no other; and

@@ -10,15 +10,6 @@ bool IsByUser(const Stop& stop) {
   return stop.by == "user" || stop.by == "input" || stop.by == "output";
 }
 
-std::string StopReason(const Stop& stop) {
-  if (stop.by == "user") return "stopped by the user";
-  if (stop.by == "input") return "stopped: standard input has come to its end";
-  if (stop.by == "output") return "stopped: nobody reads standard output";
-  if (stop.by == "disk") return "stopped: less than 64 MB are free on the disk";
-  if (stop.by == "give-up") return "given up: too many notes in a row were lost for the same cause";
-  return "ended: there was no progress";
-}
-
 bool IsOverLimit(const Account& account, const LossLimit& limit) {
   const auto losses = static_cast<double>(account.losses.size());
   if (!limit.isPercentage) return losses > limit.value;
@@ -42,6 +33,15 @@ std::string BeforeNotesReason(const RunFacts& run) {
 }
 
 }  // namespace
+
+std::string StopReason(const Stop& stop) {
+  if (stop.by == "user") return "stopped by the user";
+  if (stop.by == "input") return "stopped: standard input has come to its end";
+  if (stop.by == "output") return "stopped: nobody reads standard output";
+  if (stop.by == "disk") return "stopped: less than 64 MB are free on the disk";
+  if (stop.by == "give-up") return "given up: too many notes in a row were lost for the same cause";
+  return "ended: there was no progress";
+}
 
 Judgement Judge(const RunFacts& run, const std::optional<Stop>& stop,
                 const std::optional<Account>& account, const std::optional<LossLimit>& limit) {

@@ -24,6 +24,9 @@ struct Judgement {
   std::string reason;  // One sentence for a code other than 0.
 };
 
+// Why a run that was stopped ended.
+std::string StopReason(const Stop& stop);
+
 Judgement Judge(const RunFacts& run, const std::optional<Stop>& stop,
                 const std::optional<Account>& account, const std::optional<LossLimit>& limit);
 

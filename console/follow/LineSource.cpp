@@ -51,9 +51,9 @@ bool LineSource::HasEnded() const {
   return shared_->ended && shared_->lines.empty();
 }
 
+// By the system: on 32 bits a timed wait of the standard library keeps a processor busy.
 void LineSource::AwaitEnd(std::chrono::milliseconds longest) {
-  std::unique_lock lock(shared_->mutex);
-  shared_->changed.wait_for(lock, longest, [this] { return shared_->ended; });
+  WaitForSingleObject(shared_->endEvent.get(), static_cast<DWORD>(longest.count()));
 }
 
 void LineSource::CallAtEnd(std::function<void()> onEnd) {
@@ -84,6 +84,7 @@ void LineSource::Read(const std::shared_ptr<Shared>& shared) {
   shared->ended = true;
   shared->rest = splitter.TakeRest();
   shared->changed.notify_all();
+  SetEvent(shared->endEvent.get());
   const std::function<void()> onEnd = std::exchange(shared->onEnd, {});
   lock.unlock();
   if (onEnd) onEnd();

@@ -54,6 +54,7 @@ class LineSource {
   struct Shared {
     SystemHandle input;
     SystemHandle event{CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+    SystemHandle endEvent{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<std::string> lines;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -15,10 +16,12 @@ class LossTeller {
  public:
   explicit LossTeller(RunDisplay& display) : display_(display) {}
 
-  void Tell(const Loss& loss) {
+  // The worker that came across it, by its number, where there are several.
+  void Tell(const Loss& loss, std::optional<std::uint32_t> worker = std::nullopt) {
     // Of views that nothing names there are several that look alike.
     const bool isView = loss.kind == LossKind::kView && !loss.id;
-    if (isView || told_.emplace(loss.kind, loss.id.value_or(0)).second) display_.Lost(loss);
+    if (isView || told_.emplace(loss.kind, loss.id.value_or(0)).second)
+      display_.Lost({loss, worker});
   }
 
  private:

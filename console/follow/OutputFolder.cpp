@@ -2,10 +2,11 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <functional>
-#include <iterator>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -13,6 +14,8 @@
 #include "base/FileSystem.h"
 #include "base/FolderFiles.h"
 #include "base/OutputPaths.h"
+#include "console/folder/HexDigits.h"
+#include "console/folder/RunLogFile.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -34,6 +37,12 @@ bool Settle(const std::wstring& aside, const std::wstring& path) {
 // In the folder itself: the exporter counts whatever lies in the folder of the design notes.
 std::wstring AsideOf(const std::wstring& folder, std::wstring_view name) {
   return output::Join(folder, name) + kAside;
+}
+
+// None for the files of the database itself.
+std::optional<std::uint32_t> NoteOfAside(std::wstring_view name) {
+  constexpr std::size_t kIdLength = 8;
+  return ParseNoteId(name.substr(0, kIdLength));
 }
 
 bool CanWriteTo(const std::wstring& folder) {
@@ -89,24 +98,33 @@ void MoveDatabaseFilesAside(const std::wstring& folder) {
   }
 }
 
+bool SettleDatabaseFiles(const std::wstring& folder) {
+  const auto settle = [&folder](const wchar_t* name) {
+    return Settle(AsideOf(folder, name), output::Join(folder, name));
+  };
+  settle(output::kProperties);
+  return settle(output::kAcl);
+}
+
 void MoveDesignFileAside(const std::wstring& folder, std::uint32_t note) {
   file_system::Move(output::Join(folder, output::NoteFile(output::kDesignFolder, note)),
                     AsideOf(folder, output::NoteFile({}, note)), file_system::Earlier::kIsReplaced);
 }
 
-bool SettleMovedAside(const std::wstring& folder) {
-  const bool aclIsPutBack =
-      Settle(AsideOf(folder, output::kAcl), output::Join(folder, output::kAcl));
-  Settle(AsideOf(folder, output::kProperties), output::Join(folder, output::kProperties));
-  std::vector<std::wstring> notes;
+void SettleDesignFiles(const std::wstring& folder) {
+  std::vector<std::uint32_t> notes;
   VisitFiles(folder, std::wstring(L"*.dxl") + kAside, [&](std::wstring_view name) {
-    notes.push_back(L'\\' + std::wstring(name.substr(0, name.size() - std::size(kAside) + 1)));
+    if (const auto note = NoteOfAside(name)) notes.push_back(*note);
   });
-  for (const std::wstring& note : notes) {
-    if (note == output::kAcl || note == output::kProperties) continue;
-    Settle(AsideOf(folder, note), output::Join(folder, output::kDesignFolder) + note);
+  if (notes.empty()) return;
+  const RunLogFacts log = ReadRunLogFile(folder);
+  for (const std::uint32_t note : notes) {
+    const std::wstring file = output::NoteFile(output::kDesignFolder, note);
+    const auto isOfNote = [note](const NoteLine& line) { return line.id == note; };
+    if (FileExists(output::Join(folder, file)) ||
+        std::any_of(log.notes.begin(), log.notes.end(), isOfNote))
+      Settle(AsideOf(folder, output::NoteFile({}, note)), output::Join(folder, file));
   }
-  return aclIsPutBack;
 }
 
 std::uint64_t CountPlainNotes(const std::wstring& folder) {

@@ -35,11 +35,16 @@ class FolderLock {
 // replace an acl.dxl, and says something untrue of it.
 void MoveDatabaseFilesAside(const std::wstring& folder);
 
+// Puts back what the later run did not make, and takes the rest away. True when that was acl.dxl.
+bool SettleDatabaseFiles(const std::wstring& folder);
+
 // The same for the design file of a note that is tried again.
 void MoveDesignFileAside(const std::wstring& folder, std::uint32_t note);
 
-// Puts back what the later run did not make, and takes the rest away. True when that was acl.dxl.
-bool SettleMovedAside(const std::wstring& folder);
+// What is aside of a note that has its file again is taken away, and that of one that failed again,
+// by the log, is put back. That of a note that was not tried yet stays: with its file in place it
+// would count as finished.
+void SettleDesignFiles(const std::wstring& folder);
 
 // The notes that have their files straight in the folder.
 std::uint64_t CountPlainNotes(const std::wstring& folder);

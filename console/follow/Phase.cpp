@@ -12,13 +12,14 @@ struct Words {
   const char* deed;
 };
 
-constexpr std::array<Words, 8> kWords = {{
+constexpr std::array<Words, 9> kWords = {{
     {"starting", "starting the Notes runtime"},
     {"opening", "opening the database"},
     {"properties", "exporting the database's properties"},
     {"views", "exporting the views"},
     {"scanning", "listing the notes"},
     {"documents", "exporting the notes"},
+    {"joining", "joining what several workers have exported"},
     {"checking", "checking the export"},
     {"ended", "ending"},
 }};

@@ -10,6 +10,7 @@ enum class Phase {
   kViews,
   kScanning,
   kDocuments,
+  kJoining,
   kChecking,
   kEnded,
 };

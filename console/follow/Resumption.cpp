@@ -23,6 +23,7 @@
 #include "console/folder/NoteList.h"
 #include "console/folder/RunLogFile.h"
 #include "console/follow/OutputFolder.h"
+#include "console/parts/JoinParts.h"
 #include "console/text/Utf.h"
 #include "report/MarkerFile.h"
 
@@ -124,10 +125,12 @@ Resumption PlanResumption(const std::wstring& folder, const Outcome& outcome) {
   const std::uint32_t marked = ReadMarkerFile(RunLog(folder, LogLevel::kError));
   const bool isMarked = marked != kNoNoteId && list.Contains(marked);
   Resumption resumption;
-  resumption.isImpossible = !IsWhole(list, outcome) && HasNoteFiles(folder, outcome.archive);
+  resumption.isImpossible =
+      !IsWhole(list, outcome) && (HasNoteFiles(folder, outcome.archive) || HasParts(folder));
   if (!IsWhole(list, outcome)) return resumption;
   const std::uint32_t finished = LastFinished(list.ids, files, log);
-  const bool hasBegun = isMarked || finished >= list.ids.front() || files.Has(output::kUnidIndex);
+  const bool hasBegun =
+      isMarked || finished >= list.ids.front() || files.Has(output::kUnidIndex) || HasParts(folder);
   if (!hasBegun) return resumption;
   resumption = Behind(list.ids, {finished});
   if (isMarked && files.HasAllOf(marked)) {
@@ -145,12 +148,13 @@ void PrepareResumption(const std::wstring& folder, const Resumption& resumption)
   const auto remove = [&folder](const std::wstring& name) {
     file_system::Delete(output::Join(folder, name));
   };
-  remove(output::kMarker);
-  remove(output::kTemporary);
+  // The marker last: when this is cut off, it says so again.
   if (resumption.triedAgain) {
-    MoveDesignFileAside(folder, *resumption.triedAgain);
     DropIndexLine(folder, *resumption.triedAgain);
+    MoveDesignFileAside(folder, *resumption.triedAgain);
   }
+  remove(output::kTemporary);
+  remove(output::kMarker);
   if (resumption.first) return;
   for (const wchar_t* name : {output::kIdTable, output::kUnidIndex, output::kProperties,
                               output::kAcl, output::kLog, output::kAudit}) {

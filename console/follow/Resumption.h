@@ -32,7 +32,7 @@ Resumption PlanResumption(const std::wstring& folder, const Outcome& outcome);
 
 // Takes away what would be in the way: the marker and half files; for an export that begins anew
 // everything that a run without notes leaves. The design file of a note that is tried again is
-// moved aside, since the exporter replaces none; SettleMovedAside puts it back.
+// moved aside, since the exporter replaces none; SettleDesignFiles puts it back.
 void PrepareResumption(const std::wstring& folder, const Resumption& resumption);
 
 }  // namespace larkspan::console

@@ -9,8 +9,10 @@
 #include "console/follow/ExporterArguments.h"
 #include "console/follow/ExporterProcess.h"
 #include "console/follow/OutputFolder.h"
+#include "console/follow/SharedRun.h"
 #include "console/follow/SupervisedWorkers.h"
 #include "console/follow/ViewLosses.h"
+#include "console/parts/JoinParts.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -28,6 +30,7 @@ class ExporterRuns {
     } else {
       WarnOfViews(follower_.state());
     }
+    SettleDesignFiles(folder());
   }
 
  private:
@@ -36,6 +39,7 @@ class ExporterRuns {
   void RunOnce(bool views) {
     const std::wstring program = ExporterPath();
     std::vector<std::wstring> arguments = ExporterArguments(work_.request, folder(), views);
+    if (IsShared() && RunShared(work_, follower_, views)) return;
     if (work_.resumption && work_.resumption->first) return RunWorkers(program, arguments);
     ExporterProcess exporter(program, std::move(arguments), work_.request.archive,
                              work_.around.password);
@@ -52,6 +56,15 @@ class ExporterRuns {
     }
   }
 
+  // What several workers have begun they end.
+  bool IsShared() const {
+    // Behind note ID 0 a first worker would begin anew.
+    const bool beginsAnew =
+        work_.resumption && work_.resumption->first && work_.resumption->first->noteId == 0;
+    return work_.request.archive && !beginsAnew &&
+           (work_.request.workers > 1 || HasParts(folder()));
+  }
+
   void RunWorkers(const std::wstring& program, const std::vector<std::wstring>& arguments) {
     const Resumption& resumption = *work_.resumption;
     const FirstWorker& first = *resumption.first;
@@ -61,7 +74,6 @@ class ExporterRuns {
     SupervisedWorkers workers(program, arguments, work_.request.archive, work_.around.password, log,
                               first);
     follower_.Follow(workers);
-    SettleMovedAside(folder());
   }
 
   bool DiedAmongViews() {
@@ -83,7 +95,7 @@ class ExporterRuns {
     follower_.GoOnWithoutViews();
     MoveDatabaseFilesAside(folder());
     RunOnce(false);
-    work_.aclIsPutBack = SettleMovedAside(folder());
+    work_.aclIsPutBack = SettleDatabaseFiles(folder());
     NameUnreachedViews(folder(), first.begunViews(), lost);
     for (const Loss& loss : lost) work_.losses.Tell(loss);
     work_.viewsAreTold = true;

@@ -44,7 +44,7 @@ void RunState::GoOnBehind(std::uint32_t done, std::uint32_t all) {
 }
 
 bool RunState::TakeFiles(std::size_t listed, std::uint64_t exported) {
-  atWork_ = false;
+  atWork_ = 0;
   phase_ = Phase::kDocuments;
   documents_ = static_cast<std::uint32_t>(listed);
   const auto before = std::exchange(documentsBegun_, static_cast<std::uint32_t>(exported));

@@ -1,6 +1,7 @@
 // How far a run is, by its progress lines.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -24,8 +25,11 @@ class RunState {
   // True when there is something new.
   bool TakeFiles(std::size_t listed, std::uint64_t exported);
 
+  // So many workers have a note or a view in hand; without a word, one.
+  void SetAtWork(std::uint32_t workers) { atWork_ = workers; }
+
   // The exporter has ended: what was begun last is done, unless a worker died at it.
-  void TakeEnd() { atWork_ = false; }
+  void TakeEnd() { atWork_ = 0; }
 
   // A line of the log names a note.
   void TakeLostNote() { hasLostNote_ = true; }
@@ -50,12 +54,12 @@ class RunState {
 
   // A line comes before its view or note.
   std::uint32_t Done(std::uint32_t begun, Phase phase) const {
-    return begun > 0 && phase_ == phase && atWork_ ? begun - 1 : begun;
+    return phase_ == phase ? begun - std::min(begun, atWork_) : begun;
   }
   Step Enter(Phase phase);
 
   Phase phase_ = Phase::kStarting;
-  bool atWork_ = true;
+  std::uint32_t atWork_ = 1;
   bool opened_ = false;
   bool hasLostNote_ = false;
   std::uint32_t documentsBegun_ = 0;

@@ -13,14 +13,14 @@ struct EndedByForce {};
 
 SupervisedWorkers::SupervisedWorkers(std::wstring program, std::vector<std::wstring> arguments,
                                      bool stoppable, const std::wstring& password, RunLog log,
-                                     FirstWorker first)
+                                     FirstWorker first, Supervision supervision)
     : program_(std::move(program)),
       processes_(password),
       ended_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
   arguments.insert(arguments.begin(), program_);
   if (stoppable) arguments.insert(arguments.end(), {L"-pipe", processes_.StopPipeText()});
   thread_ = std::thread([this, commandLine = BuildCommandLine(arguments), log = std::move(log),
-                         first] { Supervise(commandLine, log, first); });
+                         first, supervision] { Supervise(commandLine, log, first, supervision); });
 }
 
 SupervisedWorkers::~SupervisedWorkers() {
@@ -29,9 +29,10 @@ SupervisedWorkers::~SupervisedWorkers() {
 }
 
 void SupervisedWorkers::Supervise(const std::wstring& commandLine, const RunLog& log,
-                                  FirstWorker first) {
+                                  FirstWorker first, Supervision supervision) {
+  const auto run = supervision == Supervision::kRun ? RunSupervisor : RunWorkers;
   try {
-    RunSupervisor(*this, commandLine, log, first);
+    run(*this, commandLine, log, first);
   } catch (const EndedByForce&) {
   }
   processes_.StartNoMore();
@@ -46,6 +47,7 @@ WorkerEnding SupervisedWorkers::RunToEnd(const std::wstring& commandLine, const 
     started = processes_.Start(program_, commandLine);
     worker_ = started.handle.get();
   }
+  startError_ = started.systemError;
   if (!started.handle) return {WorkerEnding::Kind::kNotCreated, started.systemError};
   WaitForSingleObject(started.handle.get(), INFINITE);
   const std::lock_guard lock(mutex_);

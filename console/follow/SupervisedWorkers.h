@@ -16,11 +16,15 @@
 
 namespace larkspan::console {
 
+// Whether the audit report gets the blocks of a run, or the workers are a part of one.
+enum class Supervision { kRun, kPart };
+
 class SupervisedWorkers : public Exporter, private WorkerLauncher {
  public:
   // The arguments are those behind the program's name. `stoppable`: they get the stop pipe too.
   SupervisedWorkers(std::wstring program, std::vector<std::wstring> arguments, bool stoppable,
-                    const std::wstring& password, RunLog log, FirstWorker first);
+                    const std::wstring& password, RunLog log, FirstWorker first,
+                    Supervision supervision = Supervision::kRun);
 
   // Ends everything that is at work.
   ~SupervisedWorkers() override;
@@ -31,9 +35,14 @@ class SupervisedWorkers : public Exporter, private WorkerLauncher {
   void EndAll() override;
   bool EndWorker() override;
 
+  // The system's error when the last worker could not be started; else 0. Of workers that have
+  // ended.
+  DWORD startError() const { return startError_; }
+
  private:
   WorkerEnding RunToEnd(const std::wstring& commandLine, const EndSignal& signal) override;
-  void Supervise(const std::wstring& commandLine, const RunLog& log, FirstWorker first);
+  void Supervise(const std::wstring& commandLine, const RunLog& log, FirstWorker first,
+                 Supervision supervision);
 
   std::wstring program_;
   ExportProcesses processes_;
@@ -41,6 +50,7 @@ class SupervisedWorkers : public Exporter, private WorkerLauncher {
   std::mutex mutex_;
   HANDLE worker_ = nullptr;
   bool endAll_ = false;
+  DWORD startError_ = 0;
   std::thread thread_;
 };
 

@@ -2,7 +2,11 @@
 
 #include "console/bag/Bag.h"
 #include "console/follow/EarlierRun.h"
+#include "console/follow/Host.h"
+#include "console/follow/Judgement.h"
 #include "console/follow/OutputFolder.h"
+#include "console/follow/Phase.h"
+#include "console/parts/JoinParts.h"
 #include "console/text/Utf.h"
 
 namespace larkspan::console {
@@ -31,6 +35,31 @@ void Inherit(const Outcome& earlier, const Resumption& resumption, Outcome& outc
   outcome.resumed.push_back({UtcNow(), resumption.triedAgain});
 }
 
+// Nothing else is at work yet.
+JoinResult FinishJoiningInSight(ExportWork& work) {
+  const std::uint64_t begun = Now();
+  return FinishJoining(work.folder(), [&](std::uint64_t done, std::uint64_t all) {
+    RunView view;
+    view.server = work.request.server;
+    view.path = work.request.path;
+    view.phase = PhaseWord(Phase::kJoining);
+    view.parts = all;
+    view.partsDone = done;
+    view.elapsed = Now() - begun;
+    work.around.display.Update(view, Now());
+    StopRequests& stops = work.around.stops;
+    if (work.request.stopOnStdinEnd && work.around.display.OutputBroken()) stops.AskOnce("output");
+    return stops.Count() == 0;
+  });
+}
+
+// outcome.json stays as it was.
+std::string StopBeforeTheRun(ExportWork& work) {
+  work.outcome().stop = Stop{UtcNow(), work.around.stops.FirstReason()};
+  work.around.display.Stop(work.outcome().stop->by);
+  return StopReason(*work.outcome().stop);
+}
+
 }  // namespace
 
 std::string PrepareFolder(ExportWork& work) {
@@ -48,7 +77,12 @@ std::string TakeUp(ExportWork& work) {
   if (isSealed) work.keeper.WriteNothing();
   if (IsFinished(earlier)) return TakeFinished(work, earlier);
   if (isSealed) return "the folder is a bag, and the export in it did not come to its end";
-  work.aclIsPutBack = SettleMovedAside(work.folder());
+  const JoinResult joining = FinishJoiningInSight(work);
+  if (joining.isBrokenOff) return StopBeforeTheRun(work);
+  if (!joining.isDone)
+    return "what several workers have exported cannot be joined; another program may hold '" +
+           WideToUtf8(joining.blocked) + "'";
+  work.aclIsPutBack = SettleDatabaseFiles(work.folder());
   work.resumption = PlanResumption(work.folder(), earlier);
   if (work.resumption->isImpossible) {
     return "idtable.txt is damaged, and notes were exported by it: empty the folder";

@@ -8,14 +8,17 @@ GiveUpWatch::GiveUpWatch(const std::vector<std::uint32_t>& notes) {
 
 std::uint32_t GiveUpWatch::Lose(std::uint32_t note, const std::string& cause) {
   const auto found = places_.find(note);
-  if (found == places_.end()) return count_;
-  const std::size_t place = found->second;
   // A worker that cannot start says so of the same note again.
-  if (last_ == place) return count_;
-  const bool inARow = last_ && *last_ + 1 == place && cause == cause_;
-  count_ = inARow ? count_ + 1 : 1;
-  last_ = place;
-  cause_ = cause;
+  if (found == places_.end() || !causes_.emplace(found->second, cause).second) return count_;
+  const auto isLost = [&](std::size_t place) {
+    const auto lost = causes_.find(place);
+    return lost != causes_.end() && lost->second == cause;
+  };
+  std::size_t first = found->second;
+  while (first > 0 && isLost(first - 1)) --first;
+  std::size_t behind = found->second + 1;
+  while (isLost(behind)) ++behind;
+  count_ = static_cast<std::uint32_t>(behind - first);
   return count_;
 }
 

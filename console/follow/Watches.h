@@ -31,19 +31,18 @@ class StallWatch {
 };
 
 // Counts the notes that are lost in a row for the same cause. Between two that are neighbours in
-// the list of notes no other was finished.
+// the list of notes no other was finished. Several workers lose them in any order.
 class GiveUpWatch {
  public:
   // The notes in the order in which they are exported.
   explicit GiveUpWatch(const std::vector<std::uint32_t>& notes);
 
-  // How many have been lost in a row now that this one is.
+  // How many have been lost in a row now that this one is, with those behind it.
   std::uint32_t Lose(std::uint32_t note, const std::string& cause);
 
  private:
   std::unordered_map<std::uint32_t, std::size_t> places_;
-  std::optional<std::size_t> last_;
-  std::string cause_;
+  std::unordered_map<std::size_t, std::string> causes_;  // Of the lost notes, by their places.
   std::uint32_t count_ = 0;
 };
 

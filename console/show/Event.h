@@ -23,6 +23,12 @@ struct StartEvent {
 struct RestartEvent {
   std::optional<std::uint32_t> note;  // At which the worker ended; none among the views.
   std::string cause;                  // "crash" or "stall".
+  std::optional<std::uint32_t> worker = std::nullopt;  // Its number, where there are several.
+};
+
+struct LostEvent {
+  Loss loss;
+  std::optional<std::uint32_t> worker = std::nullopt;  // That came across it, as above.
 };
 
 struct RetryEvent {

@@ -19,7 +19,7 @@ class EventDisplay : public RunDisplay {
   void Update(const RunView& view, std::uint64_t nowMilliseconds) override;
   void Start(const StartEvent& start) override { Write(lines_.Start(start)); }
   void Restart(const RestartEvent& restart) override { Write(lines_.Restart(restart)); }
-  void Lost(const Loss& loss) override { Write(lines_.Lost(loss)); }
+  void Lost(const LostEvent& lost) override { Write(lines_.Lost(lost)); }
   void Warn(const Warning& warning) override { Write(lines_.Warn(warning)); }
   void Stop(const std::string& by) override { Write(lines_.Stop(by)); }
   void Retry(const RetryEvent& retry) override { Write(lines_.Retry(retry)); }

@@ -35,6 +35,13 @@ Json CountsJson(const NoteCounts& counts) {
           {"unaccounted", counts.unaccounted}};
 }
 
+Json WorkersJson(const std::vector<WorkerView>& workers) {
+  Json json = Json::array();
+  for (const WorkerView& worker : workers)
+    json.push_back({{"worker", worker.number}, {"note", IdOrNull(worker.note)}});
+  return json;
+}
+
 // Two events that come in the same second keep their order by their sequence.
 std::string Line(std::uint64_t sequence, const std::string& time, const char* kind,
                  const Json& fields) {
@@ -59,30 +66,34 @@ std::string EventLines::Phase(const std::string& phase) {
 }
 
 std::string EventLines::Progress(const RunView& view, const Pace& pace) {
-  return Line(++sequence_, clock_(), "progress",
-              {{"phase", view.phase},
-               {"viewsDone", view.viewsDone},
-               {"views", OrNull(view.views)},
-               {"documentsDone", view.documentsDone},
-               {"documents", OrNull(view.documents)},
-               {"filesDone", view.filesDone},
-               {"files", OrNull(view.files)},
-               {"percent", OrNull(PercentOf(view))},
-               {"rate", OneDecimal(pace.perSecond)},
-               {"secondsLeft", OrNull(pace.secondsLeft)},
-               {"note", IdOrNull(view.note)},
-               {"restarts", view.restarts},
-               {"lost", view.lost}});
+  Json fields = {{"phase", view.phase},
+                 {"viewsDone", view.viewsDone},
+                 {"views", OrNull(view.views)},
+                 {"documentsDone", view.documentsDone},
+                 {"documents", OrNull(view.documents)},
+                 {"filesDone", view.filesDone},
+                 {"files", OrNull(view.files)},
+                 {"percent", OrNull(PercentOf(view))},
+                 {"rate", OneDecimal(pace.perSecond)},
+                 {"secondsLeft", OrNull(pace.secondsLeft)},
+                 {"note", IdOrNull(view.note)},
+                 {"restarts", view.restarts},
+                 {"lost", view.lost}};
+  if (!view.workers.empty()) fields["workers"] = WorkersJson(view.workers);
+  return Line(++sequence_, clock_(), "progress", fields);
 }
 
 std::string EventLines::Restart(const RestartEvent& restart) {
-  return Line(++sequence_, clock_(), "restart",
-              {{"note", IdOrNull(restart.note)}, {"cause", restart.cause}});
+  Json fields = {{"note", IdOrNull(restart.note)}, {"cause", restart.cause}};
+  if (restart.worker) fields["worker"] = *restart.worker;
+  return Line(++sequence_, clock_(), "restart", fields);
 }
 
-std::string EventLines::Lost(const Loss& loss) {
-  return Line(++sequence_, clock_(), "lost",
-              {{"id", IdOrNull(loss.id)}, {"stage", loss.stage}, {"cause", loss.cause}});
+std::string EventLines::Lost(const LostEvent& lost) {
+  const Loss& loss = lost.loss;
+  Json fields = {{"id", IdOrNull(loss.id)}, {"stage", loss.stage}, {"cause", loss.cause}};
+  if (lost.worker) fields["worker"] = *lost.worker;
+  return Line(++sequence_, clock_(), "lost", fields);
 }
 
 std::string EventLines::Warn(const Warning& warning) {

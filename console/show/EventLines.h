@@ -24,7 +24,7 @@ class EventLines {
   std::string Phase(const std::string& phase);
   std::string Progress(const RunView& view, const Pace& pace);
   std::string Restart(const RestartEvent& restart);
-  std::string Lost(const Loss& loss);
+  std::string Lost(const LostEvent& lost);
   std::string Warn(const Warning& warning);
   std::string Stop(const std::string& by);
   std::string Retry(const RetryEvent& retry);

@@ -20,8 +20,8 @@ void PersonDisplay::Start(const StartEvent& start) { Message(StartSentence(start
 
 void PersonDisplay::Restart(const RestartEvent& restart) { Message(RestartSentence(restart)); }
 
-void PersonDisplay::Lost(const Loss& loss) {
-  if (++losses_ <= kLossLines) Message(LossSentence(loss));
+void PersonDisplay::Lost(const LostEvent& lost) {
+  if (++losses_ <= kLossLines) Message(LossSentence(lost.loss));
   if (losses_ == kLossLines + 1) Message("Further losses are only counted here.");
 }
 

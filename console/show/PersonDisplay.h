@@ -18,7 +18,7 @@ class PersonDisplay : public RunDisplay {
   void Update(const RunView& view, std::uint64_t nowMilliseconds) override;
   void Start(const StartEvent& start) override;
   void Restart(const RestartEvent& restart) override;
-  void Lost(const Loss& loss) override;
+  void Lost(const LostEvent& lost) override;
   void Warn(const Warning& warning) override;
   void Stop(const std::string& by) override;
   void Retry(const RetryEvent& retry) override;

@@ -13,7 +13,7 @@ class QuietDisplay : public RunDisplay {
   void Update(const RunView&, std::uint64_t) override {}
   void Start(const StartEvent&) override {}
   void Restart(const RestartEvent&) override {}
-  void Lost(const Loss&) override {}
+  void Lost(const LostEvent&) override {}
   void Warn(const Warning&) override {}
   void Stop(const std::string&) override {}
   void Retry(const RetryEvent&) override {}

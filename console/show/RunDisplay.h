@@ -27,7 +27,7 @@ class RunDisplay {
   // have a line.
   virtual void Start(const StartEvent& start) = 0;
   virtual void Restart(const RestartEvent& restart) = 0;
-  virtual void Lost(const Loss& loss) = 0;
+  virtual void Lost(const LostEvent& lost) = 0;
   virtual void Warn(const Warning& warning) = 0;
   virtual void Stop(const std::string& by) = 0;  // A word of Stop::by in Outcome.h.
   virtual void Retry(const RetryEvent& retry) = 0;

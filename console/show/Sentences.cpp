@@ -38,7 +38,9 @@ std::string StartSentence(const StartEvent& start) {
 
 std::string RestartSentence(const RestartEvent& restart) {
   const std::string where = restart.note ? " at note " + NoteIdText(*restart.note) : "";
-  return "The worker ended by a " + restart.cause + where + "; the export goes on.";
+  const std::string worker =
+      restart.worker ? "Worker " + std::to_string(*restart.worker) : std::string("The worker");
+  return worker + " ended by a " + restart.cause + where + "; the export goes on.";
 }
 
 std::string LossSentence(const Loss& loss) {

@@ -24,6 +24,12 @@ int ColumnsOfAll(const std::vector<StatusPart>& parts) {
   return columns - kGapColumns;
 }
 
+void ShortenToFit(std::vector<StatusPart>& parts, int columns) {
+  for (StatusPart& part : parts) {
+    if (!part.shorter.empty() && ColumnsOfAll(parts) > columns) part.text = part.shorter;
+  }
+}
+
 // One after another, the least important first, until the rest fits.
 void LeaveOutUntilFit(std::vector<StatusPart>& parts, int columns) {
   const auto lessImportant = [](const StatusPart& left, const StatusPart& right) {
@@ -77,6 +83,7 @@ StatusText StatusLine(const RunView& view, const Pace& pace, int width, bool col
   const std::string name = parts.back().text;
   const bool hasName = parts.back().importance == Importance::kName;
   if (hasName) parts.back().text = CutInTheMiddle(name, kLeastNameColumns);
+  ShortenToFit(parts, columns);
   LeaveOutUntilFit(parts, columns);
   if (hasName && parts.back().importance == Importance::kName) {
     const int others = ColumnsOfAll(parts) - ColumnsOf(parts.back().text);

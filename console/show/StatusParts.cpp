@@ -22,6 +22,7 @@ struct Count {
 std::optional<Count> CountOf(const RunView& view) {
   if (view.phase == "documents") return Count{view.documentsDone, view.documents};
   if (view.phase == "views") return Count{view.viewsDone, view.views};
+  if (view.phase == "joining") return Count{view.partsDone, view.parts};
   if (view.phase == "checking") return Count{view.filesDone, view.files};
   return std::nullopt;
 }
@@ -32,6 +33,28 @@ std::string PhaseText(const RunView& view) {
   std::string text = view.phase + " " + GroupedText(count->done);
   if (count->all) text += "/" + GroupedText(*count->all);
   return text;
+}
+
+std::string WithoutLeadingZeros(const std::string& text) {
+  return text.substr(std::min(text.find_first_not_of('0'), text.size() - 1));
+}
+
+StatusPart WorkersPart(const std::vector<WorkerView>& workers) {
+  StatusPart part{Importance::kWorkers, "at", false, "at"};
+  for (const WorkerView& worker : workers) {
+    const std::string note = worker.note ? NoteIdText(*worker.note) : "-";
+    part.text += " " + note;
+    part.shorter += " " + WithoutLeadingZeros(note);
+  }
+  return part;
+}
+
+// The note of each worker, where there are several.
+std::optional<StatusPart> PlacePart(const RunView& view) {
+  if (!view.workers.empty() && !view.silence) return WorkersPart(view.workers);
+  const std::optional<std::uint32_t> note = view.silence ? view.silence->note : view.note;
+  if (!note) return std::nullopt;
+  return StatusPart{Importance::kNote, "at " + NoteIdText(*note)};
 }
 
 std::string RateText(double perSecond) {
@@ -80,8 +103,7 @@ std::vector<StatusPart> StatusParts(const RunView& view, const Pace& pace) {
   if (view.withoutViews) add(Importance::kRestarts, "without views", true);
   if (view.stopRequested) add(Importance::kStop, "stopping");
   if (view.silence) add(Importance::kSilence, "no progress since " + view.silence->since, true);
-  const std::optional<std::uint32_t> note = view.silence ? view.silence->note : view.note;
-  if (note) add(Importance::kNote, "at " + NoteIdText(*note));
+  if (const std::optional<StatusPart> place = PlacePart(view)) parts.push_back(*place);
   const std::string name = DatabaseName(view.server, view.path);
   if (!name.empty()) add(Importance::kName, name);
   return parts;

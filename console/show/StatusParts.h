@@ -21,8 +21,8 @@ struct Pace {
 // Of the documents that are left. Only while there are any to wait for.
 Pace PaceOf(const Rate& rate, const RunView& view);
 
-// Of the documents, views or files of this phase; none while their number is not known. 100 only
-// when all are done.
+// Of the documents, views, parts or files of this phase; none while their number is not known. 100
+// only when all are done.
 std::optional<int> PercentOf(const RunView& view);
 
 // From the most important to the first that is left out.
@@ -34,6 +34,7 @@ enum class Importance {
   kPercent,
   kTimeLeft,
   kRestarts,
+  kWorkers,
   kName,
   kRate,
   kNote
@@ -42,7 +43,8 @@ enum class Importance {
 struct StatusPart {
   Importance importance;
   std::string text;
-  bool isBad = false;  // A person is to see this one.
+  bool isBad = false;        // A person is to see this one.
+  std::string shorter = {};  // What is shown where not all has room; empty: nothing shorter.
 };
 
 // The first one is the phase, the last one the whole name of the database.

@@ -9,8 +9,8 @@ namespace {
 
 TEST(CheckWatchTest, GoesOnUntilAStopIsAskedFor) {
   CheckWatch watch(false);
-  const VerifyProgress summing = watch.Watch("Summing");
-  const VerifyProgress checking = watch.Watch("Checking");
+  const FileProgress summing = watch.Watch("Summing");
+  const FileProgress checking = watch.Watch("Checking");
   EXPECT_TRUE(summing(0, 2));
   EXPECT_TRUE(checking(1, 2));
   EXPECT_FALSE(watch.IsStopped());

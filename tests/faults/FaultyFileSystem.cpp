@@ -80,9 +80,8 @@ std::FILE* OpenToRead(const std::wstring& path, const std::string& name, const w
                                           : system_files::Open(path, mode);
 }
 
-// The same holds of what is written into the temporary file.
+// The same holds of the temporary file.
 std::FILE* OpenTemporaryToUse() {
-  if (CountFileOperation("write", kTemporaryFile)) return _wfopen(L"NUL", L"rb");
   if (CountFileOperation("read", kTemporaryFile)) {
     return OpenWithAccess(L"NUL", GENERIC_WRITE, L"w+b");
   }
@@ -108,17 +107,31 @@ UniqueFile OpenTemporary() {
   return Named(OpenTemporaryToUse(), kTemporaryFile);
 }
 
-std::size_t Write(std::FILE* file, std::string_view bytes) {
+namespace {
+
+// Whatever the way to the system, a write is a write for a plan.
+template <typename SystemWrite>
+std::size_t WriteBy(SystemWrite write, std::FILE* file, std::string_view bytes) {
   Stream stream = OpenStreams().Get(file);
   const auto fault = CountFileOperation("write", stream.name);
-  if (!fault) return system_files::Write(file, bytes);
-  const std::size_t written = system_files::Write(file, bytes.substr(0, fault->bytes));
+  if (!fault) return write(file, bytes);
+  const std::size_t written = write(file, bytes.substr(0, fault->bytes));
   if (fault->error.runtimeError != 0) {
     stream.failure = fault->error;
     OpenStreams().Add(file, stream);
   }
   Fail(fault->error);
   return written;
+}
+
+}  // namespace
+
+std::size_t Write(std::FILE* file, std::string_view bytes) {
+  return WriteBy(system_files::Write, file, bytes);
+}
+
+std::size_t WriteThrough(std::FILE* file, std::string_view bytes) {
+  return WriteBy(system_files::WriteThrough, file, bytes);
 }
 
 bool Flush(std::FILE* file) {

@@ -9,7 +9,7 @@
 //              close.
 //   FILE       the last component of the path, in any letter case; a move has the name that the
 //              file would get. The temporary file without a name is called (temporary); its
-//              reads, and its writes, all fail or none does. * is any file.
+//              reads all fail or none does. * is any file.
 //   CALLS      which of the process's calls of this operation for such a file fail, counted from
 //              1: "3", "2-4", "5-" for all from the fifth on, or * for all.
 //   ERROR      diskFull, sharingViolation, accessDenied, fileNotFound, pathNotFound or pathTooLong:

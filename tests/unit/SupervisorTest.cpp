@@ -198,7 +198,6 @@ class SupervisorElsewhereTest : public SupervisorTest {
     RunSupervisor(launcher, L"run", RunLog(folder_.path(), minimumLevel));
   }
 
- private:
   const TempFolder folder_;
 };
 
@@ -218,6 +217,32 @@ TEST_F(SupervisorElsewhereTest, LogHasTheLevelThatItIsGiven) {
   RunElsewhere(LogLevel::kDebug, {kCompletes});
   EXPECT_EQ(ReadLines(Elsewhere(L"\\log.txt")).front(),
             "#DEBUG# - Top of Archive Main Loop with nid 00000000");
+}
+
+// The workers of a part of a run are supervised as those of a whole one; only the report has none
+// of their blocks.
+TEST_F(SupervisorElsewhereTest, APartIsSupervisedAsARun) {
+  const std::vector<std::vector<ScriptedWorker>> scripts = {
+      {kCompletes},
+      {CrashesAt("00000100"), CrashesAt("00000100"), CrashesAt("00000108"), kCompletes},
+      {CrashesAt("000000FF"), CrashesAt("000000FF"), CrashesAt("000000FF")},
+      {{kAccessViolation, std::nullopt}},
+      {{{WorkerEnding::Kind::kNotCreated, 2}, std::nullopt}}};
+  for (const std::vector<ScriptedWorker>& script : scripts) {
+    std::filesystem::remove(PathOf(L"log.txt"));
+    std::filesystem::remove(Elsewhere(L"\\log.txt"));
+    ScriptedLauncher whole(script);
+    RunSupervisor(whole, L"run", ProcessRunLog(), {0xFF});
+    ScriptedLauncher part(script, folder_.path());
+    RunWorkers(part, L"run", RunLog(folder_.path(), LogLevel::kWarning), {0xFF});
+    EXPECT_EQ(part.commandLines(), whole.commandLines());
+    Lines complaints = Complaints();
+    std::erase_if(complaints, [](const auto& line) { return line.find("mismatch") != line.npos; });
+    EXPECT_EQ(Exists(Elsewhere(L"\\log.txt")) ? ReadLines(Elsewhere(L"\\log.txt")) : Lines(),
+              complaints);
+    EXPECT_FALSE(Exists(Elsewhere(L"\\audit.txt")));
+    EXPECT_FALSE(Exists(Elsewhere(L"\\marker.txt")));
+  }
 }
 
 TEST_F(SupervisorTest, MarkerThatIsHeldForAMomentDoesNotStay) {

@@ -47,6 +47,59 @@ TEST_F(NoteFatesTest, ANoteThatALineNamesIsLostWithItsStageAndCause) {
   EXPECT_EQ(account.Verdict(), ExitCode::kLosses);
 }
 
+// Several workers were at work, and what they left is not joined. Of these the first is lost, the
+// second has its file, of the third pictures alone are.
+TEST_F(NoteFatesTest, ANoteThatIsLostInAPartIsLost) {
+  for (const std::string parts : {"parts", "joining", "joined"}) {
+    HandMadeExport folder;
+    for (const std::uint32_t id : {0x902u, 0x906u, 0x90Au}) folder.Note(id).hasFile = false;
+    folder.Note(0x902).isIndexed = false;
+    // The log may be joined before the files.
+    if (parts == "joined")
+      folder.log = {"#WARNING# - Major: Incomplete run detected for note id 00000906"};
+    folder.Write();
+    const std::string part = parts + "/00000902/";
+    folder.WriteFile(part + "log.txt",
+                     "#WARNING# - Major: Error exporting note 00000902 (Notes error 585)\r\n"
+                     "#WARNING# - Major: Incomplete run detected for note id 00000906\r\n"
+                     "#WARNING# - Minor: Detected corrupt document 0000090A\r\n");
+    folder.WriteFile(part + "data/00000906.dxl", "whole");
+    const Account account = folder.Verify();
+    EXPECT_EQ(Told(account),
+              (Lines{"lost note 00000902 export Notes error 585", "unaccounted 00000906",
+                     "unaccounted 0000090A", "left-over parts"}));
+    EXPECT_EQ(account.notes.lost, 1u);
+    EXPECT_EQ(account.Verdict(), ExitCode::kIncomplete);
+    const std::string why = parts == "joined" ? "is in a part that nobody has joined"
+                                              : "has neither a file nor a line in log.txt";
+    EXPECT_EQ(account.findings[0].text, "note 00000906 " + why);
+  }
+}
+
+// The run ended at a design note behind; its line is joined, and so is its log's.
+TEST_F(NoteFatesTest, WhatIsHalfJoinedIsReached) {
+  export_.Note(0x906).hasFile = false;
+  export_.Note(0x90A).hasFile = false;
+  export_.Note(0x906).isIndexed = false;
+  export_.log = {"#ERROR# - Unable to export design: Design is damaged"};
+  export_.Write();
+  export_.WriteFile("joined/00000902/data/00000906.dxl", "whole");
+  const Account account = export_.Verify();
+  EXPECT_EQ(account.losses.size(), 1u);
+  EXPECT_EQ(account.losses[0].id, 0x90Au);
+  EXPECT_EQ(account.notes.unaccounted, 1u);
+  EXPECT_EQ(account.notes.notReached, 1u);
+}
+
+TEST_F(NoteFatesTest, ARawCopyThatIsNotJoinedYetIsNotLost) {
+  export_.Note(0x902).folder = L"design";
+  export_.log.push_back("#WARNING# - Major: Error exporting note 00000902 (Notes error 585)");
+  export_.Write();
+  EXPECT_EQ(Told(export_.Verify()), Lines{"lost raw copy 00000902 raw copy Notes error 585"});
+  export_.WriteFile("joined/00000902/design2/00000902.dxl", "raw");
+  EXPECT_EQ(Told(export_.Verify()), Lines{"left-over parts"});
+}
+
 TEST_F(NoteFatesTest, ADeathToldManyTimesIsOneLoss) {
   for (int i = 0; i < 3; ++i)
     Lose(0x902, "#WARNING# - Major: Incomplete run detected for note id 00000902");

@@ -276,7 +276,7 @@ TEST_F(SealTest, WhatWasChangedWhileItWasMovedIsNoticed) {
 }
 
 // A watch that lets so many calls pass.
-VerifyProgress StopsAfter(int calls) {
+FileProgress StopsAfter(int calls) {
   return [calls](std::uint64_t, std::uint64_t) mutable { return calls-- > 0; };
 }
 

@@ -192,7 +192,7 @@ TEST_F(VerifyExportTest, AFolderAboveExportsIsNoHalfSealedOne) {
 
 TEST_F(VerifyExportTest, IsBrokenOffWhileSumsAreCalculatedOrFilesAreRead) {
   Seal();
-  const VerifyProgress stop = [](std::uint64_t, std::uint64_t) { return false; };
+  const FileProgress stop = [](std::uint64_t, std::uint64_t) { return false; };
   EXPECT_FALSE(Verify({stop, {}}));
   EXPECT_EQ(whyNot_, "The check was broken off.");
   whyNot_.clear();

@@ -151,9 +151,10 @@ TEST(CheckPathsTest, AnArchiveHasRoomBelowAFolderOf236Characters) {
             "machine.");
 }
 
+BOOLEAN WINAPI AllMayBeLong() { return TRUE; }
+
 FARPROC WINAPI TellThatAllMayBeLong(HMODULE, const char*) {
-  return reinterpret_cast<FARPROC>(
-      reinterpret_cast<void*>(static_cast<BOOLEAN(WINAPI*)()>([]() -> BOOLEAN { return TRUE; })));
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(AllMayBeLong));
 }
 
 TEST(CheckPathsTest, WhereLongPathsAreEnabledAnyLengthIsGood) {

@@ -86,7 +86,7 @@ TEST_F(ConsoleFolderTest, WhatIsMovedAsideIsPutBackWhereNothingNewWasMade) {
   EXPECT_FALSE(Exists(PathOf(L"acl.dxl")));
   EXPECT_FALSE(Exists(PathOf(L"db.dxl")));
   Put(L"db.dxl", "second db");
-  EXPECT_TRUE(SettleMovedAside(folder_.path()));
+  EXPECT_TRUE(SettleDatabaseFiles(folder_.path()));
   EXPECT_EQ(ReadBytes(PathOf(L"acl.dxl")), "first acl");
   EXPECT_EQ(ReadBytes(PathOf(L"db.dxl")), "second db");
   EXPECT_FALSE(Exists(PathOf(L"acl.dxl.first")));
@@ -97,14 +97,14 @@ TEST_F(ConsoleFolderTest, ANewFileIsNotReplacedByTheOneThatWasMovedAside) {
   Put(L"acl.dxl", "first acl");
   MoveDatabaseFilesAside(folder_.path());
   Put(L"acl.dxl", "second acl");
-  EXPECT_FALSE(SettleMovedAside(folder_.path()));
+  EXPECT_FALSE(SettleDatabaseFiles(folder_.path()));
   EXPECT_EQ(ReadBytes(PathOf(L"acl.dxl")), "second acl");
   EXPECT_FALSE(Exists(PathOf(L"acl.dxl.first")));
 }
 
 TEST_F(ConsoleFolderTest, WhatWasNotThereCanBeMovedAside) {
   MoveDatabaseFilesAside(folder_.path());
-  EXPECT_FALSE(SettleMovedAside(folder_.path()));
+  EXPECT_FALSE(SettleDatabaseFiles(folder_.path()));
   EXPECT_TRUE(IsEmptyFolder(folder_.path()));
 }
 
@@ -114,8 +114,31 @@ TEST_F(ConsoleFolderTest, ADesignFileThatWasMovedAsideIsPutBack) {
   MoveDesignFileAside(folder_.path(), 0x202);
   // The exporter's report counts whatever lies there.
   EXPECT_TRUE(IsEmptyFolder(PathOf(L"design")));
-  SettleMovedAside(folder_.path());
+  Put(L"log.txt", "#WARNING# - Major: Error exporting note 00000202 (Note item not found)\r\n");
+  SettleDesignFiles(folder_.path());
   EXPECT_EQ(ReadBytes(PathOf(L"design\\00000202.dxl")), "first");
+  EXPECT_FALSE(Exists(PathOf(L"00000202.dxl.first")));
+}
+
+// In its place it would pass for a note that is finished, and its raw copy never be made.
+TEST_F(ConsoleFolderTest, ADesignFileOfANoteThatWasNotTriedYetStaysAside) {
+  MakeFolder(PathOf(L"design"));
+  Put(L"design\\00000202.dxl", "first");
+  MoveDesignFileAside(folder_.path(), 0x202);
+  Put(L"log.txt", "#WARNING# - Major: Error exporting note 00000206 (Note item not found)\r\n");
+  SettleDesignFiles(folder_.path());
+  EXPECT_TRUE(IsEmptyFolder(PathOf(L"design")));
+  EXPECT_EQ(ReadBytes(PathOf(L"00000202.dxl.first")), "first");
+}
+
+TEST_F(ConsoleFolderTest, ADesignFileThatWasMadeAgainIsNotReplaced) {
+  MakeFolder(PathOf(L"design"));
+  Put(L"design\\00000202.dxl", "first");
+  MoveDesignFileAside(folder_.path(), 0x202);
+  Put(L"design\\00000202.dxl", "second");
+  SettleDesignFiles(folder_.path());
+  EXPECT_EQ(ReadBytes(PathOf(L"design\\00000202.dxl")), "second");
+  EXPECT_FALSE(Exists(PathOf(L"00000202.dxl.first")));
 }
 
 TEST_F(ConsoleFolderTest, OfAPlainExportTheFilesOfNotesAreCounted) {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "console/follow/OutputFolder.h"
 #include "tests/support/FileBytes.h"
 #include "tests/support/TempFolder.h"
 
@@ -205,6 +206,17 @@ TEST_F(ResumptionTest, PreparingMovesTheDesignFileOfANoteThatIsTriedAgainOutOfTh
   Put(L"marker.txt", "00000202\r\n");
   PrepareResumption(folder_.path(), Plan());
   EXPECT_FALSE(Exists(PathOf(L"design\\00000202.dxl")));
+}
+
+// Whatever hinders the next run before it: its file is not put back, so it is not finished.
+TEST_F(ResumptionTest, ADesignNoteThatWasToBeTriedAgainStillIs) {
+  PutList();
+  Put(L"unidindex.txt");
+  Put(L"design\\00000202.dxl");
+  Put(L"marker.txt", "00000202\r\n");
+  PrepareResumption(folder_.path(), Plan());
+  SettleDesignFiles(folder_.path());
+  ExpectBehind(0x201, 0);
 }
 
 // It gets another one when it is opened again.

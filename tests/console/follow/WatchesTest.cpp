@@ -49,6 +49,13 @@ TEST_F(GiveUpWatchTest, AnotherCauseBeginsAnew) {
   EXPECT_EQ(watch_.Lose(50, "gone"), 1u);
 }
 
+TEST_F(GiveUpWatchTest, SeveralWorkersLoseInAnyOrder) {
+  EXPECT_EQ(watch_.Lose(40, "gone"), 1u);
+  EXPECT_EQ(watch_.Lose(20, "gone"), 1u);
+  EXPECT_EQ(watch_.Lose(50, "damaged"), 1u);
+  EXPECT_EQ(watch_.Lose(30, "gone"), 3u);
+}
+
 TEST_F(GiveUpWatchTest, TheSameNoteIsCountedOnce) {
   watch_.Lose(10, "gone");
   EXPECT_EQ(watch_.Lose(10, "gone"), 1u);

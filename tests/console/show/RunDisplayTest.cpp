@@ -53,8 +53,8 @@ TEST_F(RunDisplayTest, APersonReadsWhatHappens) {
   display->Start({"Mill/Example", "orders.nsf", "D:\\out", "archive", {}});
   display->Restart({0x90A, "crash"});
   display->Restart({std::nullopt, "stall"});
-  display->Lost(LossOf(0x90A));
-  display->Lost({LossKind::kAcl, std::nullopt, "acl", "No access"});
+  display->Lost({LossOf(0x90A)});
+  display->Lost({{LossKind::kAcl, std::nullopt, "acl", "No access"}});
   display->Warn({"disk", "The disk is small."});
   display->Retry({"without views", "a crash among the views"});
   display->Ready({ExitCode::kLosses, Counts(10, 1), 2, 0, 0});
@@ -106,7 +106,7 @@ TEST_F(RunDisplayTest, TheEndSaysHowItWent) {
 
 TEST_F(RunDisplayTest, OfVeryManyLossesTwentyHaveALine) {
   const auto display = Make(DisplayMode::kTerminalOrPlain);
-  for (std::uint32_t id = 1; id <= 100; ++id) display->Lost(LossOf(id));
+  for (std::uint32_t id = 1; id <= 100; ++id) display->Lost({LossOf(id)});
   EXPECT_EQ(output_.writes.size(), 21u);
   EXPECT_EQ(output_.writes[19], "Lost: 00000014 (open): Note has been deleted\n");
   EXPECT_EQ(output_.writes[20], "Further losses are only counted here.\n");
@@ -147,7 +147,7 @@ TEST_F(RunDisplayTest, AProgramReadsEvents) {
   display->Update(InPhase("starting"), 0);
   display->Message("Nothing for a program");
   display->Restart({});
-  display->Lost(LossOf(1));
+  display->Lost({LossOf(1)});
   display->Warn({});
   display->Stop("user");
   display->Retry({});
@@ -166,7 +166,7 @@ TEST_F(RunDisplayTest, ProgressIsAnEventOnceASecond) {
 
 TEST_F(RunDisplayTest, EventsOfLossesAreNotLimited) {
   const auto display = Make(DisplayMode::kJson);
-  for (std::uint32_t id = 1; id <= 100; ++id) display->Lost(LossOf(id));
+  for (std::uint32_t id = 1; id <= 100; ++id) display->Lost({LossOf(id)});
   EXPECT_EQ(output_.writes.size(), 100u);
 }
 
@@ -205,7 +205,7 @@ TEST_F(RunDisplayTest, QuietSaysNothingOfAWholeExport) {
   const auto display = Make(DisplayMode::kQuiet);
   display->Start({});
   display->Update(InPhase("documents"), 0);
-  display->Lost(LossOf(1));
+  display->Lost({LossOf(1)});
   display->Message("Hello");
   display->End({ExitCode::kWhole, "", "out", std::nullopt, 3});
   EXPECT_EQ(output_.text + errors_.text, "");

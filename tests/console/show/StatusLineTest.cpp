@@ -45,6 +45,32 @@ TEST(StatusLineTest, AWideWindowHasEverything) {
       "1 restart  3 lost  at 0000090A  Mill/Example!!archive\\orders.nsf");
 }
 
+TEST(StatusLineTest, SeveralWorkersHaveANoteEach) {
+  RunView view = AmongDocuments();
+  view.workers = {{1, 0x90A}, {2, std::nullopt}, {3, 0xA12}};
+  EXPECT_NE(LineOf(view, kSomePace, 200).find("  at 0000090A - 00000A12  "), std::string::npos);
+}
+
+TEST(StatusLineTest, NotesOfSeveralWorkersAreCutInAUsualWindow) {
+  RunView view = AmongDocuments();
+  for (std::uint32_t number = 1; number <= 6; ++number)
+    view.workers.push_back({number, 0x12A6 + 4 * number});
+  EXPECT_EQ(LineOf(view, kSomePace, 80),
+            "documents 123/4,567  2%  2 min left  at 12AA 12AE 12B2 12B6 12BA 12BE");
+  view.workers.push_back({7, 0});
+  EXPECT_EQ(LineOf(view, kSomePace, 80),
+            "documents 123/4,567  2%  2 min left  at 12AA 12AE 12B2 12B6 12BA 12BE 0");
+  EXPECT_EQ(LineOf(view, kSomePace, 60).find("at "), std::string::npos);
+}
+
+TEST(StatusLineTest, JoiningCountsParts) {
+  RunView view = AmongDocuments();
+  view.phase = "joining";
+  view.parts = 40;
+  view.partsDone = 10;
+  EXPECT_EQ(LineOf(view, {}, 60), "joining 10/40  [#####---------------]  25%  orders.nsf");
+}
+
 TEST(StatusLineTest, AUsualWindowLeavesOutWhatMattersLeast) {
   EXPECT_EQ(LineOf(WithTroubles(), kSomePace, 80),
             "documents 123/4,567  2%  31/s  2 min left  1 restart  3 lost  Mill/Ex...ers.nsf");

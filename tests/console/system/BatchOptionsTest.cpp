@@ -1,5 +1,7 @@
 // What a batch makes of its list, its options and what it finds below its root.
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "base/Utf8.h"
 #include "console/batch/Root.h"
@@ -12,6 +14,23 @@ namespace {
 class BatchOptionsTest : public BatchTest {
  protected:
   BatchOptionsTest() { run_.AddDatabase(L"a.nsf", testing::DocumentsJson(1)); }
+
+  // A database of two notes, each of which takes so long.
+  void AddSlow(const std::wstring& path, const std::string& milliseconds) {
+    run_.AddDatabase(path, testing::DocumentsJson(
+                               2, testing::FaultsMember(R"({"entry": "DXLExportNote", "wait": )" +
+                                                        milliseconds + "}")));
+  }
+
+  std::wstring TablePath() const { return root_ + L"\\summary.csv"; }
+
+  // It is replaced meanwhile, and cannot be opened for that moment.
+  void AwaitInTable(const std::string& text) const {
+    EXPECT_TRUE(AwaitCondition([&] {
+      std::ifstream table(std::filesystem::path(TablePath()), std::ios::binary);
+      return Holds(std::string(std::istreambuf_iterator<char>(table), {}), text);
+    })) << text;
+  }
 };
 
 TEST_F(BatchOptionsTest, FaultsOfTheCommandLineAreToldAndNothingIsDone) {
@@ -116,15 +135,30 @@ TEST_F(BatchOptionsTest, ARootWithinAnExportIsRefused) {
 }
 
 TEST_F(BatchOptionsTest, WhatIsAtWorkSaysSoInTheSummary) {
-  run_.AddDatabase(L"b.nsf",
-                   testing::DocumentsJson(
-                       2, testing::FaultsMember(R"({"entry": "DXLExportNote", "wait": 1500})")));
+  AddSlow(L"b.nsf", "1500");
   List({"b.nsf"});
   const auto process = Start(BatchWords());
-  EXPECT_TRUE(AwaitCondition([this] {
-    return std::filesystem::exists(root_ + L"\\summary.csv") &&
-           Holds(ReadBytes(root_ + L"\\summary.csv"), ",b.nsf,,running,");
-  }));
+  AwaitInTable(",b.nsf,,running,");
+  EXPECT_EQ(process->WaitForEnd().code, 0u);
+}
+
+TEST_F(BatchOptionsTest, ASummaryThatWasHeldIsRenewedWhenItIsLetGo) {
+  List({"a.nsf"});
+  EXPECT_EQ(Batch().code, 0u);
+  AddSlow(L"b.nsf", "3000");
+  List({"a.nsf", "b.nsf"});
+  std::unique_ptr<ConsoleProcess> process;
+  {
+    // The programs that are started do not inherit it.
+    const testing::UniqueSystemHandle held(CreateFileW(TablePath().c_str(), GENERIC_READ,
+                                                       FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                                       OPEN_EXISTING, 0, nullptr));
+    ASSERT_NE(held.get(), INVALID_HANDLE_VALUE);
+    process = Start(BatchWords({L"--json"}));
+    process->AwaitOutput("exportStart");
+    EXPECT_FALSE(Holds(ReadBytes(TablePath()), "b.nsf"));
+  }
+  AwaitInTable(",b.nsf,,running,");
   EXPECT_EQ(process->WaitForEnd().code, 0u);
 }
 
@@ -145,6 +179,21 @@ TEST_F(BatchOptionsTest, TheOptionsOfAnExportReachEachOne) {
   EXPECT_EQ(outcome.at("views"), false);
   EXPECT_EQ(outcome.at("fullAccess"), true);
   EXPECT_TRUE(Holds(ReadBytes(FolderOf("a.nsf") + L"\\log.txt"), "DEBUG"));
+}
+
+TEST_F(BatchOptionsTest, EachExportHasItsWorkers) {
+  List({"a.nsf"});
+  EXPECT_EQ(Batch({L"--workers", L"3"}).code, 0u);
+  const std::string command = OutcomeOf(FolderOf("a.nsf")).at("command").dump();
+  EXPECT_TRUE(Holds(command, R"("--workers","3")")) << command;
+}
+
+TEST_F(BatchOptionsTest, TheWorkersOfAllExportsTogetherAreLimited) {
+  List({"a.nsf"});
+  const ConsoleEnd end = Batch({L"--jobs", L"8", L"--workers", L"3", L"--most-workers", L"7"});
+  EXPECT_EQ(end.code, 0u);
+  EXPECT_TRUE(Holds(end.output, ", 2 at once")) << end.output;
+  EXPECT_EQ(Batch({L"--workers", L"3", L"--most-workers", L"2"}).code, 1u);
 }
 
 TEST_F(BatchOptionsTest, ADesignExportIsOne) {
@@ -233,7 +282,7 @@ TEST_F(BatchOptionsTest, AnAttemptWithoutAnOutcomeIsLeftAndANewOneMade) {
 // Whatever the export's own console dies of, the others go on.
 TEST_F(BatchOptionsTest, AnExportWhoseConsoleDiesIsIncomplete) {
   const std::string slow = testing::FaultsMember(R"({"entry": "DXLExportNote", "wait": 1500})");
-  run_.AddDatabase(L"b.nsf", testing::DocumentsJson(2, slow));
+  run_.AddDatabase(L"b.nsf", testing::DocumentsJson(8, slow));
   List({"b.nsf", "a.nsf"});
   const auto process = Start(BatchWords({L"--json"}));
   process->AwaitOutput("\"phase\":\"documents\"");

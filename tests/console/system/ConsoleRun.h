@@ -82,7 +82,7 @@ class ConsoleProcess {
   // Waits until no process of the job is left; fails the test when one stays.
   void AwaitNothingLeft();
 
-  // Waits for the end of the console program. One that runs longer than two minutes is ended, and
+  // Waits for the end of the console program. One that runs longer than five minutes is ended, and
   // fails the test.
   ConsoleEnd WaitForEnd();
 
@@ -97,7 +97,7 @@ class ConsoleProcess {
   testing::SystemProcess process_;
 };
 
-// Waits, for two minutes at most, until the condition holds.
+// Waits, for five minutes at most, until the condition holds.
 bool AwaitCondition(const std::function<bool()>& condition);
 
 }  // namespace larkspan::console

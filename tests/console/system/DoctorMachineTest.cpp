@@ -6,6 +6,10 @@
 namespace larkspan::console {
 namespace {
 
+// The word sizes of these programs and of the others.
+const std::string kOwnBits = sizeof(void*) == 8 ? "64-bit" : "32-bit";
+const std::string kOtherBits = sizeof(void*) == 8 ? "32-bit" : "64-bit";
+
 const Lines kBehindTheRuntime = {"user", "database", "size", "list", "notes"};
 const Lines kBehindTheNames = {"runtime", "user", "database", "size", "list", "notes"};
 
@@ -28,10 +32,11 @@ TEST_F(DoctorMachineTest, AMachineWithNotesPasses) {
     EXPECT_EQ(Result(name), "passed") << name;
     EXPECT_EQ(Advice(name), "") << name;
   }
-  EXPECT_TRUE(Detail("exporter").ends_with("\\larkspan.exe, version " LARKSPAN_VERSION ", 64-bit"))
+  EXPECT_TRUE(
+      Detail("exporter").ends_with("\\larkspan.exe, version " LARKSPAN_VERSION ", " + kOwnBits))
       << Detail("exporter");
   EXPECT_TRUE(Detail("library").ends_with(
-      "\\nnotes.dll, in the folder of larkspan.exe, without a version, 64-bit"))
+      "\\nnotes.dll, in the folder of larkspan.exe, without a version, " + kOwnBits))
       << Detail("library");
   EXPECT_EQ(Detail("names"), "all 73 that larkspan.exe needs are there");
   EXPECT_TRUE(Detail("notes.ini").ends_with("\\notes.ini"));
@@ -85,15 +90,15 @@ TEST_F(DoctorMachineTest, ALibraryOfTheOtherWordSizeFails) {
   UsePrograms(testing::ProgramFolder());
   PatchLibrary([](std::string& bytes) {
     const auto header = static_cast<unsigned char>(bytes[0x3C]);
-    bytes[header + 4u] = '\x4C';
-    bytes[header + 5u] = '\x01';
-    bytes[header + 24u] = '\x0B';
-    bytes[header + 25u] = '\x01';
+    const bool to32 = sizeof(void*) == 8;
+    bytes.replace(header + 4u, 2, to32 ? "\x4C\x01" : "\x64\x86");
+    bytes.replace(header + 24u, 2, to32 ? "\x0B\x01" : "\x0B\x02");
   });
   Doctor();
-  ExpectFailed("library", "is 32-bit, and larkspan.exe is 64-bit", {"names"});
-  EXPECT_EQ(Advice("library"),
-            "Take the 32-bit build of Larkspan, or a machine with a 64-bit Notes.");
+  ExpectFailed("library", "is " + kOtherBits + ", and larkspan.exe is " + kOwnBits, {"names"});
+  EXPECT_EQ(
+      Advice("library"),
+      "Take the " + kOtherBits + " build of Larkspan, or a machine with a " + kOwnBits + " Notes.");
 }
 
 TEST_F(DoctorMachineTest, ALibraryOfAnotherProcessorFails) {

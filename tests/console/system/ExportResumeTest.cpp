@@ -224,6 +224,22 @@ TEST_F(ExportResumeTest, ADesignNoteThatLacksItsRawCopyIsExportedAgain) {
   ExpectLikeAClean(kTwoForms);
 }
 
+TEST_F(ExportResumeTest, ADesignNoteIsExportedAgainAlsoWhenThatIsCutOffBeforeIt) {
+  run_.AddDatabase(database_, kTwoForms);
+  run_.SetFaults("[]");
+  for (const Words& words : {Words{L"--resume"}, Words{L"--resume", L"--workers", L"3"}}) {
+    std::filesystem::remove_all(out_);
+    CutOff(R"([{"entry": "DXLExportNote", "note": "00000206", "call": 2, "action": "hang"}])",
+           out_ + L"\\design\\00000206.dxl");
+    CutOff(R"([{"entry": "NotesInitExtended", "action": "hang"}])", out_ + L"\\00000206.dxl.first",
+           words);
+    run_.ChangeFaults("[]");
+    const ConsoleEnd end = Export(words);
+    EXPECT_EQ(end.code, 0u) << end.output;
+    ExpectLikeAClean(kTwoForms);
+  }
+}
+
 TEST_F(ExportResumeTest, APlainExportGoesOnToo) {
   run_.AddDatabase(database_, kTwoForms);
   run_.SetFaults("[]");

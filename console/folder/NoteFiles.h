@@ -1,0 +1,12 @@
+// The files of one note in an archive.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace larkspan::console {
+
+// Whether the note lies in one of the three folders for notes; a raw copy alone is no note.
+bool HasNoteFile(const std::wstring& folder, std::uint32_t note);
+
+}  // namespace larkspan::console
