@@ -12,7 +12,7 @@ import subprocess
 
 PAGES = ("FIRST-RUN.md", "README.md", "CHANGELOG.md", "docs/bags.md", "docs/batch-events.md",
          "docs/calling.md", "docs/console.md", "docs/events.md", "docs/listings.md",
-         "docs/messages.md", "docs/output.md", "docs/views.md")
+         "docs/messages.md", "docs/output.md", "docs/performance.md", "docs/views.md")
 
 LINK = re.compile(r"(!?)\[([^\]]*)\]\(([^)\s]+)\)")
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>", re.DOTALL)
@@ -40,9 +40,9 @@ img {{ max-width: 100%; }}
 """
 
 
-def write_pages(root, folder):
-    for page in PAGES:
-        text = _without_links_out((root / page).read_text(encoding="utf-8"), page)
+def write_pages(root, folder, pages=PAGES):
+    for page in pages:
+        text = _without_links_out((root / page).read_text(encoding="utf-8"), page, pages)
         target = folder / page
         target.parent.mkdir(parents=True, exist_ok=True)
         target.write_text(text, encoding="utf-8")
@@ -60,10 +60,10 @@ def _target(page, link):
     return posixpath.normpath(posixpath.join(posixpath.dirname(page), path))
 
 
-def _without_links_out(text, page):
+def _without_links_out(text, page, pages):
     def keep_or_tell(match):
         target = _target(page, match[3])
-        return match[2] if target.endswith(".md") and target not in PAGES else match[0]
+        return match[2] if target.endswith(".md") and target not in pages else match[0]
     return LINK.sub(keep_or_tell, text)
 
 
