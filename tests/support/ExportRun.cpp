@@ -7,19 +7,16 @@
 #include "base/Utf8.h"
 #include "tests/faults/FileFaults.h"
 #include "tests/support/FileBytes.h"
+#include "tests/support/SampleData.h"
 
 namespace larkspan::testing {
 
-namespace {
-
-constexpr wchar_t kSampleData[] = L"" LARKSPAN_SAMPLE_DATA_FOLDER;
-
-}  // namespace
+std::wstring SampleDataFolder() { return L"" LARKSPAN_SAMPLE_DATA_FOLDER; }
 
 ExportRun::ExportRun()
     : output_(folder_.path() + L"\\out"),
       programFolder_(ProgramFolder()),
-      dataFolder_(kSampleData) {
+      dataFolder_(SampleDataFolder()) {
   std::filesystem::create_directory(output_);
 }
 
