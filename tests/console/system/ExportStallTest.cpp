@@ -152,9 +152,11 @@ TEST_F(ExportStallTest, AHangInTheEndOfTheRuntimeIsAWarning) {
   EXPECT_FALSE(Outcome().at("account").at("warnings").empty());
 }
 
-// Otherwise a hang would keep a stopped run for ever.
+// Otherwise a hang would keep a stopped run for ever. A worker begins to listen for the request
+// before it opens the database, and hears it by then.
 TEST_F(ExportStallTest, CountsOnAfterARequestToStop) {
-  AddNotes(4, R"({"entry": "DXLExportNote", "note": "00000906", "action": "hang"})");
+  AddNotes(4, R"({"entry": "DXLExportNote", "note": "00000906", "action": "hang"},
+                 {"entry": "NSFDbOpen", "wait": 700})");
   const auto process = StartExport({L"--stall", L"3s", L"--stop-on-stdin-end"});
   AwaitFile(out_ + L"\\data\\00000902.dxl");
   process->EndInput();
