@@ -23,7 +23,7 @@ endif()
 set(optimising_options "")
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13
    AND CMAKE_BUILD_TYPE STREQUAL Release)
-  set(optimising_options -Wno-array-bounds -Wno-stringop-overflow)
+  set(optimising_options -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 
 function(build_as_test_code target)

@@ -16,7 +16,7 @@ namespace larkspan::console {
 namespace {
 
 constexpr DWORD kRoundMilliseconds = 100;
-constexpr std::chrono::milliseconds kLastLines{2000};
+constexpr std::chrono::milliseconds kLastLines{10'000};
 
 struct Watch {
   std::function<void(const ProgressLine&)> onLine;

@@ -30,7 +30,7 @@ namespace {
 constexpr DWORD kRoundMilliseconds = 100;
 constexpr std::uint64_t kDiskPeriod = 1000;
 constexpr std::uint64_t kSilenceToTell = 600'000;
-constexpr std::chrono::milliseconds kLastLines{2000};
+constexpr std::chrono::milliseconds kLastLines{10'000};
 constexpr std::string_view kMajor = "#WARNING# - Major: ";
 
 // The size in "Database size before archive: 2097152".

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <system_error>
 
 #include "base/Utf8.h"
 #include "tests/faults/FileFaults.h"
@@ -33,7 +34,17 @@ void ExportRun::SetFaults(const std::string& json) {
 }
 
 void ExportRun::ChangeFaults(const std::string& json) const {
-  WriteBytes(folder_.path() + L"\\faults.json", json);
+  // A program that starts meanwhile reads one plan or the other, and never half of one. While it
+  // reads, the file cannot be replaced.
+  const std::wstring plan = folder_.path() + L"\\faults.json";
+  WriteBytes(plan + L".new", json);
+  std::error_code error;
+  for (int tries = 0; tries < 600; ++tries) {
+    std::filesystem::rename(plan + L".new", plan, error);
+    if (!error) return;
+    Sleep(50);
+  }
+  throw std::system_error(error);
 }
 
 void ExportRun::AddConfiguration(const std::string& line) { configuration_.push_back(line); }

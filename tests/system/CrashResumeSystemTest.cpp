@@ -231,7 +231,7 @@ TEST_F(CrashResumeSystemTest, AClosingThatCrashesAfterACrashIsNotRunAgain) {
 // next notes would.
 constexpr char kThreadCrashesInTheFirstNote[] =
     R"({"entry": "DXLExportNote", "note": "00000902", "action": "crashThread"},
-       {"entry": "DXLExportNote", "note": "00000902", "wait": 1000},
+       {"entry": "DXLExportNote", "note": "00000902", "wait": 6000},
        {"entry": "NotesTerm", "call": 1, "wait": 2500})";
 
 TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryStopsTheWorkerAtItsNote) {

@@ -20,7 +20,7 @@ class StopByPipeSystemTest : public SystemTest {
 
   // Gives the monitor time to see the pipe's end while the second note is exported.
   void SlowDownTheSecondNote() {
-    run_.SetFaults(R"([{"entry": "DXLExportNote", "call": 2, "wait": 1500}])");
+    run_.SetFaults(R"([{"entry": "DXLExportNote", "call": 2, "wait": 5000}])");
   }
 
   void ExpectStoppedAfterTheSecondNote(const ProgramResult& result) {
@@ -86,7 +86,7 @@ TEST_F(StopByPipeSystemTest, AStoppedRunHasAnAuditReportWithoutASizeAfterTheArch
 }
 
 TEST_F(StopByPipeSystemTest, APipeThatIsClosedFromTheBeginningLetsNoNoteBeExported) {
-  run_.SetFaults(R"([{"entry": "NSFSearchExtended3", "wait": 1500}])");
+  run_.SetFaults(R"([{"entry": "NSFSearchExtended3", "wait": 5000}])");
   StopPipe pipe;
   pipe.Close();
   const ProgramResult result =
@@ -99,7 +99,7 @@ TEST_F(StopByPipeSystemTest, APipeThatIsClosedFromTheBeginningLetsNoNoteBeExport
 }
 
 TEST_F(StopByPipeSystemTest, AHandleThatNamesNothingStopsTheRunToo) {
-  run_.SetFaults(R"([{"entry": "NSFSearchExtended3", "wait": 1500}])");
+  run_.SetFaults(R"([{"entry": "NSFSearchExtended3", "wait": 5000}])");
   run_.Export(L"x.nsf", {L"-archive", L"-debug", L"-pipe", L"123456788"});
   EXPECT_TRUE(Contains(LogLines(), "#DEBUG# - MonitorPipe: Read completed cleanly"));
   EXPECT_EQ(FilesIn("data"), Lines());

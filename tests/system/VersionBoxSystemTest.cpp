@@ -46,6 +46,13 @@ std::wstring StaticText(HWND box) {
   return text.data();
 }
 
+// The box has its caption before it has its text.
+std::wstring AwaitStaticText(HWND box) {
+  std::wstring text;
+  for (int i = 0; i < 600 && (text = StaticText(box)).empty(); ++i) Sleep(50);
+  return text;
+}
+
 class VersionBoxSystemTest : public ::testing::TestWithParam<const wchar_t*> {};
 
 TEST_P(VersionBoxSystemTest, ShowsTheVersionWithAnOkButtonAndNoOwner) {
@@ -55,7 +62,7 @@ TEST_P(VersionBoxSystemTest, ShowsTheVersionWithAnOkButtonAndNoOwner) {
                   BuildCommandLine({executable, L"-p", L"x.nsf", L"-scan", GetParam()}));
   const HWND box = FindBox(program.processId());
   ASSERT_NE(box, nullptr);
-  EXPECT_EQ(StaticText(box), L"" LARKSPAN_VERSION);
+  EXPECT_EQ(AwaitStaticText(box), L"" LARKSPAN_VERSION);
   EXPECT_EQ(GetWindow(box, GW_OWNER), nullptr);
   EXPECT_NE(GetDlgItem(box, IDOK), nullptr);
   PostMessageW(box, WM_COMMAND, IDOK, 0);

@@ -90,7 +90,7 @@ TEST_F(ViewsSystemTest, AStopInTheViewLoopEndsBeforeTheNextView) {
                                  {"id": "00000106", "class": "view", "view": {"indexed": true}},
                                  {"id": "0000010A", "class": "view", "view": {"indexed": true}}]})");
   // Gives the monitor time to see the pipe's end while the second view is read.
-  run_.SetFaults(R"([{"entry": "NIFReadEntries", "call": 2, "wait": 1500}])");
+  run_.SetFaults(R"([{"entry": "NIFReadEntries", "call": 2, "wait": 5000}])");
   StopPipe pipe;
   Program program(run_.Executable(),
                   run_.CommandLine(L"x.nsf", {L"-archive", L"-pipe", pipe.HandleText()}));

@@ -47,9 +47,7 @@ TEST(FileCrewTest, IsBrokenOffBeforeItBegins) {
 TEST(FileCrewTest, IsBrokenOffOnItsWay) {
   std::atomic<std::size_t> reads = 0;
   constexpr std::size_t kFiles = 100'000;
-  // The first call comes before the first file, the second one while files are taken.
-  int calls = 0;
-  const auto progress = [&](std::uint64_t, std::uint64_t) { return ++calls < 2; };
+  const auto progress = [&](std::uint64_t, std::uint64_t) { return reads == 0; };
   const auto makeWorker = [&] {
     return [&](std::size_t) {
       ++reads;

@@ -262,7 +262,7 @@ class WorkerKillSweepTest : public WorkersTest,
 
 TEST_P(WorkerKillSweepTest, AWorkerThatIsEndedCostsItsNoteAlone) {
   // The worker that lists waits there, so that it is stopped before it hangs at a note.
-  const std::string slowList = R"({"entry": "NSFSearchExtended3", "wait": 700})";
+  const std::string slowList = R"({"entry": "NSFSearchExtended3", "wait": 3000})";
   run_.AddDatabase(database_, testing::DocumentsJson(60, testing::FaultsMember(slowList)));
   ChooseNotes();
   run_.SetFaults(PlanWith("hang"));

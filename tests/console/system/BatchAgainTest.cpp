@@ -43,11 +43,11 @@ TEST_F(BatchAgainTest, WhatCouldNotRunIsTriedWithTheOptionsOfNow) {
 
 TEST_F(BatchAgainTest, WhatWasGivenUpIsExportedAnew) {
   const std::string fault = R"({"entry": "NSFNoteOpen", "from": 3, "status": 585, "wait": 400})";
-  run_.AddDatabase(L"a.nsf", testing::DocumentsJson(8, testing::FaultsMember(fault)));
+  run_.AddDatabase(L"a.nsf", testing::DocumentsJson(40, testing::FaultsMember(fault)));
   EXPECT_EQ(Batch({L"--give-up", L"3"}).code, 5u);
-  run_.AddDatabase(L"a.nsf", testing::DocumentsJson(8));
+  run_.AddDatabase(L"a.nsf", testing::DocumentsJson(40));
   EXPECT_EQ(Batch({L"--give-up", L"3"}).code, 0u);
-  EXPECT_EQ(Summary().at("a.nsf").at("exported"), "8");
+  EXPECT_EQ(Summary().at("a.nsf").at("exported"), "40");
 }
 
 TEST_F(BatchAgainTest, AnotherFormIsNotTheExportThatIsWanted) {

@@ -65,8 +65,8 @@ TEST_F(BatchOfThirtyTest, ThreeAtATimeAndOnceMore) {
 }
 
 TEST_F(BatchOfThirtyTest, StoppedItGoesOn) {
-  const auto process =
-      Start(BatchWords({L"--jobs", L"3", L"--stall", L"3s", L"--json", L"--stop-on-stdin-end"}));
+  const auto process = Start(
+      BatchWords({L"--jobs", L"3", L"--stall", kShortStall, L"--json", L"--stop-on-stdin-end"}));
   AwaitPlaced(8);
   process->EndInput();
   const ConsoleEnd end = process->WaitForEnd();
@@ -85,7 +85,7 @@ TEST_F(BatchOfThirtyTest, StoppedItGoesOn) {
 
 TEST_F(BatchOfThirtyTest, EndedByForceItGoesOn) {
   {
-    const auto process = Start(BatchWords({L"--jobs", L"3", L"--stall", L"3s"}));
+    const auto process = Start(BatchWords({L"--jobs", L"3", L"--stall", kShortStall}));
     AwaitPlaced(8);
     process->EndByForce();
     process->AwaitNothingLeft();

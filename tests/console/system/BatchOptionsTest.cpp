@@ -135,7 +135,7 @@ TEST_F(BatchOptionsTest, ARootWithinAnExportIsRefused) {
 }
 
 TEST_F(BatchOptionsTest, WhatIsAtWorkSaysSoInTheSummary) {
-  AddSlow(L"b.nsf", "1500");
+  AddSlow(L"b.nsf", "3000");
   List({"b.nsf"});
   const auto process = Start(BatchWords());
   AwaitInTable(",b.nsf,,running,");

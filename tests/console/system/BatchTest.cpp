@@ -47,7 +47,7 @@ std::wstring BatchTest::FolderOf(const std::string& path) const {
 
 ThirtyDatabasesTest::ThirtyDatabasesTest() {
   // Long enough for a test to come in between, and one that ends a hang ends no such.
-  const std::string slow = FaultsMember(R"({"entry": "DXLExportNote", "wait": 150})");
+  const std::string slow = FaultsMember(R"({"entry": "DXLExportNote", "wait": 250})");
   const std::string lost =
       FaultsMember(R"({"entry": "NSFNoteOpen", "note": "00000906", "status": 551})");
   const std::string crash = FaultsMember(
@@ -82,7 +82,7 @@ std::map<std::string, std::string> ThirtyDatabasesTest::ExpectedStates() {
 }
 
 ConsoleEnd ThirtyDatabasesTest::BatchThirty(Words more) const {
-  more.insert(more.end(), {L"--stall", L"3s"});
+  more.insert(more.end(), {L"--stall", kShortStall});
   return Batch(more);
 }
 

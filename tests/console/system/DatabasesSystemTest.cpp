@@ -346,7 +346,7 @@ TEST_F(DatabasesSystemTest, AnEmptyDirectoryIsAListingOfNothing) {
 }
 
 TEST_F(DatabasesSystemTest, AnOutputThatNobodyReadsIsTold) {
-  run_.SetFaults(R"([{"entry": "NSFSearch", "matches": 1, "wait": 1000}])");
+  run_.SetFaults(R"([{"entry": "NSFSearch", "matches": 1, "wait": 5000}])");
   const auto process = Start(ListingWords(L"databases", {L"--server", L"Garden", L"--csv"}));
   process->BreakOutput();
   const ConsoleEnd end = process->WaitForEnd();

@@ -43,7 +43,7 @@ TEST_F(DoctorDatabaseTest, OneOfAServerIsNamedWithIt) {
 // A busy machine takes its time to hand on that the first run is to stop before its notes.
 TEST_F(DoctorDatabaseTest, NoNoteIsReadButTheHandful) {
   AddDocuments(9);
-  run_.SetFaults(R"([{"entry": "NSFSearchExtended3", "wait": 1500}])");
+  run_.SetFaults(R"([{"entry": "NSFSearchExtended3", "wait": 5000}])");
   Doctor({L"--path", database_});
   EXPECT_EQ(Detail("list"), "9 notes");
   EXPECT_EQ(Detail("notes"), "5 of 5 notes exported");
@@ -97,7 +97,7 @@ TEST_F(DoctorDatabaseTest, NotesThatAllCrashTheLibraryAreAllNamed) {
 
 TEST_F(DoctorDatabaseTest, ANoteAtWhichTheLibraryHangsIsNamed) {
   AddDocuments(3, R"({"entry": "DXLExportNote", "note": "00000906", "action": "hang"})");
-  Doctor({L"--path", database_, L"--timeout", L"2s"});
+  Doctor({L"--path", database_, L"--timeout", L"6s"});
   ExpectFailed("notes", "2 of 3 notes exported; 00000906: the library hung at it", {});
 }
 
@@ -126,8 +126,8 @@ TEST_F(DoctorDatabaseTest, AnEmptyDatabaseHasNoNotesToTry) {
 
 TEST_F(DoctorDatabaseTest, ASearchThatHangsIsEnded) {
   AddDocuments(2, R"({"entry": "NSFSearchExtended3", "action": "hang"})");
-  Doctor({L"--path", database_, L"--timeout", L"2s"});
-  ExpectFailed("list", "larkspan.exe gave no sign for 2 s and was ended", {"notes"});
+  Doctor({L"--path", database_, L"--timeout", L"6s"});
+  ExpectFailed("list", "larkspan.exe gave no sign for 6 s and was ended", {"notes"});
   EXPECT_EQ(Result("database"), "passed");
   EXPECT_EQ(Result("size"), "passed");
 }

@@ -35,7 +35,7 @@ class ExportEdgesTest : public ExportTest {
 };
 
 TEST_F(ExportEdgesTest, LostViewsCountWhenTheRecordCannotBeWritten) {
-  UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "wait": 2500},)" +
+  UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "wait": 5000},)" +
                 std::string(kViewsCrash));
   const auto process = StartExport();
   AwaitFile(out_ + L"\\views\\00000132.xml");
@@ -49,7 +49,7 @@ TEST_F(ExportEdgesTest, LostViewsCountWhenTheRecordCannotBeWritten) {
 TEST_F(ExportEdgesTest, ACrashBehindAHangAmongTheViewsIsACrash) {
   UseSampleWith(std::string(kViewsHang) +
                 R"(,{"entry": "DXLExportNote", "note": "000008FE", "action": "accessViolation"})");
-  const ConsoleEnd end = Export({L"--stall", L"2s", L"--json"});
+  const ConsoleEnd end = Export({L"--stall", kShortStall, L"--json"});
   EXPECT_EQ(end.code, 3u) << end.output;
   const std::vector<Json> restarts = EventsOf(end.output, "restart");
   ASSERT_EQ(restarts.size(), 2u);
@@ -77,9 +77,10 @@ TEST_F(ExportEdgesTest, ViewsWithoutAFileAreAWarning) {
 
 TEST_F(ExportEdgesTest, TheAclOfTheFirstRunIsNoContradiction) {
   // The exporters of the second run's worker are the same ones; only its first export fails.
-  UseSampleWith(kViewsCrash);
+  UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "wait": 6000},)" +
+                std::string(kViewsCrash));
   const auto process = StartExport();
-  AwaitFile(out_ + L"\\acl.dxl.first");
+  AwaitFile(out_ + L"\\views\\00000132.xml");
   run_.ChangeFaults(R"([{"entry": "DXLExportACL", "status": 585}])");
   const ConsoleEnd end = process->WaitForEnd();
   EXPECT_EQ(end.code, 3u) << end.output;

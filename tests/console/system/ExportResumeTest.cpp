@@ -76,7 +76,9 @@ TEST_F(ExportResumeTest, ANoteAtWhichItIsCutOffTwiceIsLost) {
   CutOffInTheThirdNote();
   run_.ChangeFaults(kThirdNoteHangs);
   {
-    const auto process = StartExport({L"--resume"});
+    const auto process = StartExport({L"--resume", L"--json"});
+    // While a folder is taken up nobody may hold its outcome.json.
+    process->AwaitOutput(R"("kind":"phase")");
     // The marker and the line that the first run left are gone by then.
     AwaitOutcome(out_, [](const Json& outcome) { return outcome.at("resumed").size() == 1; });
     const auto isOpen = [this] { return Holds(ReadIfThere(L"unidindex.txt"), "0000090A,"); };
@@ -185,7 +187,7 @@ TEST_F(ExportResumeTest, TheFolderAloneIsEnough) {
 
 TEST_F(ExportResumeTest, ARunThatWasStoppedGoesOn) {
   run_.AddDatabase(database_, notes_);
-  run_.SetFaults(R"([{"entry": "DXLExportNote", "note": "0000090A", "wait": 2000}])");
+  run_.SetFaults(R"([{"entry": "DXLExportNote", "note": "0000090A", "wait": 6000}])");
   {
     const auto process = StartExport({L"--stop-on-stdin-end"});
     AwaitFile(out_ + L"\\data\\00000906.dxl");
@@ -256,7 +258,7 @@ TEST_F(ExportResumeTest, CrashesAndHangsBehindCostTheirNotes) {
   CutOffInTheThirdNote();
   run_.ChangeFaults(R"([{"entry": "DXLExportNote", "note": "0000090E", "action": "exit"},
                         {"entry": "DXLExportNote", "note": "00000912", "action": "hang"}])");
-  const ConsoleEnd end = Resume({L"--stall", L"2s"});
+  const ConsoleEnd end = Resume({L"--stall", kShortStall});
   EXPECT_EQ(end.code, 3u) << end.output;
   const Json losses = Outcome().at("account").at("losses");
   ASSERT_EQ(losses.size(), 2u);
@@ -267,7 +269,7 @@ TEST_F(ExportResumeTest, CrashesAndHangsBehindCostTheirNotes) {
 
 TEST_F(ExportResumeTest, ARunThatWasTakenUpCanBeStopped) {
   CutOffInTheThirdNote();
-  run_.ChangeFaults(R"([{"entry": "DXLExportNote", "note": "0000090E", "wait": 2000}])");
+  run_.ChangeFaults(R"([{"entry": "DXLExportNote", "note": "0000090E", "wait": 6000}])");
   const auto process = StartExport({L"--resume", L"--stop-on-stdin-end"});
   AwaitFile(out_ + L"\\data\\0000090A.dxl");
   process->EndInput();

@@ -39,7 +39,7 @@ class ExportStallTest : public ExportTest {
 
 TEST_F(ExportStallTest, AHungNoteIsEndedAndTheRunGoesOnBehindIt) {
   AddNotes(4, R"({"entry": "DXLExportNote", "note": "00000906", "action": "hang"})");
-  const ConsoleEnd end = Export({L"--stall", L"2s", L"--json"});
+  const ConsoleEnd end = Export({L"--stall", kShortStall, L"--json"});
   EXPECT_EQ(end.code, 3u) << end.output;
   EXPECT_EQ(FilesIn("data"),
             (Lines{"data/00000902.dxl", "data/0000090A.dxl", "data/0000090E.dxl"}));
@@ -68,7 +68,7 @@ TEST_F(ExportStallTest, ANoteThatGoesOnWritingDoesNotHang) {
 TEST_F(ExportStallTest, ACrashIsNoStall) {
   AddNotes(3, R"({"entry": "DXLExportNote", "note": "00000902", "action": "hang"},
                  {"entry": "DXLExportNote", "note": "00000906", "action": "accessViolation"})");
-  const ConsoleEnd end = Export({L"--stall", L"2s"});
+  const ConsoleEnd end = Export({L"--stall", kShortStall});
   EXPECT_EQ(end.code, 3u);
   const Json losses = Outcome().at("account").at("losses");
   ASSERT_EQ(losses.size(), 2u);
@@ -78,7 +78,7 @@ TEST_F(ExportStallTest, ACrashIsNoStall) {
 
 TEST_F(ExportStallTest, AHangAmongTheViewsIsTakenUpWithoutThem) {
   UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "action": "hang"})");
-  const ConsoleEnd end = Export({L"--stall", L"2s"});
+  const ConsoleEnd end = Export({L"--stall", kShortStall});
   ExpectNotesWithoutTheViewsBehind(end, "stall");
   EXPECT_TRUE(Holds(end.output, "without views")) << end.output;
 }
@@ -105,7 +105,7 @@ TEST_F(ExportStallTest, AViewThatLiesThereIsNotLost) {
 }
 
 TEST_F(ExportStallTest, ACrashAmongTheViewsOfARunThatIsStoppedIsAStop) {
-  UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "wait": 3000,
+  UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "wait": 6000,
                     "action": "accessViolation"})");
   const auto process = StartExport({L"--stop-on-stdin-end"});
   AwaitFile(out_ + L"\\views\\00000132.xml");
@@ -128,7 +128,7 @@ TEST_F(ExportStallTest, AHangBeforeTheNotesCouldNotRunAndNamesThePhase) {
   for (const auto& [entry, deed] : rows) {
     run_.ChangeFaults("[{\"entry\": \"" + std::string(entry) + "\", \"action\": \"hang\"}]");
     out_ = run_.folder() + L"\\out " + std::to_wstring(++number);
-    const ConsoleEnd end = Export({L"--no-views", L"--stall", L"2s"});
+    const ConsoleEnd end = Export({L"--no-views", L"--stall", kShortStall});
     EXPECT_EQ(end.code, 2u) << entry << end.output;
     EXPECT_TRUE(Holds(end.output, deed)) << entry << end.output;
     EXPECT_EQ(Outcome().at("stop").at("by"), "stall");
@@ -138,7 +138,7 @@ TEST_F(ExportStallTest, AHangBeforeTheNotesCouldNotRunAndNamesThePhase) {
 TEST_F(ExportStallTest, AHangBetweenNotesIsIncomplete) {
   run_.AddDatabase(database_, DocumentsJson(3));
   run_.SetFaults(R"([{"entry": "IDScan", "call": 7, "action": "hang"}])");
-  const ConsoleEnd end = Export({L"--stall", L"2s"});
+  const ConsoleEnd end = Export({L"--stall", kShortStall});
   EXPECT_EQ(end.code, 5u) << end.output;
   EXPECT_TRUE(Holds(end.output, "outside a note")) << end.output;
 }
@@ -146,7 +146,7 @@ TEST_F(ExportStallTest, AHangBetweenNotesIsIncomplete) {
 TEST_F(ExportStallTest, AHangInTheEndOfTheRuntimeIsAWarning) {
   run_.AddDatabase(database_, DocumentsJson(2));
   run_.SetFaults(R"([{"entry": "NotesTerm", "action": "hang"}])");
-  const ConsoleEnd end = Export({L"--stall", L"2s"});
+  const ConsoleEnd end = Export({L"--stall", kShortStall});
   EXPECT_EQ(end.code, 0u) << end.output;
   EXPECT_EQ(FilesIn("data").size(), 2u);
   EXPECT_FALSE(Outcome().at("account").at("warnings").empty());
@@ -156,8 +156,8 @@ TEST_F(ExportStallTest, AHangInTheEndOfTheRuntimeIsAWarning) {
 // before it opens the database, and hears it by then.
 TEST_F(ExportStallTest, CountsOnAfterARequestToStop) {
   AddNotes(4, R"({"entry": "DXLExportNote", "note": "00000906", "action": "hang"},
-                 {"entry": "NSFDbOpen", "wait": 700})");
-  const auto process = StartExport({L"--stall", L"3s", L"--stop-on-stdin-end"});
+                 {"entry": "NSFDbOpen", "wait": 3000})");
+  const auto process = StartExport({L"--stall", L"8s", L"--stop-on-stdin-end"});
   AwaitFile(out_ + L"\\data\\00000902.dxl");
   process->EndInput();
   const ConsoleEnd end = process->WaitForEnd();
@@ -172,7 +172,7 @@ TEST_F(ExportStallTest, AHangInAPlainExportIsEndedToo) {
                        "notes": [{"id": "00000202", "class": "form"},
                                  {"id": "00000206", "class": "form"},
                                  {"id": "0000020A", "class": "form"}]})");
-  const ConsoleEnd end = Export({L"--design-only", L"--stall", L"4s"});
+  const ConsoleEnd end = Export({L"--design-only", L"--stall", L"8s"});
   EXPECT_EQ(end.code, 3u) << end.output;
   EXPECT_TRUE(Exists(out_ + L"\\0000020A.dxl"));
   EXPECT_EQ(Outcome().at("account").at("losses").at(0).at("stage"), "stall");

@@ -9,7 +9,7 @@ using testing::DocumentsJson;
 using testing::FaultsMember;
 
 constexpr char kSecondNoteWaits[] =
-    R"({"entry": "DXLExportNote", "note": "00000906", "wait": 3000})";
+    R"({"entry": "DXLExportNote", "note": "00000906", "wait": 6000})";
 constexpr char kSecondNoteHangs[] =
     R"({"entry": "DXLExportNote", "note": "00000906", "action": "hang"})";
 
@@ -40,7 +40,7 @@ class ExportStopTest : public ExportTest {
 TEST_F(ExportStopTest, AStopBeforeTheNotesStopsTheRun) {
   run_.AddDatabase(
       database_,
-      DocumentsJson(2, FaultsMember(R"({"entry": "NSFSearchExtended3", "wait": 3000})")));
+      DocumentsJson(2, FaultsMember(R"({"entry": "NSFSearchExtended3", "wait": 6000})")));
   const auto process = StartExport({L"--stop-on-stdin-end"});
   AwaitFile(out_ + L"\\db.dxl");
   process->EndInput();

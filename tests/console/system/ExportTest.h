@@ -16,6 +16,10 @@ namespace larkspan::console {
 using Json = nlohmann::json;
 using Words = std::vector<std::wstring>;
 
+// For --stall: a worker that hangs is ended soon, and one that only has to wait for its turn on a
+// busy machine is not.
+inline constexpr const wchar_t* kShortStall = L"5s";
+
 class ExportTest : public ::testing::Test {
  protected:
   // "export --path x.nsf --out ... --notes-ini ..." and these.

@@ -57,11 +57,16 @@ class ExportWorkersStopTest : public ExportWorkersTest {
     return notes;
   }
 
-  // Ends the input of an export whose joining waits for a file that the test holds.
-  ConsoleEnd StopWhileHeld(ConsoleProcess& process, const std::wstring& file) const {
+  // Others can read it, and neither delete nor rename it.
+  static testing::UniqueSystemHandle Hold(const std::wstring& file) {
     testing::UniqueSystemHandle held(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ,
                                                  nullptr, OPEN_EXISTING, 0, nullptr));
     EXPECT_NE(held.get(), INVALID_HANDLE_VALUE);
+    return held;
+  }
+
+  // Ends the input of an export whose joining waits for a file that the test holds.
+  ConsoleEnd StopWhileHeld(ConsoleProcess& process, testing::UniqueSystemHandle held) const {
     process.AwaitOutput(R"("phase":"joining")");
     AwaitFile(out_ + L"\\joined");
     process.EndInput();
@@ -122,7 +127,7 @@ class ExportWorkersStopTest : public ExportWorkersTest {
 
 TEST_F(ExportWorkersStopTest, AStopWhileTheNotesAreListedLeavesARunToBeTakenUp) {
   AddNotesWithoutFaults(60);
-  run_.ChangeFaults(R"([{"entry": "NSFSearchExtended3", "wait": 3000}])");
+  run_.ChangeFaults(R"([{"entry": "NSFSearchExtended3", "wait": 6000}])");
   ExpectStoppedByInput(StopAt(L"\\db.dxl"));
   EXPECT_FALSE(HasParts());
   EXPECT_EQ(FilesIn("data"), Lines());
@@ -132,7 +137,7 @@ TEST_F(ExportWorkersStopTest, AStopWhileTheNotesAreListedLeavesARunToBeTakenUp) 
 
 TEST_F(ExportWorkersStopTest, AStopAmongTheViewsLeavesARunToBeTakenUp) {
   UseSample();
-  run_.ChangeFaults(R"([{"entry": "NIFOpenCollection", "note": "00000136", "wait": 3000}])");
+  run_.ChangeFaults(R"([{"entry": "NIFOpenCollection", "note": "00000136", "wait": 6000}])");
   const ConsoleEnd end = StopAt(L"\\views\\00000132.xml");
   ExpectStoppedByInput(end);
   EXPECT_FALSE(HasParts());
@@ -144,19 +149,19 @@ TEST_F(ExportWorkersStopTest, AStopAmongTheViewsLeavesARunToBeTakenUp) {
 
 // A program that holds a note's file keeps the run at its last step.
 TEST_F(ExportWorkersStopTest, AStopWhileThePartsAreJoinedLeavesThemToBeTakenUp) {
-  AddNotes(60, {R"({"entry": "NSFNoteOpen", "wait": 60})"});
+  AddNotesInKnownSlices(60, {WaitNearTheEnd()});
   const auto process = StartExport({L"--workers", L"3", L"--stop-on-stdin-end", L"--json"});
   const std::wstring note = out_ + L"\\parts\\00000902\\data\\00000902.dxl";
   AwaitFile(note);
-  const ConsoleEnd end = StopWhileHeld(*process, note);
+  const ConsoleEnd end = StopWhileHeld(*process, Hold(note));
   ExpectStoppedByInput(end);
   EXPECT_EQ(ErrorsIn(end.output), std::vector<std::string>());
   EXPECT_TRUE(Exists(out_ + L"\\joined"));
 
   // The last slice is joined last.
+  testing::UniqueSystemHandle last = Hold(out_ + L"\\joined\\000009DA\\data\\000009DA.dxl");
   const auto second = StartExport({L"--resume", L"--stop-on-stdin-end", L"--json"});
-  const ConsoleEnd secondEnd =
-      StopWhileHeld(*second, out_ + L"\\joined\\000009DA\\data\\000009DA.dxl");
+  const ConsoleEnd secondEnd = StopWhileHeld(*second, std::move(last));
   EXPECT_EQ(secondEnd.code, 4u) << secondEnd.output;
   EXPECT_EQ(EventsOf(secondEnd.output, "stop").size(), 1u);
   EXPECT_EQ(EventsIn(secondEnd.output).back().at("reason"),
@@ -171,7 +176,7 @@ TEST_F(ExportWorkersStopTest, AStopWhileThePartsAreJoinedLeavesThemToBeTakenUp) 
 }
 
 TEST_F(ExportWorkersStopTest, AnAttemptThatIsCutOffGetsItsNameWhenItIsWhole) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(3, kHang) + ", " + FaultAt(24, kHang) + "]");
   const std::wstring attempt = out_ + L".attempt-1";
@@ -183,7 +188,8 @@ TEST_F(ExportWorkersStopTest, AnAttemptThatIsCutOffGetsItsNameWhenItIsWhole) {
   }
   EXPECT_FALSE(Exists(out_));
   EXPECT_EQ(OutcomeOf(attempt).at("state"), "running");
-  run_.ChangeFaults(R"([{"entry": "NSFNoteOpen", "wait": 150}])");
+  run_.ChangeFaults("[" + FaultAt(29, R"("wait": 6000)") +
+                    R"(, {"entry": "NSFNoteOpen", "wait": 150}])");
   const auto process = StartExport({L"--workers", L"2", L"--atomic", L"--resume", L"--json"});
   AwaitFile(attempt + L"\\parts\\0000092A\\data\\00000946.dxl");
   EXPECT_FALSE(Exists(out_));
@@ -195,7 +201,7 @@ TEST_F(ExportWorkersStopTest, AnAttemptThatIsCutOffGetsItsNameWhenItIsWhole) {
 }
 
 TEST_F(ExportWorkersStopTest, ACutOffAttemptThatIsStoppedOnceMoreGetsNoName) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(3, kHang) + "]");
   const std::wstring attempt = out_ + L".attempt-1";
@@ -205,7 +211,8 @@ TEST_F(ExportWorkersStopTest, ACutOffAttemptThatIsStoppedOnceMoreGetsNoName) {
     process->EndByForce();
     process->AwaitNothingLeft();
   }
-  run_.ChangeFaults(R"([{"entry": "NSFNoteOpen", "wait": 100}])");
+  run_.ChangeFaults("[" + FaultAt(5, R"("wait": 6000)") +
+                    R"(, {"entry": "NSFNoteOpen", "wait": 100}])");
   const auto process = StartExport(
       {L"--workers", L"3", L"--atomic", L"--resume", L"--json", L"--stop-on-stdin-end"});
   AwaitFile(attempt + L"\\parts\\00000902\\data\\0000090E.dxl");
@@ -246,7 +253,7 @@ TEST_F(ExportWorkersStopTest, ACrashInAViewIsTakenUpWithoutViewsAsByOneWorker) {
 TEST_F(ExportWorkersStopTest, AHangInAViewIsTakenUpWithoutViewsAsByOneWorker) {
   UseSample();
   run_.ChangeFaults(R"([{"entry": "NIFOpenCollection", "note": "00000136", "action": "hang"}])");
-  ExpectAlikeWith({L"--stall", L"2s"}, 3);
+  ExpectAlikeWith({L"--stall", kShortStall}, 3);
   EXPECT_EQ(Outcome().at("lostViews").at(0).at("stage"), "stall");
 }
 
@@ -264,7 +271,7 @@ TEST_F(ExportWorkersStopTest, TheFirstAccessControlListStaysWhereTheSecondRunMak
   const std::wstring shared = out_;
   for (const Words& more : {Words{}, kThree}) {
     out_ = more.empty() ? Alone() : shared;
-    run_.ChangeFaults(R"([{"entry": "NIFOpenCollection", "note": "00000136", "wait": 2000,
+    run_.ChangeFaults(R"([{"entry": "NIFOpenCollection", "note": "00000136", "wait": 6000,
                            "action": "accessViolation"}])");
     const auto process = StartExport(more);
     AwaitFile(out_ + L"\\views\\00000132.xml");
@@ -281,7 +288,8 @@ TEST_F(ExportWorkersStopTest, ARunWithoutItsViewsThatIsCutOffIsTakenUp) {
   UseSample();
   run_.ChangeFaults(R"([{"entry": "NIFOpenCollection", "note": "00000136",
                          "action": "accessViolation"},
-                        {"entry": "NSFSearchExtended3", "wait": 700},
+                        {"entry": "NSFSearchExtended3", "wait": 3000},
+                        {"entry": "DXLExportNote", "note": "00000972", "action": "hang"},
                         {"entry": "NSFNoteOpen", "wait": 100}])");
   const auto process = StartExport(kThree);
   EXPECT_TRUE(AwaitCondition([this] { return HasParts() && !NotesInParts().empty(); }));
@@ -307,10 +315,11 @@ TEST_F(ExportWorkersStopTest, AHangWhereNoNoteIsAtWorkEndsTheRunAsByOneWorker) {
        {"NotesInitExtended", "NSFDbOpen", "DXLExportACL", "NSFSearchExtended3"}) {
     run_.ChangeFaults("[{\"entry\": \"" + entry + "\", \"action\": \"hang\"}]");
     out_ = first + std::wstring(entry.begin(), entry.end());
-    ExpectEnd(Export({L"--no-views", L"--stall", L"2s", L"--json", L"--workers", L"3"}), out_, 2);
+    ExpectEnd(Export({L"--no-views", L"--stall", kShortStall, L"--json", L"--workers", L"3"}), out_,
+              2);
     const Json shared = Outcome();
     std::filesystem::remove_all(Alone());
-    EXPECT_EQ(ExportAlone({L"--no-views", L"--stall", L"2s"}), 2u);
+    EXPECT_EQ(ExportAlone({L"--no-views", L"--stall", kShortStall}), 2u);
     EXPECT_EQ(shared.at("reason"), OutcomeOf(Alone()).at("reason")) << entry;
     EXPECT_EQ(shared.at("stop").at("by"), "stall");
   }
@@ -318,7 +327,7 @@ TEST_F(ExportWorkersStopTest, AHangWhereNoNoteIsAtWorkEndsTheRunAsByOneWorker) {
 
 TEST_F(ExportWorkersStopTest, SeveralHangsAtOnceAreThoseOfOneWorker) {
   AddNotes(60, {FaultAt(3, kHang), FaultAt(22, kHang), FaultAt(23, kHang)});
-  ExpectAlikeWith({L"--stall", L"3s"}, 3);
+  ExpectAlikeWith({L"--stall", kShortStall}, 3);
   for (const Json& loss : Outcome().at("account").at("losses"))
     EXPECT_EQ(loss.at("stage"), "stall");
 }
@@ -366,11 +375,11 @@ class DesignEndTest : public ExportWorkersStopTest, public ::testing::WithParamI
 
 TEST_P(DesignEndTest, ADesignThatFailsLeavesWhatOneWorkerLeavesAndKeepsWhatLiesBehind) {
   const std::string status = R"("status": )" + std::to_string(GetParam());
-  const std::string wait = R"("wait": 5000)";
+  const std::string wait = R"("wait": 8000)";
   AddNotesWithoutFaults(60);
   run_.ChangeFaults("[" + FaultAt(5, wait) + ", " + FaultAt(12, R"("wait": 3000, )" + status) +
                     ", " + FaultAt(22, wait) +
-                    R"(, {"entry": "NSFSearchExtended3", "wait": 700}])");
+                    R"(, {"entry": "NSFSearchExtended3", "wait": 3000}])");
   const ConsoleEnd end = Export({L"--workers", L"3", L"--json"});
   ExpectEnd(end, out_, 5);
   run_.ChangeFaults("[" + FaultAt(12, status) + "]");

@@ -56,14 +56,15 @@ TEST_F(ExportWorkersTest, SeveralAreAtWorkAtOnce) {
 
 TEST_F(ExportWorkersTest, AHangCostsItsNoteAlone) {
   AddNotes(60, {FaultAt(20, kHang)});
-  const ConsoleEnd end = Export({L"--workers", L"3", L"--stall", L"3s"});
+  const ConsoleEnd end = Export({L"--workers", L"3", L"--stall", kShortStall});
   EXPECT_EQ(end.code, 3u) << end.output;
-  ExpectLikeAlone(end, {L"--stall", L"3s"});
+  ExpectLikeAlone(end, {L"--stall", kShortStall});
   EXPECT_EQ(Outcome().at("account").at("losses").at(0).at("stage"), "stall");
 }
 
 TEST_F(ExportWorkersTest, AStopKeepsWhatIsDoneAndResumeExportsNothingTwice) {
-  AddNotes(60, {R"({"entry": "NSFNoteOpen", "wait": 60})"});
+  AddNotesInKnownSlices(60, {R"({"entry": "NSFNoteOpen", "wait": 60})", WaitNearTheEnd()});
+  run_.SetFaults("[]");
   {
     const auto process = StartExport({L"--workers", L"3", L"--stop-on-stdin-end"});
     AwaitFile(out_ + L"\\parts\\" + std::wstring(L"0000092A") + L"\\idtable.txt");
@@ -76,6 +77,7 @@ TEST_F(ExportWorkersTest, AStopKeepsWhatIsDoneAndResumeExportsNothingTwice) {
   EXPECT_EQ(account.at("losses").size(), 0u);
   ASSERT_TRUE(HasParts());
   EXPECT_EQ(Run({L"verify", out_}).code, 5u);
+  run_.AddDatabase(database_, DocumentsJson(60));
   FailAt(NotesInParts());
   const ConsoleEnd end = Export({L"--resume"});
   EXPECT_EQ(end.code, 0u) << end.output;
@@ -84,7 +86,7 @@ TEST_F(ExportWorkersTest, AStopKeepsWhatIsDoneAndResumeExportsNothingTwice) {
 }
 
 TEST_F(ExportWorkersTest, WhatAKilledRunHasExportedIsNotExportedTwice) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(3, kHang) + ", " + FaultAt(22, kHang) + "]");
   CutOff(L"\\parts\\0000092A\\data\\0000092A.dxl");
@@ -97,7 +99,7 @@ TEST_F(ExportWorkersTest, WhatAKilledRunHasExportedIsNotExportedTwice) {
 }
 
 TEST_F(ExportWorkersTest, WhatADoneSliceHadLostIsCountedFromTheBegin) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(4, R"("status": 546)") + ", " + FaultAt(22, kHang) + "]");
   const auto process = StartExport({L"--workers", L"3"});
@@ -114,14 +116,17 @@ TEST_F(ExportWorkersTest, WhatADoneSliceHadLostIsCountedFromTheBegin) {
 }
 
 TEST_F(ExportWorkersTest, ANoteAtWhichWorkersAreCutOffTwiceIsLostAndTheOthersAreNot) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
-  for (const Words& words : {Words{L"--workers", L"3"}, Words{L"--workers", L"2", L"--resume"}}) {
+  for (const Words& words :
+       {Words{L"--json", L"--workers", L"3"}, Words{L"--json", L"--workers", L"2", L"--resume"}}) {
     run_.ChangeFaults("[" + FaultAt(22, kHang) + "]");
     const auto process = StartExport(words);
+    // While a folder is taken up nobody may hold its outcome.json.
+    process->AwaitOutput(R"("kind":"phase")");
     // The line that the first run left is gone by then. Other workers may have been cut off at
     // notes of their own, which are tried again as well.
-    if (words.size() > 2) {
+    if (words.size() > 3) {
       EXPECT_TRUE(AwaitCondition([this] { return WasTriedAgain(22); }));
     }
     const auto isOpen = [this] {
@@ -143,7 +148,7 @@ TEST_F(ExportWorkersTest, ANoteAtWhichWorkersAreCutOffTwiceIsLostAndTheOthersAre
 
 // One of them may be the note that ends the machine: the others are not lost with it.
 TEST_F(ExportWorkersTest, NotesAtWhichSeveralWorkersWereCutOffAreTriedOneAfterTheOther) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(3, kHang) + ", " + FaultAt(12, kHang) + ", " +
                     FaultAt(22, kHang) + "]");
@@ -153,14 +158,15 @@ TEST_F(ExportWorkersTest, NotesAtWhichSeveralWorkersWereCutOffAreTriedOneAfterTh
   };
   const auto cutOff = [this](const Words& words, const std::function<bool()>& condition) {
     const auto process = StartExport(words);
+    process->AwaitOutput(R"("kind":"phase")");
     EXPECT_TRUE(AwaitCondition(condition));
     process->EndByForce();
     process->AwaitNothingLeft();
   };
-  cutOff({L"--workers", L"3"}, [&] {
+  cutOff({L"--workers", L"3", L"--json"}, [&] {
     return isOpen(L"00000902", 3) && isOpen(L"0000092A", 12) && isOpen(L"00000952", 22);
   });
-  cutOff({L"--workers", L"3", L"--resume"},
+  cutOff({L"--workers", L"3", L"--json", L"--resume"},
          [&] { return WasTriedAgain(3) && isOpen(L"00000902", 3); });
   EXPECT_FALSE(WasTriedAgain(12));
   EXPECT_FALSE(WasTriedAgain(22));
@@ -176,10 +182,10 @@ TEST_F(ExportWorkersTest, NotesAtWhichSeveralWorkersWereCutOffAreTriedOneAfterTh
 }
 
 TEST_F(ExportWorkersTest, PartsOfAnotherListAreNotTaken) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(3, kHang) + "]");
-  CutOff(L"\\parts\\00000902\\data\\0000090A.dxl");
+  CutOff(L"\\parts\\0000092A\\data\\0000092A.dxl");
   run_.ChangeFaults("[]");
   const std::string part = ReadBytes(out_ + L"\\parts\\0000092A\\idtable.txt");
   WriteBytes(out_ + L"\\parts\\0000092A\\idtable.txt", part.substr(0, 10) + part.substr(20));
@@ -192,7 +198,7 @@ TEST_F(ExportWorkersTest, PartsOfAnotherListAreNotTaken) {
 }
 
 TEST_F(ExportWorkersTest, APartThatCannotBeMadeEndsTheRun) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   const auto process = StartExport({L"--workers", L"3", L"--json"});
   AwaitFile(out_ + L"\\db.dxl");
   WriteBytes(out_ + L"\\parts", "no folder");
@@ -206,7 +212,7 @@ TEST_F(ExportWorkersTest, APartThatCannotBeMadeEndsTheRun) {
 }
 
 TEST_F(ExportWorkersTest, NoFileIsReplacedWhereThePartsAreJoined) {
-  AddNotes(60, {R"({"entry": "NSFNoteOpen", "wait": 60})"});
+  AddNotesInKnownSlices(60, {WaitNearTheEnd()});
   const std::string last = NoteText(59);
   const std::wstring file = out_ + L"\\data\\" + std::wstring(last.begin(), last.end()) + L".dxl";
   const auto process = StartExport({L"--workers", L"3", L"--json"});
@@ -227,7 +233,7 @@ TEST_F(ExportWorkersTest, NoFileIsReplacedWhereThePartsAreJoined) {
 }
 
 TEST_F(ExportWorkersTest, ADamagedListEndsWhatHasParts) {
-  AddNotes(60);
+  AddNotesInKnownSlices(60);
   run_.SetFaults("[]");
   run_.ChangeFaults("[" + FaultAt(3, kHang) + "]");
   CutOff(L"\\parts\\0000092A\\data\\0000092A.dxl");
@@ -265,10 +271,12 @@ TEST_F(ExportWorkersTest, ADesignThatFailsEndsTheRunAtItsNote) {
 }
 
 TEST_F(ExportWorkersTest, AStartThatFailsThreeTimesEndsTheRunAndLosesNoNote) {
-  AddNotes(60, {R"({"entry": "NSFNoteOpen", "wait": 60})"});
+  const std::string wait = R"("wait": 6000)";
+  AddNotesInKnownSlices(60, {FaultAt(1, wait), FaultAt(16, wait)});
   run_.SetFaults("[]");
   const auto process = StartExport({L"--workers", L"2"});
   AwaitFile(out_ + L"\\parts\\00000902\\data\\00000902.dxl");
+  AwaitFile(out_ + L"\\parts\\0000093E\\data\\0000093E.dxl");
   run_.ChangeFaults(R"([{"entry": "NotesInitExtended", "status": 422}])");
   const ConsoleEnd end = process->WaitForEnd();
   EXPECT_EQ(end.code, 5u) << end.output;
@@ -282,6 +290,7 @@ TEST_F(ExportWorkersTest, AStartThatFailsThreeTimesEndsTheRunAndLosesNoNote) {
 TEST_F(ExportWorkersTest, TooManyLossesInARowEndTheRun) {
   std::vector<std::string> faults;
   for (int note = 24; note < 32; ++note) faults.push_back(FaultAt(note, R"("status": 546)"));
+  faults.push_back(FaultAt(33, R"("wait": 3000)"));
   AddNotes(60, faults);
   const ConsoleEnd end = Export({L"--workers", L"3", L"--give-up", L"8"});
   EXPECT_EQ(end.code, 5u) << end.output;

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/console/system/WorkersTest.h"
@@ -38,10 +39,16 @@ class ExportWorkersTest : public WorkersTest {
   // The worker that lists waits after it has said so, so that it is stopped before its first note
   // in any case, and the slices are the same.
   void AddNotes(int count, std::vector<std::string> faults = {}) {
-    faults.push_back(R"({"entry": "NSFSearchExtended3", "wait": 700})");
-    run_.AddDatabase(database_,
-                     testing::DocumentsJson(count, testing::FaultsMember(Joined(faults))));
+    AddNotesListedFor(700, count, std::move(faults));
   }
+
+  // On a busy machine too, for tests that name a slice. Not beside a short --stall.
+  void AddNotesInKnownSlices(int count, std::vector<std::string> faults = {}) {
+    AddNotesListedFor(3000, count, std::move(faults));
+  }
+
+  // Keeps a run from its end for a while: the last slice has not ended before.
+  static std::string WaitNearTheEnd() { return FaultAt(55, R"("wait": 6000)"); }
 
   // Exports with three workers until that file is there, and ends the console program by force.
   void CutOff(const std::wstring& awaited) {
@@ -95,6 +102,14 @@ class ExportWorkersTest : public WorkersTest {
              (entry.first.starts_with("data/0") && entry.first.substr(5, 8) > NoteText(last));
     });
     return tree;
+  }
+
+ private:
+  void AddNotesListedFor(int milliseconds, int count, std::vector<std::string> faults) {
+    faults.push_back(R"({"entry": "NSFSearchExtended3", "wait": )" + std::to_string(milliseconds) +
+                     "}");
+    run_.AddDatabase(database_,
+                     testing::DocumentsJson(count, testing::FaultsMember(Joined(faults))));
   }
 };
 

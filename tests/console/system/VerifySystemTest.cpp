@@ -151,7 +151,7 @@ TEST_F(VerifySystemTest, ACrashInTheEndOfTheRuntimeIsAWarning) {
 TEST_F(VerifySystemTest, NotesThatAStoppedRunLeftOutAreUnaccounted) {
   run_.AddDatabase(L"few.nsf", kOneDocument);
   // A busy machine takes its time to see that there is no pipe.
-  run_.SetFaults(R"([{"entry": "NSFDbOpen", "wait": 1500}])");
+  run_.SetFaults(R"([{"entry": "NSFDbOpen", "wait": 5000}])");
   run_.Export(L"few.nsf", {L"-archive", L"-pipe", L"0"});
   EXPECT_EQ(Told(VerifyHere()), (Lines{"unaccounted 00000902", "incomplete audit.txt"}));
   EXPECT_EQ(Verify({L"--quiet"}).exitCode, 5u);
