@@ -8,11 +8,22 @@
 
 namespace larkspan::console {
 
+namespace {
+
+constexpr std::array kFolders = {output::kDataFolder, output::kDesignFolder,
+                                 output::kProfileFolder};
+
+}  // namespace
+
 bool HasNoteFile(const std::wstring& folder, std::uint32_t note) {
-  constexpr std::array kFolders = {output::kDataFolder, output::kDesignFolder,
-                                   output::kProfileFolder};
   return std::any_of(kFolders.begin(), kFolders.end(), [&](const wchar_t* name) {
     return FileExists(output::Join(folder, output::NoteFile(name, note)));
+  });
+}
+
+bool HasAnyNoteFile(const std::wstring& folder) {
+  return std::any_of(kFolders.begin(), kFolders.end(), [&](const wchar_t* name) {
+    return CountFiles(output::Join(folder, name)) > 0;
   });
 }
 

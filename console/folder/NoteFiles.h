@@ -1,4 +1,4 @@
-// The files of one note in an archive.
+// The files of notes in an archive.
 #pragma once
 
 #include <cstdint>
@@ -8,5 +8,8 @@ namespace larkspan::console {
 
 // Whether the note lies in one of the three folders for notes; a raw copy alone is no note.
 bool HasNoteFile(const std::wstring& folder, std::uint32_t note);
+
+// Whether any note does.
+bool HasAnyNoteFile(const std::wstring& folder);
 
 }  // namespace larkspan::console

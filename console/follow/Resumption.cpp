@@ -8,7 +8,6 @@
 #include "console/follow/Resumption.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -20,6 +19,7 @@
 #include "base/FolderFiles.h"
 #include "base/NoteId.h"
 #include "base/OutputPaths.h"
+#include "console/folder/NoteFiles.h"
 #include "console/folder/NoteList.h"
 #include "console/folder/RunLogFile.h"
 #include "console/follow/OutputFolder.h"
@@ -39,9 +39,7 @@ class Folder {
 
   // Its own file, or that of its kind in an archive.
   bool HasNote(std::uint32_t note) const {
-    return archive_ ? Has(output::NoteFile(output::kDataFolder, note)) ||
-                          Has(output::NoteFile(output::kProfileFolder, note)) || HasDesign(note)
-                    : Has(output::NoteFile({}, note));
+    return archive_ ? HasNoteFile(path_, note) : Has(output::NoteFile({}, note));
   }
 
   // Nothing of it can be missing: a design note may need its raw copy as well.
@@ -83,12 +81,7 @@ bool IsWhole(const NoteList& list, const Outcome& outcome) {
 }
 
 bool HasNoteFiles(const std::wstring& folder, bool archive) {
-  if (!archive) return CountPlainNotes(folder) > 0;
-  constexpr std::array kNoteFolders = {output::kDataFolder, output::kDesignFolder,
-                                       output::kProfileFolder};
-  return std::any_of(kNoteFolders.begin(), kNoteFolders.end(), [&](const wchar_t* name) {
-    return CountFiles(output::Join(folder, name)) > 0;
-  });
+  return archive ? HasAnyNoteFile(folder) : CountPlainNotes(folder) > 0;
 }
 
 bool WasTriedAgain(const Outcome& outcome, std::uint32_t note) {
