@@ -2,14 +2,13 @@
 // that a first worker makes. So a folder with these two is all that it takes to have them export a
 // few notes and no others, with the same supervision that a whole export has.
 #include <algorithm>
-#include <array>
 #include <set>
 
 #include "base/FileSystem.h"
-#include "base/FolderFiles.h"
 #include "base/OutputPaths.h"
 #include "console/doctor/DatabaseChecks.h"
 #include "console/doctor/RuntimeChecks.h"
+#include "console/folder/NoteFiles.h"
 #include "console/folder/RunLogFile.h"
 #include "console/folder/TemporaryFolder.h"
 #include "console/text/Sizes.h"
@@ -28,14 +27,6 @@ bool PrepareFolder(const std::wstring& folder, const std::vector<std::uint32_t>&
   std::string list;
   for (const std::uint32_t note : notes) list += NoteIdText(note) + "\r\n";
   return file_system::Append(output::Join(folder, output::kIdTable), list).complete;
-}
-
-bool IsExported(const std::wstring& folder, std::uint32_t note) {
-  constexpr std::array kFolders = {output::kDataFolder, output::kDesignFolder,
-                                   output::kProfileFolder};
-  return std::any_of(kFolders.begin(), kFolders.end(), [&](const wchar_t* name) {
-    return FileExists(output::Join(folder, output::NoteFile(name, note)));
-  });
 }
 
 // What became of the notes, read from what the workers left.
@@ -66,7 +57,7 @@ void AddFault(const NoteLine& line, bool hung, Results& results) {
 Results ReadResults(const std::wstring& folder, const std::vector<std::uint32_t>& notes,
                     const std::vector<std::uint32_t>& hung) {
   Results results;
-  for (const std::uint32_t note : notes) results.exported += IsExported(folder, note) ? 1 : 0;
+  for (const std::uint32_t note : notes) results.exported += HasNoteFile(folder, note) ? 1 : 0;
   for (const NoteLine& line : ReadRunLogFile(folder).notes) {
     AddFault(line, std::find(hung.begin(), hung.end(), line.id) != hung.end(), results);
   }

@@ -9,7 +9,7 @@ namespace larkspan::console {
 // Whether the note lies in one of the three folders for notes; a raw copy alone is no note.
 bool HasNoteFile(const std::wstring& folder, std::uint32_t note);
 
-// Whether any note does.
+// Whether there is any file in one of these folders.
 bool HasAnyNoteFile(const std::wstring& folder);
 
 }  // namespace larkspan::console

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <stdexcept>
 #include <system_error>
 
 #include "base/Utf8.h"
@@ -29,11 +30,13 @@ void ExportRun::AddDatabase(const std::wstring& fileName, const std::string& jso
 }
 
 void ExportRun::SetFaults(const std::string& json) {
+  hasFaultPlan_ = true;
   ChangeFaults(json);
   AddConfiguration("StandinFaults=faults.json");
 }
 
 void ExportRun::ChangeFaults(const std::string& json) const {
+  if (!hasFaultPlan_) throw std::logic_error("no program would read the plan");
   // A program that starts meanwhile reads one plan or the other, and never half of one. While it
   // reads, the file cannot be replaced.
   const std::wstring plan = folder_.path() + L"\\faults.json";

@@ -28,7 +28,7 @@ class ExportRun {
   // Sets the fault plan, a JSON text.
   void SetFaults(const std::string& json);
 
-  // Sets another one for the processes that start from now on.
+  // Sets another one, after a first, for the processes that start from now on.
   void ChangeFaults(const std::string& json) const;
 
   // Adds a line to the library's configuration.
@@ -93,6 +93,7 @@ class ExportRun {
   std::wstring dataFolder_;
   Lines configuration_;
   bool passConfiguration_ = true;
+  bool hasFaultPlan_ = false;
 };
 
 }  // namespace larkspan::testing

@@ -231,8 +231,8 @@ TEST_F(CrashResumeSystemTest, AClosingThatCrashesAfterACrashIsNotRunAgain) {
 // next notes would.
 constexpr char kThreadCrashesInTheFirstNote[] =
     R"({"entry": "DXLExportNote", "note": "00000902", "action": "crashThread"},
-       {"entry": "DXLExportNote", "note": "00000902", "wait": 6000},
-       {"entry": "NotesTerm", "call": 1, "wait": 2500})";
+       {"entry": "DXLExportNote", "note": "00000902", "wait": 3000},
+       {"entry": "NotesTerm", "call": 1, "wait": 6000})";
 
 TEST_F(CrashResumeSystemTest, ACrashOfAThreadOfTheLibraryStopsTheWorkerAtItsNote) {
   const ProgramResult result =

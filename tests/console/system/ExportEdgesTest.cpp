@@ -76,7 +76,7 @@ TEST_F(ExportEdgesTest, ViewsWithoutAFileAreAWarning) {
 }
 
 TEST_F(ExportEdgesTest, TheAclOfTheFirstRunIsNoContradiction) {
-  // The exporters of the second run's worker are the same ones; only its first export fails.
+  // The second run's worker cannot export the access control list.
   UseSampleWith(R"({"entry": "NIFOpenCollection", "note": "00000136", "wait": 6000},)" +
                 std::string(kViewsCrash));
   const auto process = StartExport();
@@ -135,15 +135,14 @@ TEST_F(ExportEdgesTest, ADesignFileComesBackWhenItsNoteIsTriedAgainInVain) {
 }
 
 TEST_F(ExportEdgesTest, AWorkerThatCannotStartIsOneRestart) {
-  run_.AddDatabase(
-      database_,
-      DocumentsJson(
-          3,
-          FaultsMember(
-              R"({"entry": "DXLExportNote", "note": "00000902", "action": "accessViolation"})")));
+  run_.AddDatabase(database_, DocumentsJson(3));
+  run_.SetFaults(R"([{"entry": "DXLExportNote", "note": "00000902", "wait": 6000,
+                      "action": "accessViolation"}])");
   const auto process = StartExport({L"--json"});
-  process->AwaitOutput("\"restart\"");
+  EXPECT_TRUE(AwaitCondition([this] { return Holds(ReadIfThere(L"unidindex.txt"), "00000902,"); }));
+  run_.ChangeFaults(R"([{"entry": "NotesInitExtended", "status": 422}])");
   const ConsoleEnd end = process->WaitForEnd();
+  EXPECT_TRUE(Holds(Log(), "Maximum retries exceeded")) << Log();
   EXPECT_EQ(EventsOf(end.output, "restart").size(), 1u);
   EXPECT_EQ(EventsOf(end.output, "lost").size(), 1u);
 }

@@ -48,7 +48,9 @@ TEST_F(ExportGiveUpTest, AFinishedNoteInBetweenGoesOn) {
 }
 
 TEST_F(ExportGiveUpTest, CrashesInARowAreOneCause) {
-  AddNotes(60, R"({"entry": "DXLExportNote", "action": "accessViolation"})");
+  // Each worker hears of the stop before it comes to its note.
+  AddNotes(60, R"({"entry": "DXLExportNote", "action": "accessViolation"},
+                  {"entry": "NSFDbOpen", "wait": 400})");
   EXPECT_EQ(Export({L"--give-up", L"3"}).code, 5u);
   EXPECT_LT(Outcome().at("account").at("notes").at("lost"), 30);
 }

@@ -13,6 +13,12 @@ class ExportStallTest : public ExportTest {
     run_.AddDatabase(database_, DocumentsJson(count, FaultsMember(faults)));
   }
 
+  // Less than a short stall, and four of it are more.
+  static std::string WaitBehindChunk(int chunk) {
+    return R"({"entry": "DXLExportNote", "note": "00000906", "wait": 2500, "chunks": )" +
+           std::to_string(chunk) + "}";
+  }
+
   // The sample, whose views are exported in the order 0000012E, 00000132 and so on.
   void UseSampleWith(const std::string& faults) {
     database_ = L"sample.nsf";
@@ -61,8 +67,12 @@ TEST_F(ExportStallTest, WithoutALimitAHangIsWaitedFor) {
 }
 
 TEST_F(ExportStallTest, ANoteThatGoesOnWritingDoesNotHang) {
-  AddNotes(2, R"({"entry": "DXLExportNote", "note": "00000906", "wait": 1500})");
-  EXPECT_EQ(Export({L"--stall", L"30s"}).code, 0u);
+  std::string faults;
+  for (int chunk = 1; chunk <= 4; ++chunk)
+    faults += (chunk == 1 ? "" : ", ") + WaitBehindChunk(chunk);
+  run_.AddDatabase(database_, DocumentsJson(2, R"("chunkBytes": 100, )" + FaultsMember(faults)));
+  EXPECT_EQ(Export({L"--stall", kShortStall}).code, 0u);
+  EXPECT_TRUE(Outcome().at("restarts").empty());
 }
 
 TEST_F(ExportStallTest, ACrashIsNoStall) {

@@ -44,7 +44,7 @@ class ExportTest : public ::testing::Test {
   void AwaitOutcome(const std::wstring& folder,
                     const std::function<bool(const Json& outcome)>& condition) const;
 
-  // Waits until the note is begun: the marker is named for it. The file itself is not opened.
+  // Waits until the file is there. It is not opened.
   void AwaitFile(const std::wstring& path) const;
 
   // Names of the files of a subfolder, ascending: "data/00000902.dxl".

@@ -191,7 +191,7 @@ TEST_F(ExportWorkersStopTest, AnAttemptThatIsCutOffGetsItsNameWhenItIsWhole) {
   run_.ChangeFaults("[" + FaultAt(29, R"("wait": 6000)") +
                     R"(, {"entry": "NSFNoteOpen", "wait": 150}])");
   const auto process = StartExport({L"--workers", L"2", L"--atomic", L"--resume", L"--json"});
-  AwaitFile(attempt + L"\\parts\\0000092A\\data\\00000946.dxl");
+  AwaitFile(attempt + L"\\parts\\00000952\\data\\00000972.dxl");
   EXPECT_FALSE(Exists(out_));
   const ConsoleEnd end = process->WaitForEnd();
   ExpectEnd(end, out_, 0);
@@ -292,10 +292,11 @@ TEST_F(ExportWorkersStopTest, ARunWithoutItsViewsThatIsCutOffIsTakenUp) {
                         {"entry": "DXLExportNote", "note": "00000972", "action": "hang"},
                         {"entry": "NSFNoteOpen", "wait": 100}])");
   const auto process = StartExport(kThree);
-  EXPECT_TRUE(AwaitCondition([this] { return HasParts() && !NotesInParts().empty(); }));
+  EXPECT_TRUE(AwaitCondition([this] { return HasParts() && NotesInParts().size() > 6; }));
   process->EndByForce();
   process->AwaitNothingLeft();
   EXPECT_TRUE(Exists(out_ + L"\\acl.dxl.first"));
+  ASSERT_FALSE(UnmarkedNotesInParts().empty());
   FailAt(UnmarkedNotesInParts());
   const ConsoleEnd end = Export({L"--resume", L"--workers", L"2", L"--json"});
   ExpectEnd(end, out_, 3);
@@ -375,9 +376,9 @@ class DesignEndTest : public ExportWorkersStopTest, public ::testing::WithParamI
 
 TEST_P(DesignEndTest, ADesignThatFailsLeavesWhatOneWorkerLeavesAndKeepsWhatLiesBehind) {
   const std::string status = R"("status": )" + std::to_string(GetParam());
-  const std::string wait = R"("wait": 8000)";
+  const std::string wait = R"("wait": 10000)";
   AddNotesWithoutFaults(60);
-  run_.ChangeFaults("[" + FaultAt(5, wait) + ", " + FaultAt(12, R"("wait": 3000, )" + status) +
+  run_.ChangeFaults("[" + FaultAt(5, wait) + ", " + FaultAt(12, R"("wait": 5000, )" + status) +
                     ", " + FaultAt(22, wait) +
                     R"(, {"entry": "NSFSearchExtended3", "wait": 3000}])");
   const ConsoleEnd end = Export({L"--workers", L"3", L"--json"});

@@ -63,11 +63,12 @@ TEST_F(ExportWorkersTest, AHangCostsItsNoteAlone) {
 }
 
 TEST_F(ExportWorkersTest, AStopKeepsWhatIsDoneAndResumeExportsNothingTwice) {
-  AddNotesInKnownSlices(60, {R"({"entry": "NSFNoteOpen", "wait": 60})", WaitNearTheEnd()});
+  const std::string wait = R"("wait": 6000)";
+  AddNotesInKnownSlices(60, {FaultAt(5, wait), FaultAt(15, wait)});
   run_.SetFaults("[]");
   {
     const auto process = StartExport({L"--workers", L"3", L"--stop-on-stdin-end"});
-    AwaitFile(out_ + L"\\parts\\" + std::wstring(L"0000092A") + L"\\idtable.txt");
+    AwaitFile(out_ + L"\\parts\\0000092A\\data\\0000093A.dxl");
     process->EndInput();
     const ConsoleEnd end = process->WaitForEnd();
     process->AwaitNothingLeft();
@@ -78,6 +79,7 @@ TEST_F(ExportWorkersTest, AStopKeepsWhatIsDoneAndResumeExportsNothingTwice) {
   ASSERT_TRUE(HasParts());
   EXPECT_EQ(Run({L"verify", out_}).code, 5u);
   run_.AddDatabase(database_, DocumentsJson(60));
+  ASSERT_FALSE(NotesInParts().empty());
   FailAt(NotesInParts());
   const ConsoleEnd end = Export({L"--resume"});
   EXPECT_EQ(end.code, 0u) << end.output;

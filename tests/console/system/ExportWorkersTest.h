@@ -36,18 +36,19 @@ inline const std::string kHang = R"("action": "hang")";
 
 class ExportWorkersTest : public WorkersTest {
  protected:
-  // The worker that lists waits after it has said so, so that it is stopped before its first note
-  // in any case, and the slices are the same.
+  // The worker that lists waits after it has said so, so that as a rule it is stopped before its
+  // first note, and the slices are the same.
   void AddNotes(int count, std::vector<std::string> faults = {}) {
     AddNotesListedFor(700, count, std::move(faults));
   }
 
-  // On a busy machine too, for tests that name a slice. Not beside a short --stall.
+  // For tests that name a slice: on a busy machine, too, the slices are the same. A short --stall
+  // would end that worker.
   void AddNotesInKnownSlices(int count, std::vector<std::string> faults = {}) {
     AddNotesListedFor(3000, count, std::move(faults));
   }
 
-  // Keeps a run from its end for a while: the last slice has not ended before.
+  // Keeps a run of sixty notes from its end for a while: at a note of the last slice.
   static std::string WaitNearTheEnd() { return FaultAt(55, R"("wait": 6000)"); }
 
   // Exports with three workers until that file is there, and ends the console program by force.
